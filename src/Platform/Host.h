@@ -1,0 +1,16 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace vh {
+
+/// The computer's name for people: the pretty host name when one is set, else the host name. May be empty.
+std::string hostName();
+/// Name and version of the operating system, such as "Debian GNU/Linux 12".
+std::string systemName();
+/// The language tags the person prefers, best first, from the environment: "es_ES" → "es".
+std::string preferredLanguage();
+std::chrono::seconds uptime();
+
+} // namespace vh
