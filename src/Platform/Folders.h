@@ -8,10 +8,10 @@ namespace vh {
 struct Folders {
     std::string home;
     std::string caches;
-    std::string logs;      ///< application logs and state
-    std::string data;      ///< application support
+    std::string logs; ///< application logs and state
+    std::string data; ///< application support
     std::string config;
-    std::string runtime;   ///< sockets and locks; a folder of the temporary one when the system offers none
+    std::string runtime; ///< sockets and locks; a folder of the temporary one when the system offers none
     std::string temporary;
 
     /// Read from the environment and the user database at every call. Throws SystemError when the user has no home.

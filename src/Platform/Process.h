@@ -17,14 +17,15 @@ enum class ProcessOutput { split, combined };
 /// One program to run. Never a shell: `arguments[0]` is the program, found through PATH.
 struct ProcessRequest {
     std::vector<std::string> arguments;
-    std::string input;                                ///< given on standard input, which then ends
-    ProcessOutput output = ProcessOutput::split;      ///< combined: errors arrive in `output` in their order
-    std::map<std::string, std::string> environment;   ///< added to this process's own
-    std::string folder;                               ///< working folder; empty: this process's
+    std::string input;                              ///< given on standard input, which then ends
+    ProcessOutput output = ProcessOutput::split;    ///< combined: errors arrive in `output` in their order
+    std::map<std::string, std::string> environment; ///< added to this process's own
+    std::string folder;                             ///< working folder; empty: this process's
     std::optional<std::chrono::milliseconds> timeLimit;
-    std::chrono::milliseconds grace{3000};            ///< between asking it to end and killing it
-    size_t maxOutputBytes = 64u << 20;                ///< what comes beyond is read and dropped
-    std::function<void(std::string_view)> onOutput;   ///< each piece of standard output as it comes, on this thread
+    std::chrono::milliseconds grace{3000}; ///< between asking it to end and killing it
+    size_t maxOutputBytes = 64u << 20;     ///< what comes beyond is read and dropped
+    std::function<void(std::string_view)>
+        onOutput; ///< each piece of standard output as it comes, on this thread
 };
 
 enum class ProcessEnd { exited, signalled, timedOut, cancelled };

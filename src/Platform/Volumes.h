@@ -9,8 +9,8 @@ namespace vh {
 
 /// A mounted file system as a person sees it.
 struct Volume {
-    std::string name;       ///< label, else the last folder of the mount point; "System" for the root
-    std::string path;       ///< mount point
+    std::string name; ///< label, else the last folder of the mount point; "System" for the root
+    std::string path; ///< mount point
     std::string device;
     std::string fileSystem;
     uint64_t totalBytes = 0;

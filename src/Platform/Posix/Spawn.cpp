@@ -1,0 +1,144 @@
+#include "Platform/Posix/Spawn.h"
+
+#include "Platform/Posix/Pipe.h"
+#include "Platform/Process.h"
+#include "Platform/SystemError.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace vh {
+
+namespace {
+
+void check(int code, const std::string& program) {
+    if (code != 0)
+        throw SystemError(code, program);
+}
+
+/// Which descriptors and folder the program starts with.
+class FileActions {
+public:
+    explicit FileActions(std::string program) : program_(std::move(program)) {
+        check(::posix_spawn_file_actions_init(&actions_), program_);
+    }
+    ~FileActions() { ::posix_spawn_file_actions_destroy(&actions_); }
+    FileActions(const FileActions&) = delete;
+    FileActions& operator=(const FileActions&) = delete;
+
+    void duplicate(const FileDescriptor& from, int to) {
+        check(::posix_spawn_file_actions_adddup2(&actions_, from.get(), to), program_);
+    }
+    void startIn(const std::string& folder) {
+        check(::posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str()), program_);
+    }
+    const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+private:
+    posix_spawn_file_actions_t actions_;
+    std::string program_;
+};
+
+/// A process group of its own, no signal blocked and every signal at its default.
+class Attributes {
+public:
+    explicit Attributes(const std::string& program) {
+        check(::posix_spawnattr_init(&attributes_), program);
+        sigset_t none;
+        sigset_t all;
+        sigemptyset(&none);
+        sigfillset(&all);
+        ::posix_spawnattr_setsigmask(&attributes_, &none);
+        ::posix_spawnattr_setsigdefault(&attributes_, &all);
+        ::posix_spawnattr_setpgroup(&attributes_, 0);
+        ::posix_spawnattr_setflags(&attributes_,
+                                   POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+    }
+    ~Attributes() { ::posix_spawnattr_destroy(&attributes_); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+
+    const posix_spawnattr_t* get() const { return &attributes_; }
+
+private:
+    posix_spawnattr_t attributes_;
+};
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+std::vector<std::string> environmentWith(const std::map<std::string, std::string>& added) {
+    std::vector<std::string> result;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        const std::string_view text = *entry;
+        if (!added.contains(std::string(text.substr(0, text.find('=')))))
+            result.emplace_back(text);
+    }
+    for (const auto& [name, value] : added)
+        result.push_back(name + "=" + value);
+    return result;
+}
+
+void stopBlocking(const FileDescriptor& file) {
+    const int flags = ::fcntl(file.get(), F_GETFL);
+    if (flags < 0 || ::fcntl(file.get(), F_SETFL, flags | O_NONBLOCK) != 0)
+        throwErrno("pipe");
+}
+
+/// The spawn itself would blame the program for a missing folder.
+void refuseUnlessFolder(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0)
+        throwErrno(path);
+    if (!S_ISDIR(status.st_mode))
+        throw SystemError(ENOTDIR, path);
+}
+
+} // namespace
+
+SpawnedProcess spawn(const ProcessRequest& request) {
+    if (request.arguments.empty())
+        throw SystemError("", "No program was named");
+    const std::string& program = request.arguments.front();
+    const bool split = request.output == ProcessOutput::split;
+    Pipe input = openPipe();
+    Pipe output = openPipe();
+    Pipe errors = split ? openPipe() : Pipe{};
+
+    FileActions actions(program);
+    actions.duplicate(input.reading, STDIN_FILENO);
+    actions.duplicate(output.writing, STDOUT_FILENO);
+    actions.duplicate(split ? errors.writing : output.writing, STDERR_FILENO);
+    if (!request.folder.empty()) {
+        refuseUnlessFolder(request.folder);
+        actions.startIn(request.folder);
+    }
+    const Attributes attributes(program);
+    std::vector<std::string> arguments = request.arguments;
+    std::vector<std::string> environment = environmentWith(request.environment);
+    stopBlocking(input.writing);
+    stopBlocking(output.reading);
+    if (split)
+        stopBlocking(errors.reading);
+
+    SpawnedProcess process;
+    check(::posix_spawnp(&process.id, program.c_str(), actions.get(), attributes.get(),
+                         pointersTo(arguments).data(), pointersTo(environment).data()),
+          program);
+    process.input = std::move(input.writing);
+    process.output = std::move(output.reading);
+    process.errors = std::move(errors.reading);
+    return process;
+}
+
+} // namespace vh
