@@ -44,11 +44,12 @@ target_precompile_headers(vh_pch PRIVATE
     <vector> <fmt/format.h>)
 
 # vh_library(Name [FOLDERS sub …] [DEPENDS lib …])
-# A static library of this folder's .cpp files and those of FOLDERS; its headers are found from src/ and are
+# A static library of this folder's .cpp files (without main.cpp) and those of FOLDERS; its headers are found from src/ and are
 # checked to compile alone (target all_verify_interface_header_sets).
 function(vh_library name)
     cmake_parse_arguments(arg "" "" "FOLDERS;DEPENDS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     file(GLOB headers CONFIGURE_DEPENDS *.h)
     foreach(folder IN LISTS arg_FOLDERS)
         file(GLOB more CONFIGURE_DEPENDS ${folder}/*.cpp)

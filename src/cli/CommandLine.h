@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Platform/CancelToken.h"
+#include "cli/Exit.h"
+
+#include <CLI/App.hpp>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace vh::app {
+class Session;
+}
+
+namespace vh::cli {
+
+enum class Format { people, json };
+
+/// What a command is handed when it runs.
+struct Context {
+    app::Session& session;
+    CancelToken cancel;
+    Format format = Format::people;
+};
+
+/// Collects what the words of the command line ask for.
+class CommandLine {
+public:
+    using Action = std::function<Exit(Context&)>;
+
+    explicit CommandLine(app::Session& session) : session_(session) {}
+
+    /// A text of the person's language for a help line.
+    std::string text(std::string_view key) const;
+
+    /// Makes `verb` (or a noun without verbs) run `action`, and gives it the --json flag.
+    void on(CLI::App* verb, Action action);
+
+    /// Reads the words and runs what they ask for.
+    Exit run(int argc, const char* const* argv);
+
+private:
+    Exit perform();
+
+    app::Session& session_;
+    Action action_;
+    bool json_ = false;
+};
+
+/// One noun of the command line: a row in the table of Commands.cpp and a file of its own.
+struct Command {
+    std::string_view noun;
+    std::string_view helpKey;
+    void (*describe)(CLI::App& noun, CommandLine& line);
+};
+
+/// All nouns, sorted.
+std::span<const Command> commands();
+
+} // namespace vh::cli

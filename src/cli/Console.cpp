@@ -1,0 +1,68 @@
+#include "cli/Console.h"
+
+#include "Core/Printable.h"
+#include "Platform/SystemError.h"
+#include "Platform/Terminal.h"
+#include "cli/Table.h"
+
+#include <cstdio>
+#include <fmt/format.h>
+#include <iostream>
+#include <string>
+
+namespace vh::cli {
+
+namespace {
+
+constexpr size_t barWidth = 24;
+constexpr std::string_view eraseLine = "\r\x1b[K";
+
+std::string bar(double fraction) {
+    const auto full = static_cast<size_t>(std::clamp(fraction, 0.0, 1.0) * barWidth);
+    std::string out;
+    for (size_t i = 0; i < barWidth; ++i)
+        out += i < full ? "█" : "░";
+    return out;
+}
+
+} // namespace
+
+void print(std::string_view text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size())
+        throwErrno("standard output");
+}
+
+void flush() {
+    if (std::fflush(stdout) != 0)
+        throwErrno("standard output");
+}
+
+void complain(std::string_view text) { std::fprintf(stderr, "varnholt: %.*s\n", int(text.size()), text.data()); }
+
+bool confirm(std::string_view question, std::string_view yesLetters) {
+    flush();
+    std::fprintf(stderr, "%.*s ", int(question.size()), question.data());
+    std::string answer;
+    if (!std::getline(std::cin, answer) || answer.empty())
+        return false;
+    return yesLetters.find(answer.front()) != std::string_view::npos;
+}
+
+ProgressLine::ProgressLine() : visible_(isTerminal(StandardStream::error)) {}
+
+ProgressLine::~ProgressLine() {
+    if (visible_)
+        std::fwrite(eraseLine.data(), 1, eraseLine.size(), stderr);
+}
+
+void ProgressLine::show(double fraction, std::string_view what) {
+    if (!visible_)
+        return;
+    std::string line = fraction < 0 ? std::string() : fmt::format("{} {:3.0f} %  ", bar(fraction), fraction * 100);
+    const std::string name = printable(what);
+    const size_t room = terminalWidth() - std::min(terminalWidth(), displayWidth(line) + 1);
+    line += shorten(name, room);
+    std::fprintf(stderr, "%s%s", eraseLine.data(), line.c_str());
+}
+
+} // namespace vh::cli
