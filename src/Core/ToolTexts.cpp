@@ -1,0 +1,38 @@
+#include "Core/ToolTexts.h"
+
+#include <fmt/format.h>
+
+namespace vh {
+
+namespace {
+
+/// English stands in the catalogue; the files hold the other languages only.
+std::string translated(const Texts& texts, std::string_view english, const std::string& key) {
+    return texts.has(key) ? texts.text(key) : std::string(english);
+}
+
+} // namespace
+
+std::string toolName(const Texts& texts, std::string_view id) {
+    const ToolDescriptor* tool = ToolCatalog::tool(id);
+    return tool ? translated(texts, tool->name, fmt::format("tool.{}.name", tool->id)) : std::string(id);
+}
+
+std::string toolSummary(const Texts& texts, std::string_view id) {
+    const ToolDescriptor* tool = ToolCatalog::tool(id);
+    return tool ? translated(texts, tool->summary, fmt::format("tool.{}.summary", tool->id)) : std::string();
+}
+
+std::string sectionTitle(const Texts& texts, ToolSection section) {
+    return translated(texts, title(section), fmt::format("section.{}.title", rawValue(section)));
+}
+
+std::string sectionSubtitle(const Texts& texts, ToolSection section) {
+    return translated(texts, subtitle(section), fmt::format("section.{}.subtitle", rawValue(section)));
+}
+
+std::string complexityLabel(const Texts& texts, ToolComplexity complexity) {
+    return translated(texts, label(complexity), fmt::format("complexity.{}", rawValue(complexity)));
+}
+
+} // namespace vh
