@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Core/Describe.h"
+#include "Core/LocalCalendar.h"
+#include "Core/RunRecord.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace vh {
+
+struct LastDays {
+    int days = 7; ///< today counts as one; below 1 means 1
+    bool operator==(const LastDays&) const = default;
+};
+struct DayRange {
+    Date from; ///< both days belong to it, in either order
+    Date to;
+    bool operator==(const DayRange&) const = default;
+};
+struct AnyTime {
+    bool operator==(const AnyTime&) const = default;
+};
+struct Today {
+    bool operator==(const Today&) const = default;
+};
+struct Yesterday {
+    bool operator==(const Yesterday&) const = default;
+};
+using Period = std::variant<LastDays, DayRange, AnyTime, Today, Yesterday>;
+
+template <>
+inline constexpr auto describe<LastDays> = record(field("_0", &LastDays::days));
+template <>
+inline constexpr auto describe<DayRange> = record(field("from", &DayRange::from), field("to", &DayRange::to));
+template <>
+inline constexpr auto describe<Period> = taggedUnion(unionCase<LastDays>("lastDays"),
+                                                     unionCase<DayRange>("range"), unionCase<AnyTime>("all"),
+                                                     unionCase<Today>("today"),
+                                                     unionCase<Yesterday>("yesterday"));
+
+/// From `from` up to, but not including, `to`.
+struct DateInterval {
+    Date from;
+    Date to;
+    bool contains(Date date) const { return from <= date && date < to; }
+    bool operator==(const DateInterval&) const = default;
+};
+
+/// Which runs to show. Unset means any.
+struct RunFilter {
+    std::optional<std::string> toolID;
+    Period period = AnyTime{};
+    std::optional<Outcome> outcome;
+    std::optional<std::string> computer;
+    std::optional<Trigger> trigger;
+    std::string text; ///< sought in the tool's name, the summary and the computer, without regard to case
+
+    /// What a filter must know of the world.
+    struct Surroundings {
+        std::function<std::string(const std::string& toolID)> toolName;
+        std::string thisComputer; ///< what a record without a computer counts as
+        Date now;
+        LocalCalendar calendar;
+    };
+
+    /// Nothing for all time.
+    std::optional<DateInterval> interval(Date now, const LocalCalendar& calendar) const;
+    bool matches(const RunRecord& record, const Surroundings& world) const;
+    /// Those that match, in their order.
+    std::vector<RunRecord> apply(std::vector<RunRecord> records, const Surroundings& world) const;
+
+    bool operator==(const RunFilter&) const = default;
+};
+
+template <>
+inline constexpr auto
+    describe<RunFilter> = record(field("toolID", &RunFilter::toolID), field("period", &RunFilter::period),
+                                 field("outcome", &RunFilter::outcome),
+                                 field("computer", &RunFilter::computer),
+                                 field("trigger", &RunFilter::trigger), field("text", &RunFilter::text));
+
+} // namespace vh

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "Core/RunFiles.h"
+#include "Core/RunHandle.h"
+#include "Platform/FileLock.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vh {
+
+class RunLog;
+
+/// The track of a run that changes things, so that a killed run still shows what it did. Lives as long as the run; a
+/// full disk does not stop the run, only the tracking. For one thread.
+class RunJournal {
+public:
+    ~RunJournal();
+
+    /// Before a step.
+    void doing(const std::string& path);
+    /// After it, with what became of that path.
+    void done(RunFileRow row);
+    /// Writes the record and then the list of all rows; then the track goes. Does not throw.
+    RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {},
+                     const RunDetails& details = {});
+
+    /// All that was done so far.
+    const std::vector<RunFileRow>& rows() const { return rows_; }
+    /// Why tracking or saving failed; empty while all is well.
+    const std::string& failure() const { return failure_; }
+
+private:
+    friend class RunJournals;
+    RunJournal(RunLog& log, RunFiles& files, std::shared_ptr<RunHandle> run);
+    void open(const std::string& folder, const std::string& title);
+    void write(const std::string& line);
+
+    RunLog& log_;
+    RunFiles& files_;
+    std::shared_ptr<RunHandle> run_;
+    std::string path_; // empty when it could not be opened
+    std::unique_ptr<FileLock> lock_;
+    std::vector<RunFileRow> rows_;
+    std::string failure_;
+};
+
+/// What became of a step that was begun when the run was killed; nothing when that cannot be found out.
+using StepResolver =
+    std::function<std::optional<RunFileRow>(const std::string& toolID, const std::string& path)>;
+
+/// The folder of the open runs' tracks. It stays where it is when the database moves.
+class RunJournals {
+public:
+    static constexpr std::string_view doingState = "doing";
+    static constexpr std::string_view unknownState = "unknown";
+
+    RunJournals(std::string folder, RunLog& log, RunFiles& files);
+    /// "<default database folder>/open-runs".
+    static std::string folderOfUser();
+
+    /// Never fails: a run whose track cannot be opened runs untracked (RunJournal::failure).
+    std::unique_ptr<RunJournal> open(std::shared_ptr<RunHandle> run, const std::string& title);
+
+    /// Gives every run that was killed its record (outcome failed, unless it had already finished) and file list;
+    /// `summary` makes the text for people from the run's title. Returns the records written by this call. One that
+    /// cannot be stored is left for the next call.
+    std::vector<RunRecord>
+    recoverInterrupted(const std::function<std::string(const std::string& title)>& summary,
+                       const StepResolver& resolve = {});
+
+private:
+    std::string folder_;
+    RunLog& log_;
+    RunFiles& files_;
+};
+
+} // namespace vh

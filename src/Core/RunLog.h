@@ -1,0 +1,99 @@
+#pragma once
+
+#include "Core/RunHandle.h"
+#include "Core/RunLogFile.h"
+#include "Core/RunRecord.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vh {
+
+class DatabaseLock;
+class RunFiles;
+class UserDefaults;
+
+/// Everything that was done to this machine: "runs.jsonl" in the database folder, appended to by several processes.
+/// Every reader first takes in what others wrote, and follows the database when it moves. Any thread may call.
+class RunLog {
+public:
+    static constexpr size_t defaultMaxRecords = 20000;
+    /// The name of the notice that observers get.
+    static constexpr std::string_view didChange = "com.varnholt.runlog.didChange";
+    using Hook = std::function<void(const RunRecord&)>;
+
+    /// Reads the log of DatabaseLocation::folder(defaults). A log that cannot be read is empty until it can.
+    RunLog(UserDefaults& defaults, RunFiles& files, Clock clock = systemNow,
+           size_t maxRecords = defaultMaxRecords);
+
+    std::shared_ptr<RunHandle> begin(std::string toolID, Trigger trigger, RunDetails details = {});
+
+    /// Whether the record is in the file. One that waits in memory is written with the next.
+    enum class Stored { inFile, inMemory };
+    /// Appends; then observers and the hook are called on this thread, outside every lock.
+    Stored record(RunRecord record);
+
+    /// The one callback that gets each record of this process; it may read the log and must not throw.
+    void setOnRecord(Hook hook);
+    Hook onRecord() const;
+
+    /// Called on the thread that changed the log, until the returned token goes.
+    [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> observer);
+    /// Takes in what other processes wrote and tells observers if that was anything since the last notice.
+    void refresh();
+
+    std::vector<RunRecord> all() const;            ///< oldest first
+    std::vector<RunRecord> recent(size_t n) const; ///< newest first
+    std::vector<RunRecord> since(Date date) const; ///< begun at `date` or later, oldest first
+    std::optional<RunRecord> last(std::string_view toolID) const;
+    double total(RunMetric metric, Date since) const;
+    bool contains(const Uuid& id) const;
+
+    std::string location() const; ///< the file
+    int64_t bytes() const;
+
+    /// Moves the log and the file lists to another folder, for every process. A kill at any moment leaves either place
+    /// whole and in use. Throws SystemError and leaves all as it was.
+    void relocate(const std::string& folder);
+    /// Forgets records begun before `before`, and file lists without a record or written before `filesBefore`.
+    void prune(std::optional<Date> before, std::optional<Date> filesBefore);
+    void clearAll();  ///< records and file lists
+    void removeAll(); ///< records
+
+    /// This computer's name for people, "Mac" when it has none.
+    static const std::string& thisComputer();
+
+private:
+    struct Waiting { // kept in memory because it could not be stored
+        RunRecord record;
+        std::string line; // empty when it has no JSON form
+    };
+
+    void catchUp() const;
+    void follow(const DatabaseLock& lock) const;
+    void persist();
+    void trim();
+    void removeRecords();
+    void notify();
+    template <class Visit>
+    void forEachNewestFirst(Visit visit) const;
+
+    UserDefaults& defaults_;
+    RunFiles& files_;
+    Clock clock_;
+    size_t maxRecords_;
+    mutable std::mutex mutex_;
+    mutable RunLogFile file_;
+    std::vector<Waiting> waiting_;
+    mutable uint64_t changes_ = 0;
+    uint64_t announced_ = 0;
+    Hook hook_;
+    std::vector<std::weak_ptr<std::function<void()>>> observers_;
+};
+
+} // namespace vh

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Core/JsonView.h"
+#include "Core/RunRecord.h"
+#include "Platform/GrowingFile.h"
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vh {
+
+/// One log file and the last `maxRecords` records read from it. A line counts once it has its line feed; one that
+/// cannot be read costs no other. Not for sharing between threads.
+class RunLogFile {
+public:
+    RunLogFile(std::string path, size_t maxRecords);
+
+    const std::string& path() const { return path_; }
+    const std::deque<RunRecord>& records() const { return records_; } ///< oldest first
+
+    /// Reads what was written since. True when the records changed. Throws SystemError.
+    bool catchUp();
+
+    /// The rest needs the database lock. Each throws SystemError and then leaves the file as it was.
+    void append(std::string_view line); ///< `line` without its line feed
+    void rewrite(const std::function<bool(const RunRecord&)>& keep);
+    /// False until the file has outgrown maxRecords by more than a sixteenth.
+    bool isDueForRewrite() const { return lines_ > maxRecords_ + maxRecords_ / 16; }
+
+private:
+    bool reload();
+    bool readOn();
+    void takeIn(std::string_view lines);
+
+    std::string path_;
+    size_t maxRecords_;
+    JsonDocument parser_;
+    std::optional<GrowingFile> open_;
+    int64_t consumed_ = 0; // bytes of whole lines read
+    size_t lines_ = 0;     // those lines
+    std::deque<RunRecord> records_;
+};
+
+} // namespace vh
