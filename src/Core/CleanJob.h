@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Core/JobControl.h"
+#include "Core/RunFiles.h"
+#include "Core/RunRecord.h"
+#include "Core/ScanReport.h"
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace vh {
+
+class RunJournals;
+class RunLog;
+class SuiteModule;
+class Texts;
+
+/// The states of a clean's rows in its file list.
+namespace cleanState {
+inline constexpr const char* trashed = "trashed";   ///< lies in the Trash at the row's place
+inline constexpr const char* deleted = "deleted";   ///< gone for good
+inline constexpr const char* failed = "failed";     ///< still there
+inline constexpr const char* restored = "restored"; ///< put back by an undo
+inline constexpr const char* inPlace = "inPlace";   ///< there when the run was killed at this item
+} // namespace cleanState
+
+/// An item that a clean or an undo left alone.
+struct SkippedItem {
+    std::string path;
+    std::string reason; ///< plain (Core/CleanReason.h) for a clean, for people in an undo
+};
+
+/// What a job leaves in the log, and where.
+struct RunStores {
+    RunLog& log;
+    RunFiles& files;
+    RunJournals& journals;
+};
+
+/// What a clean did, as its record says it and in the detail that a person sees at once.
+struct CleanJobResult {
+    RunRecord record; ///< its summary is the message
+    CleanResult result;
+    std::vector<SkippedItem> skipped;
+    std::vector<std::string> skippedDetails; ///< one line an item, for people
+    std::set<std::string> protectedPaths;    ///< normalised; protected or in use
+    std::optional<std::string> error;        ///< why the whole clean failed
+    std::string trackingFailure;             ///< why the list of what was done could not be kept; else empty
+};
+
+/// The one road from a selection to a run record. Removes the selected items of `report`, the module's last scan, one
+/// by one, each written down before it goes, so that a kill at any moment leaves a record. Never throws for what fails
+/// in the clean: that is the record's outcome. Stopped, it leaves a record of what was done.
+CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const CleanSelection& selection,
+                        Trigger trigger, const RunStores& stores, const Texts& texts, const JobControl& control);
+
+/// What became of the item at which a clean was killed, for RunJournals::recoverInterrupted.
+std::optional<RunFileRow> resolveCleanStep(const std::string& toolID, const std::string& path);
+
+} // namespace vh
