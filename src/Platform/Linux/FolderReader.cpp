@@ -6,7 +6,6 @@
 
 #include <cstring>
 #include <dirent.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace vh {
@@ -51,7 +50,7 @@ std::optional<FolderReader::Entry> FolderReader::next() {
     block_.resize(blockBytes);
     for (;;) {
         if (used_ == filled_) {
-            const long got = ::syscall(SYS_getdents64, folder_.get(), block_.data(), block_.size());
+            const ssize_t got = ::getdents64(folder_.get(), block_.data(), block_.size());
             if (got < 0)
                 throwErrno(path_);
             used_ = 0;

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "support/Interposed.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace vh::test {
+
+/// How many file calls (opening, reading, writing, flushing, renaming, removing, …) this thread makes in `work`.
+/// What `work` throws passes through.
+size_t countFileCalls(const std::function<void()>& work);
+
+/// One planned fault and what became of the work.
+struct FaultPoint {
+    size_t call = 0; ///< from 0
+    FileCall what{};
+    FaultKind kind = FaultKind::none;
+    int code = 0;                      ///< errno of a failing call
+    std::optional<std::string> thrown; ///< what() of the exception the work ended with
+    std::string text() const;          ///< "call 4 (fsync) failing with Input/output error"
+};
+
+/// Runs `work` once for every file call it makes and every way in which that call may fail (no right, no room, device
+/// error, only half written), each time after a fresh `setUp`, and then `check`. Reports a test failure when the work
+/// makes no file calls at all or a planned fault is never met. Failures inside `check` name the fault.
+void forEachFault(const std::function<void()>& setUp, const std::function<void()>& work,
+                  const std::function<void(const FaultPoint&)>& check);
+
+/// The same with a child process that is killed before every file call, and within every write. `check` runs in this
+/// process after the child is gone.
+void forEachKill(const std::function<void()>& setUp, const std::function<void()>& work,
+                 const std::function<void(const FaultPoint&)>& check);
+
+} // namespace vh::test
