@@ -9,7 +9,7 @@ namespace vh::app {
 
 namespace {
 
-using MakeModule = std::shared_ptr<SuiteModule> (*)(const Folders&);
+using MakeModule = std::shared_ptr<SuiteModule> (*)(const Folders&, const std::string& databaseFolder);
 
 /// The tools that have an engine, a row each.
 struct Engine {
@@ -18,8 +18,9 @@ struct Engine {
 };
 constexpr Engine engines[] = {
     {"system-junk",
-     [](const Folders& folders) -> std::shared_ptr<SuiteModule> {
-         return std::make_shared<junk::SystemJunkModule>(junk::SystemJunkConfiguration::userDefaults(folders));
+     [](const Folders& folders, const std::string& databaseFolder) -> std::shared_ptr<SuiteModule> {
+         return std::make_shared<junk::SystemJunkModule>(
+             junk::SystemJunkConfiguration::userDefaults(folders, databaseFolder));
      }},
 };
 
@@ -30,10 +31,11 @@ const Engine* engineOf(std::string_view id) {
 
 } // namespace
 
-ModuleRegistry::ModuleRegistry(const Folders& folders) {
+ModuleRegistry::ModuleRegistry(const Folders& folders, const std::string& databaseFolder) {
     for (const ModuleCard& card : moduleCards()) {
         const Engine* engine = engineOf(card.id);
-        modules_.push_back(engine ? engine->make(folders) : std::make_shared<SuiteModule>(card));
+        modules_.push_back(engine ? engine->make(folders, databaseFolder)
+                                  : std::make_shared<SuiteModule>(card));
     }
 }
 
@@ -44,6 +46,8 @@ std::shared_ptr<SuiteModule> ModuleRegistry::module(std::string_view id) const {
     return found == modules_.end() ? nullptr : *found;
 }
 
-bool ModuleRegistry::hasEngine(std::string_view id) const { return engineOf(id) != nullptr; }
+bool ModuleRegistry::hasEngine(std::string_view id) const {
+    return engineOf(id) != nullptr;
+}
 
 } // namespace vh::app

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -14,7 +15,7 @@ namespace vh::app {
 /// The one table that turns a module identifier into a live module. Built once, then only read, from any thread.
 class ModuleRegistry {
 public:
-    explicit ModuleRegistry(const Folders& folders);
+    ModuleRegistry(const Folders& folders, const std::string& databaseFolder);
     ~ModuleRegistry();
 
     /// All modules, in the order of their cards.

@@ -10,7 +10,9 @@
 
 namespace vh::cli {
 
-std::string CommandLine::text(std::string_view key) const { return session_.texts().text(key); }
+std::string CommandLine::text(std::string_view key) const {
+    return session_.texts().text(key);
+}
 
 void CommandLine::on(CLI::App* verb, Action action) {
     verb->add_flag("--json", json_, text("cli.json"));

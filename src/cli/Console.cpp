@@ -37,7 +37,9 @@ void flush() {
         throwErrno("standard output");
 }
 
-void complain(std::string_view text) { std::fprintf(stderr, "varnholt: %.*s\n", int(text.size()), text.data()); }
+void complain(std::string_view text) {
+    std::fprintf(stderr, "varnholt: %.*s\n", int(text.size()), text.data());
+}
 
 bool confirm(std::string_view question, std::string_view yesLetters) {
     flush();
@@ -58,7 +60,8 @@ ProgressLine::~ProgressLine() {
 void ProgressLine::show(double fraction, std::string_view what) {
     if (!visible_)
         return;
-    std::string line = fraction < 0 ? std::string() : fmt::format("{} {:3.0f} %  ", bar(fraction), fraction * 100);
+    std::string line =
+        fraction < 0 ? std::string() : fmt::format("{} {:3.0f} %  ", bar(fraction), fraction * 100);
     const std::string name = printable(what);
     const size_t room = terminalWidth() - std::min(terminalWidth(), displayWidth(line) + 1);
     line += shorten(name, room);

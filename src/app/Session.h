@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Core/RunFiles.h"
+#include "Core/RunLog.h"
+#include "Core/Texts.h"
+#include "Core/UserDefaults.h"
+#include "Platform/Folders.h"
+
+#include <memory>
+
+namespace vh {
+class RunJournals;
+} // namespace vh
+
+namespace vh::app {
+
+class ModuleRegistry;
+
+/// What window and command line share for as long as they live. Each part is opened when first asked for, so that
+/// starting costs nothing; the first asking belongs to the main thread.
+class Session {
+public:
+    /// Throws SystemError when the user has no home.
+    Session();
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    const Folders& folders() const { return folders_; }
+    UserDefaults& defaults() { return defaults_; }
+    /// In the language of the setting as it was at the last useLanguageOfSetting.
+    const Texts& texts() const { return texts_; }
+    void useLanguageOfSetting();
+
+    RunFiles& runFiles() { return runFiles_; }
+    /// Opening it gives runs that were killed their record.
+    RunLog& runLog();
+    RunJournals& journals();
+    ModuleRegistry& registry();
+
+private:
+    void recoverInterruptedRuns();
+
+    const Folders folders_;
+    UserDefaults defaults_;
+    Texts texts_;
+    RunFiles runFiles_;
+    std::unique_ptr<RunLog> runLog_;
+    std::unique_ptr<RunJournals> journals_;
+    std::unique_ptr<ModuleRegistry> registry_;
+};
+
+} // namespace vh::app
