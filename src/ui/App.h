@@ -1,0 +1,82 @@
+#pragma once
+
+#include "ui/SystemLook.h"
+
+#include <QObject>
+#include <QQmlEngine>
+#include <QUrl>
+#include <map>
+#include <memory>
+
+namespace vh::app {
+class ActivityViewModel;
+class HomeViewModel;
+class ScanCleanViewModel;
+class Session;
+class SettingsViewModel;
+class ShellViewModel;
+} // namespace vh::app
+
+namespace vh::ui {
+
+class Tr;
+
+/// What the command line asks to be other than the settings say; empty where it says nothing.
+struct LookOverride {
+    QString appearance;
+    QString language;
+};
+
+/// The way of the pages to their view-models, each made when a page first asks for it and kept as long as the
+/// window, and what the system says of looks. Main thread.
+class App : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+    Q_PROPERTY(QObject* shell READ shell CONSTANT)
+    Q_PROPERTY(QObject* home READ home CONSTANT)
+    Q_PROPERTY(QObject* activity READ activity CONSTANT)
+    Q_PROPERTY(QObject* settings READ settings CONSTANT)
+    Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion CONSTANT)
+    Q_PROPERTY(QString fontFamily READ fontFamily CONSTANT)
+    Q_PROPERTY(QString documentsFolder READ documentsFolder CONSTANT)
+
+public:
+    App(app::Session& session, LookOverride override);
+    ~App() override;
+
+    /// Gives QML the App that installIn put into the engine.
+    static App* create(QQmlEngine* engine, QJSEngine*);
+    void installIn(QQmlEngine& engine);
+
+    QObject* shell();
+    QObject* home();
+    QObject* activity();
+    QObject* settings();
+    Tr* tr() { return tr_.get(); }
+    Q_INVOKABLE QObject* scanClean(const QString& moduleId);
+
+    bool isDark() const;
+    bool reducedMotion() const { return systemLook_.wantsLessMotion(); }
+    QString fontFamily() const;
+    QString documentsFolder() const;
+    /// The path of a file's URL; of any other, nothing.
+    Q_INVOKABLE QString localPath(const QUrl& url) const { return url.toLocalFile(); }
+
+signals:
+    void darkChanged();
+
+private:
+    app::Session& session_;
+    const LookOverride override_;
+    SystemLook systemLook_;
+    std::unique_ptr<Tr> tr_;
+    std::unique_ptr<app::SettingsViewModel> settings_;
+    std::unique_ptr<app::ShellViewModel> shell_;
+    std::unique_ptr<app::HomeViewModel> home_;
+    std::unique_ptr<app::ActivityViewModel> activity_;
+    std::map<QString, std::unique_ptr<app::ScanCleanViewModel>> scanCleans_;
+};
+
+} // namespace vh::ui

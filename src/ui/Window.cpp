@@ -1,0 +1,43 @@
+#include "ui/Window.h"
+
+#include "ui/IconProvider.h"
+
+#include <QGuiApplication>
+#include <QtPlugin>
+#include <QtQml/QQmlExtensionPlugin>
+#include <stdexcept>
+
+Q_IMPORT_QML_PLUGIN(VarnholtPlugin)
+
+namespace vh::ui {
+
+void useNoDisplay() {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+Window::Window(app::Session& session, LookOverride override) : app_(session, std::move(override)) {
+    // The system's own glyphs: at 13 px sharper than scaled outlines.
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    app_.installIn(engine_);
+    engine_.addImageProvider(QStringLiteral("icons"), new IconProvider);
+    engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Varnholt/shell/Main.qml")));
+    window_ = engine_.rootObjects().isEmpty() ? nullptr
+                                              : qobject_cast<QQuickWindow*>(engine_.rootObjects().front());
+    if (!window_)
+        throw std::runtime_error("The window could not be made; the messages above say why.");
+}
+
+bool Window::open(const QString& page) {
+    bool known = false;
+    QMetaObject::invokeMethod(window_, "open", Q_RETURN_ARG(bool, known), Q_ARG(QString, page));
+    return known;
+}
+
+QStringList Window::pages() const {
+    QStringList ids;
+    QMetaObject::invokeMethod(window_, "pageIds", Q_RETURN_ARG(QStringList, ids));
+    return ids;
+}
+
+} // namespace vh::ui

@@ -1,0 +1,72 @@
+import QtQuick
+import QtQuick.Templates as T
+import Varnholt
+
+T.Button {
+    id: control
+
+    enum Kind { Plain, Main, Quiet, Danger }
+
+    property int kind: Button.Plain
+    property string iconName
+    readonly property bool filled: kind === Button.Main || kind === Button.Danger
+    readonly property color ink: !enabled ? Theme.third
+        : kind === Button.Main ? Theme.accentInk
+        : kind === Button.Danger ? Theme.badInk
+        : kind === Button.Quiet ? Theme.accent : Theme.text
+
+    function fill(): color {
+        if (!enabled)
+            return kind === Button.Quiet ? "transparent" : Theme.sunken;
+        switch (kind) {
+        case Button.Main: return down ? Theme.accentPressed : hovered ? Theme.accentHover : Theme.accent;
+        case Button.Danger: return down || hovered ? Theme.badHover : Theme.bad;
+        case Button.Quiet: return down || hovered ? Theme.sunken : "transparent";
+        default: return down ? Theme.sunken : hovered ? Theme.hover : Theme.surface;
+        }
+    }
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: Theme.fieldHeight
+    leftPadding: kind === Button.Quiet ? Theme.space8 : Theme.space16 - 1
+    rightPadding: leftPadding
+    font: Theme.medium
+    focusPolicy: Qt.StrongFocus
+    Accessible.name: text
+    Keys.onReturnPressed: control.click()
+    Keys.onEnterPressed: control.click()
+
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
+
+        Row {
+            id: row
+            anchors.centerIn: parent
+            spacing: Theme.space8
+
+            Icon {
+                visible: control.iconName !== ""
+                anchors.verticalCenter: parent.verticalCenter
+                name: control.iconName
+                color: control.ink
+            }
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                text: control.text
+                font: control.font
+                color: control.ink
+                Accessible.ignored: true
+            }
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.radiusButton
+        color: control.fill()
+        border.width: control.filled || control.kind === Button.Quiet ? 0 : Theme.hairline
+        border.color: Theme.line
+
+        FocusRing { shown: control.visualFocus }
+    }
+}

@@ -1,0 +1,86 @@
+import QtQuick
+import QtQuick.Templates as T
+import Varnholt
+
+// Asks before something is done. Escape cancels; the keyboard stays inside; where something goes for good,
+// the safe button has the focus.
+T.Popup {
+    id: sheet
+
+    property string title
+    property string text
+    property string confirmText
+    property bool forGood: false
+    default property alias body: middle.data
+
+    signal confirmed
+    signal cancelled
+
+    anchors.centerIn: T.Overlay.overlay
+    width: Math.min(520, (parent ? parent.width : 520) - 2 * Theme.space32)
+    padding: Theme.space24
+    modal: true
+    focus: true
+    closePolicy: T.Popup.NoAutoClose
+    onOpened: (forGood ? cancelButton : confirmButton).forceActiveFocus(Qt.TabFocusReason)
+
+    T.Overlay.modal: Rectangle { color: Theme.dim }
+    background: FloatingSurface {}
+
+    contentItem: FocusScope {
+        implicitHeight: column.implicitHeight
+        focus: true
+        Accessible.role: Accessible.Dialog
+        Accessible.name: sheet.title
+        Accessible.description: sheet.text
+        Keys.onEscapePressed: sheet.cancelled()
+
+        Column {
+            id: column
+            width: parent.width
+            spacing: Theme.space12
+
+            Label {
+                width: parent.width
+                text: sheet.title
+                font: Theme.name
+                wrapMode: Text.Wrap
+            }
+            Label {
+                width: parent.width
+                visible: text !== ""
+                text: sheet.text
+                color: Theme.second
+                wrapMode: Text.Wrap
+                lineHeight: 1.3
+            }
+            Item {
+                id: middle
+                width: parent.width
+                implicitHeight: childrenRect.height
+                visible: children.length > 0
+            }
+            Item {
+                width: parent.width
+                height: cancelButton.height + Theme.space4
+
+                Button {
+                    id: cancelButton
+                    anchors.right: confirmButton.left
+                    anchors.rightMargin: Theme.space8
+                    anchors.bottom: parent.bottom
+                    text: Tr.t("shell.cancel")
+                    onClicked: sheet.cancelled()
+                }
+                Button {
+                    id: confirmButton
+                    anchors.right: parent.right
+                    anchors.bottom: parent.bottom
+                    kind: sheet.forGood ? Button.Danger : Button.Main
+                    text: sheet.confirmText
+                    onClicked: sheet.confirmed()
+                }
+            }
+        }
+    }
+}

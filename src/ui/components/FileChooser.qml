@@ -1,0 +1,8 @@
+import QtQuick
+import QtQuick.Dialogs
+
+FileDialog {
+    signal chosen(url url)
+
+    onAccepted: chosen(selectedFile)
+}

@@ -1,0 +1,17 @@
+import QtQuick
+import QtQuick.Window
+import Varnholt
+
+Image {
+    id: icon
+
+    property string name
+    property color color: Theme.text
+    property int size: Theme.iconSize
+
+    width: size
+    height: size
+    sourceSize: Qt.size(size * Screen.devicePixelRatio, size * Screen.devicePixelRatio)
+    source: name === "" ? "" : "image://icons/" + name + "?" + color.toString().slice(-6)
+    Accessible.ignored: true
+}

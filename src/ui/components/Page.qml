@@ -1,0 +1,114 @@
+import QtQuick
+import QtQuick.Templates as T
+import Varnholt
+
+// What every page is: a title, a line of what it is, at most two buttons at the top right, content, and a bar
+// at the foot for what acts on a selection. A page that scrolls as a whole says so; others fill the height.
+FocusScope {
+    id: page
+
+    property string title
+    property string line
+    property bool scrolls: false
+    property alias actions: buttons.data
+    property alias foot: footContent.data
+    property bool footShown: false
+    default property alias content: body.data
+    readonly property int margin: Theme.space32
+
+    // A page that has nothing under way; a picture of it may be taken.
+    property bool settled: true
+
+    // Takes the page to a named state for a picture; says whether it knows that state.
+    function showState(name: string): bool {
+        return false;
+    }
+
+    // What F5 does.
+    function refresh() {}
+
+    // What Escape does before the shell goes back; true when it was used up.
+    function goBack(): bool {
+        return false;
+    }
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: title
+
+    Item {
+        id: head
+        x: page.margin
+        y: Theme.space24
+        width: parent.width - 2 * page.margin
+        height: words.implicitHeight
+
+        Column {
+            id: words
+            width: parent.width - (buttons.width > 0 ? buttons.width + Theme.space24 : 0)
+            spacing: Theme.space4
+
+            Label {
+                width: parent.width
+                text: page.title
+                font: Theme.title
+                Accessible.role: Accessible.Heading
+            }
+            Label {
+                width: parent.width
+                text: page.line
+                color: Theme.second
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
+            }
+        }
+        Row {
+            id: buttons
+            anchors.right: parent.right
+            y: Theme.space8 + 1
+            spacing: Theme.space16
+        }
+    }
+
+    Flickable {
+        id: flick
+        anchors.top: head.bottom
+        anchors.topMargin: Theme.space16
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.bottom: bar.top
+        clip: true
+        interactive: page.scrolls
+        boundsBehavior: Flickable.StopAtBounds
+        contentHeight: page.scrolls ? body.childrenRect.height + Theme.space24 : height
+
+        T.ScrollBar.vertical: ScrollBar { visible: page.scrolls && size < 1 }
+
+        Item {
+            id: body
+            x: page.margin
+            width: flick.width - 2 * page.margin
+            height: flick.height - Theme.space24
+        }
+    }
+
+    Rectangle {
+        id: bar
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: page.footShown ? Theme.footHeight : 0
+        visible: page.footShown
+        color: Theme.surface
+
+        Rectangle {
+            width: parent.width
+            height: Theme.hairline
+            color: Theme.line
+        }
+        Item {
+            id: footContent
+            anchors.fill: parent
+            anchors.leftMargin: page.margin
+            anchors.rightMargin: page.margin
+        }
+    }
+}

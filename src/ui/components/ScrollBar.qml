@@ -1,0 +1,19 @@
+import QtQuick
+import QtQuick.Templates as T
+import Varnholt
+
+T.ScrollBar {
+    id: control
+
+    implicitWidth: Theme.scrollBarWidth
+    implicitHeight: Theme.scrollBarWidth
+    minimumSize: 0.06
+    visible: size < 1
+    padding: 2
+
+    contentItem: Rectangle {
+        radius: Math.min(width, height) / 2
+        color: control.pressed || control.hovered ? Theme.third : Theme.control
+        opacity: control.pressed || control.hovered ? 1 : 0.35
+    }
+}

@@ -1,0 +1,65 @@
+import QtQuick
+import QtQuick.Templates as T
+import Varnholt
+
+T.AbstractButton {
+    id: item
+
+    property string iconName
+    property bool current: false
+    property bool available: true
+    property string note
+
+    implicitHeight: Theme.itemHeight
+    focusPolicy: Qt.StrongFocus
+    hoverEnabled: true
+    Accessible.role: Accessible.ListItem
+    Accessible.name: text
+    Accessible.selectable: true
+    Accessible.selected: current
+    Keys.onReturnPressed: item.click()
+    Keys.onEnterPressed: item.click()
+
+    readonly property color ink: current ? Theme.accent : available ? Theme.second : Theme.third
+
+    background: Rectangle {
+        radius: Theme.radiusButton
+        color: item.current ? Theme.soft : item.hovered ? Theme.sidebarHover : "transparent"
+
+        FocusRing {
+            gap: -Theme.ring
+            shown: item.visualFocus
+        }
+    }
+
+    contentItem: Item {
+        Icon {
+            id: shape
+            x: Theme.space8
+            anchors.verticalCenter: parent.verticalCenter
+            name: item.iconName
+            color: item.ink
+        }
+        Label {
+            anchors.left: shape.right
+            anchors.leftMargin: Theme.space8 + 1
+            anchors.right: extra.left
+            anchors.rightMargin: Theme.space4
+            anchors.verticalCenter: parent.verticalCenter
+            text: item.text
+            font: item.current ? Theme.medium : Theme.body
+            color: item.current ? Theme.accent : Theme.second
+            Accessible.ignored: true
+        }
+        Label {
+            id: extra
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.space8
+            anchors.verticalCenter: parent.verticalCenter
+            text: item.note
+            font: Theme.label
+            color: Theme.third
+            Accessible.ignored: true
+        }
+    }
+}

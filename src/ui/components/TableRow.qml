@@ -1,0 +1,62 @@
+import QtQuick
+import Varnholt
+
+// A row of a ListTable: its hover, its ring and the rule under it. What it shows is its content.
+Item {
+    id: row
+
+    required property int index
+    property ListView view: ListView.view
+    property bool chosen: false
+    property bool ruled: index < (view ? view.count - 1 : 0)
+    property string name
+    default property alias content: inside.data
+
+    signal clicked
+    signal doubleClicked
+
+    implicitWidth: view ? view.width : 0
+    implicitHeight: Theme.rowHeightTwo
+    Accessible.role: Accessible.ListItem
+    Accessible.name: name
+    Accessible.selectable: true
+    Accessible.selected: chosen
+    Accessible.onPressAction: row.clicked()
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.leftMargin: Theme.space4
+        anchors.rightMargin: Theme.space4
+        radius: Theme.radiusField
+        color: row.chosen ? Theme.soft : mouse.containsMouse ? Theme.hover : "transparent"
+    }
+    Rectangle {
+        visible: row.ruled
+        x: Theme.space16
+        width: parent.width - 2 * Theme.space16
+        anchors.bottom: parent.bottom
+        height: Theme.hairline
+        color: Theme.line
+    }
+    MouseArea {
+        id: mouse
+        anchors.fill: parent
+        hoverEnabled: true
+        onClicked: {
+            row.view.currentIndex = row.index;
+            row.view.forceActiveFocus();
+            row.clicked();
+        }
+        onDoubleClicked: row.doubleClicked()
+    }
+    Item {
+        id: inside
+        anchors.fill: parent
+        anchors.leftMargin: Theme.space16
+        anchors.rightMargin: Theme.space16
+    }
+    FocusRing {
+        gap: -Theme.ring - Theme.hairline
+        shown: row.view !== null && row.view.activeFocus && row.view.currentIndex === row.index
+    }
+}

@@ -1,0 +1,119 @@
+import QtQuick
+import Varnholt
+
+// All that was done on this computer, with what it touched and the way back.
+Page {
+    id: page
+
+    readonly property var activity: App.activity
+    readonly property bool detailed: activity.selectedRun.runId !== undefined && activity.selectedRun.runId !== ""
+    readonly property int paneWidth: 332
+
+    signal said(string text)
+
+    function showState(name: string): bool {
+        if (name !== "details" || table.count === 0)
+            return false;
+        table.focusRow(0);
+        return true;
+    }
+
+    function goBack(): bool {
+        if (!detailed)
+            return false;
+        activity.clearSelection();
+        return true;
+    }
+
+    title: Tr.t("shell.page.activity")
+    line: Tr.t("activity.line")
+
+    actions: Button {
+        iconName: "square.and.arrow.up"
+        text: Tr.t("activity.export")
+        enabled: page.activity.runCount > 0
+        onClicked: exportSheet.open()
+    }
+
+    ActivityFilters {
+        id: filters
+        width: parent.width
+        activity: page.activity
+    }
+
+    Label {
+        id: totals
+        anchors.top: filters.bottom
+        anchors.topMargin: Theme.space12
+        width: parent.width - (clear.visible ? clear.width : 0)
+        height: Theme.itemHeight
+        text: page.activity.totalsText
+        color: Theme.second
+    }
+    Button {
+        id: clear
+        visible: page.activity.isFiltered
+        anchors.right: parent.right
+        anchors.verticalCenter: totals.verticalCenter
+        height: Theme.itemHeight
+        kind: Button.Quiet
+        text: Tr.t("activity.clear-filter")
+        onClicked: page.activity.clearFilter()
+    }
+
+    ListTable {
+        id: table
+        anchors.top: totals.bottom
+        anchors.topMargin: Theme.space8
+        anchors.bottom: parent.bottom
+        width: parent.width - (page.detailed ? page.paneWidth + Theme.space16 : 0)
+        name: page.title
+        model: page.activity.runs
+        header: count > 0 ? heading : null
+        list.section.property: "dayText"
+        list.section.delegate: ActivityDay { width: table.width }
+        delegate: ActivityRow {
+            wide: table.width > 760
+            chosen: page.activity.selectedRun.runId === runId
+            onClicked: page.activity.select(runId)
+        }
+        list.onCurrentItemChanged: if (list.currentItem && list.activeFocus) page.activity.select(list.currentItem.runId)
+
+        Component {
+            id: heading
+            ActivityHeader { wide: table.width > 760 }
+        }
+        EmptyState {
+            anchors.centerIn: parent
+            width: parent.width - 2 * Theme.space24
+            visible: table.count === 0
+            iconName: page.activity.isFiltered ? "line.3.horizontal.decrease" : "waveform.path.ecg"
+            text: page.activity.isFiltered ? Tr.t("activity.no-match") : Tr.t("activity.empty")
+            detail: page.activity.isFiltered ? "" : Tr.t("activity.empty.detail")
+            actionText: page.activity.isFiltered ? Tr.t("activity.clear-filter") : ""
+            onAction: page.activity.clearFilter()
+        }
+    }
+
+    Loader {
+        active: page.detailed
+        anchors.right: parent.right
+        anchors.top: table.top
+        anchors.bottom: parent.bottom
+        width: page.paneWidth
+        sourceComponent: ActivityDetails { activity: page.activity }
+    }
+
+    ActivityExport {
+        id: exportSheet
+        activity: page.activity
+        onSaved: path => page.said(Tr.t("activity.export.done", {path: path}))
+    }
+    Connections {
+        target: page.activity
+        function onMessageChanged() {
+            if (page.activity.message !== "")
+                page.said(page.activity.message);
+        }
+    }
+}

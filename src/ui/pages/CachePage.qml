@@ -1,0 +1,140 @@
+import QtQuick
+import Varnholt
+
+// What can go by category and by item; what is chosen is reviewed before anything is removed.
+Page {
+    id: page
+
+    readonly property var junk: App.scanClean("system-junk")
+    readonly property bool busy: junk.isScanning || junk.isCleaning
+    readonly property bool filtered: junk.search !== "" || junk.category !== ""
+
+    signal navigate(string id)
+    signal said(string text)
+
+    function showState(name: string): bool {
+        if (name !== "selected" && name !== "review")
+            return false;
+        junk.toggleSelectAll();
+        if (name === "review")
+            junk.review();
+        return true;
+    }
+
+    function refresh() {
+        if (!busy)
+            junk.scan();
+    }
+
+    title: App.shell.tool("system-junk").name
+    line: Tr.t("cache.line")
+    settled: !busy
+    footShown: true
+    Component.onCompleted: if (junk.stage === "idle" && !junk.isScanning) junk.scan()
+
+    actions: Button {
+        text: page.junk.isScanning ? Tr.t("shell.stop") : Tr.t("cache.scan-again")
+        iconName: page.junk.isScanning ? "stop" : "arrow.triangle.2.circlepath"
+        enabled: !page.junk.isCleaning
+        onClicked: page.junk.isScanning ? page.junk.stop() : page.junk.scan()
+    }
+
+    ScanCleanSummary {
+        id: summary
+        width: parent.width
+        junk: page.junk
+    }
+    ErrorNote {
+        id: failure
+        anchors.top: summary.bottom
+        anchors.topMargin: visible ? Theme.space16 : 0
+        width: parent.width
+        height: visible ? implicitHeight : 0
+        visible: page.junk.errorMessage !== ""
+        title: Tr.t("cache.error")
+        text: page.junk.errorMessage
+        kept: Tr.t("cache.error.kept")
+        actionText: Tr.t("cache.scan-again")
+        onAction: page.junk.scan()
+    }
+    ScanCleanResult {
+        id: result
+        anchors.top: failure.bottom
+        anchors.topMargin: visible ? Theme.space16 : 0
+        width: parent.width
+        height: visible ? implicitHeight : 0
+        visible: page.junk.stage === "done"
+        junk: page.junk
+    }
+
+    Item {
+        id: tools
+        anchors.top: result.bottom
+        anchors.topMargin: Theme.space16
+        width: parent.width
+        height: Theme.fieldHeight
+        enabled: page.junk.itemCount > 0 || page.filtered
+
+        SearchField {
+            id: search
+            width: Math.min(260, parent.width / 3)
+            placeholderText: Tr.t("cache.search", {count: page.junk.itemCount})
+            text: page.junk.search
+            onTextChanged: page.junk.search = text
+        }
+        SegmentedControl {
+            anchors.left: search.right
+            anchors.leftMargin: Theme.space16
+            anchors.verticalCenter: parent.verticalCenter
+            name: Tr.t("cache.category")
+            options: [{value: "", title: Tr.t("cache.all")}].concat(
+                page.junk.categories.map(category => ({value: category.name, title: category.title})))
+            value: page.junk.category
+            onChosen: value => page.junk.category = value
+        }
+        Label {
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            visible: parent.width > 760
+            text: Tr.t("cache.largest-first")
+            color: Theme.second
+        }
+    }
+
+    ListTable {
+        id: table
+        anchors.top: tools.bottom
+        anchors.topMargin: Theme.space16
+        width: parent.width
+        height: Math.min(parent.height - y, header ? wanted : parent.height - y)
+        readonly property real wanted: Theme.rowHeight + Math.max(4, count) * Theme.rowHeightTwo + 2 * Theme.space4 + 1
+        name: page.title
+        model: page.junk.items
+        header: ScanCleanHeader { junk: page.junk }
+        delegate: ScanCleanRow { onToggled: id => page.junk.toggle(id) }
+        onSelected: row => page.junk.toggleAt(row)
+        onOpened: page.junk.review()
+
+        EmptyState {
+            anchors.centerIn: parent
+            anchors.verticalCenterOffset: Theme.rowHeight / 2
+            width: parent.width - 2 * Theme.space24
+            visible: table.count === 0 && !page.busy && page.junk.errorMessage === "" && page.junk.stage !== "idle"
+            iconName: page.filtered ? "magnifyingglass" : "checkmark"
+            text: page.filtered ? Tr.t("cache.no-match") : Tr.t("cache.empty")
+            detail: page.filtered ? "" : Tr.t("cache.empty.detail")
+            actionText: page.filtered ? Tr.t("cache.show-all") : ""
+            onAction: {
+                page.junk.search = "";
+                page.junk.category = "";
+            }
+        }
+    }
+
+    foot: ScanCleanFoot {
+        anchors.fill: parent
+        junk: page.junk
+    }
+
+    ScanCleanReview { junk: page.junk }
+}

@@ -1,0 +1,119 @@
+import QtQuick
+import Varnholt
+
+Page {
+    id: page
+
+    readonly property var home: App.home
+    readonly property var junk: App.scanClean("system-junk")
+    property bool allTools: false
+    readonly property int columns: body.width > 860 ? 4 : 3
+    readonly property int firstTools: 2 * columns
+
+    signal navigate(string id)
+
+    title: home.greeting
+    line: home.hostLine
+    scrolls: true
+    settled: !junk.isScanning
+
+    function showState(name: string): bool {
+        if (name === "scanned")
+            junk.scan();
+        else if (name === "all-tools")
+            allTools = true;
+        else
+            return false;
+        return true;
+    }
+
+    function refresh() { junk.scan(); }
+
+    Column {
+        id: body
+        width: parent.width
+        spacing: Theme.space16
+
+        Row {
+            id: top
+            width: parent.width
+            spacing: Theme.space16
+
+            JunkCard {
+                id: junkCard
+                width: Math.round((parent.width - parent.spacing) * 0.593)
+                height: Math.max(164, disks.implicitHeight)
+                junk: page.junk
+                onOpened: page.navigate("system-junk")
+            }
+            DiskCard {
+                id: disks
+                width: parent.width - parent.spacing - junkCard.width
+                height: junkCard.height
+                disks: page.home.disks
+            }
+        }
+
+        Item {
+            width: parent.width
+            height: Theme.space12
+
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                text: Tr.t("home.tools")
+                font: Theme.label
+                color: Theme.third
+                Accessible.role: Accessible.Heading
+            }
+            Button {
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                kind: Button.Quiet
+                height: Theme.itemHeight
+                text: page.allTools ? Tr.t("home.tools.fewer") : Tr.t("home.tools.all", {count: page.home.tools.length})
+                onClicked: page.allTools = !page.allTools
+            }
+        }
+
+        Grid {
+            id: tiles
+            width: parent.width
+            columns: page.columns
+            spacing: Theme.space12
+
+            Repeater {
+                model: page.allTools ? page.home.tools : page.home.tools.slice(0, page.firstTools)
+
+                Tile {
+                    required property var modelData
+
+                    width: (tiles.width - (page.columns - 1) * tiles.spacing) / page.columns
+                    text: modelData.name
+                    iconName: modelData.icon
+                    line: modelData.line
+                    available: modelData.available
+                    onClicked: page.navigate(modelData.id)
+                }
+            }
+        }
+
+        Row {
+            width: parent.width
+            spacing: Theme.space16
+
+            RunningCard {
+                id: running
+                width: (parent.width - parent.spacing) / 2
+                height: Math.max(implicitHeight, recent.implicitHeight)
+                jobs: page.home.running
+            }
+            RecentCard {
+                id: recent
+                width: running.width
+                height: running.height
+                runs: page.home.recent
+                onOpened: page.navigate("activity")
+            }
+        }
+    }
+}

@@ -1,0 +1,80 @@
+import QtQuick
+import Varnholt
+
+TableRow {
+    id: row
+
+    required property string itemId
+    required property string displayPath
+    required property string sizeText
+    required property real fraction
+    required property bool selected
+    required property bool isProtected
+    required property var model
+
+    signal toggled(string id)
+
+    name: model.name + ", " + sizeText + (isProtected ? ", " + Tr.t("cache.protected") : "")
+    Accessible.checkable: true
+    Accessible.checked: selected
+    onClicked: toggled(itemId)
+
+    CheckMark {
+        id: box
+        anchors.verticalCenter: parent.verticalCenter
+        state: row.selected ? "all" : "none"
+    }
+    Column {
+        id: words
+        anchors.left: box.right
+        anchors.leftMargin: Theme.space12
+        anchors.right: share.left
+        anchors.rightMargin: Theme.space24
+        anchors.verticalCenter: parent.verticalCenter
+
+        Row {
+            width: parent.width
+            spacing: Theme.space8
+
+            Label {
+                width: Math.min(implicitWidth, words.width - (lock.visible ? lock.width + Theme.space8 : 0))
+                text: row.model.name
+                elide: Text.ElideMiddle
+                Accessible.ignored: true
+            }
+            Badge {
+                id: lock
+                visible: row.isProtected
+                outcome: "warning"
+                text: Tr.t("cache.protected")
+            }
+        }
+        Label {
+            width: parent.width
+            text: row.displayPath
+            font: Theme.label
+            color: Theme.second
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+    }
+    Bar {
+        id: share
+        anchors.right: size.left
+        anchors.rightMargin: Theme.space12
+        anchors.verticalCenter: parent.verticalCenter
+        width: (parent.width - box.width) / 2
+        height: Theme.barHeightThin
+        value: row.fraction
+        Accessible.ignored: true
+    }
+    Label {
+        id: size
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        width: 76
+        text: row.sizeText
+        horizontalAlignment: Text.AlignRight
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,29 @@
+import QtQuick
+import QtQuick.Window
+import Varnholt
+
+Window {
+    id: window
+
+    property alias page: shell.pageId
+
+    width: Theme.windowWidth
+    height: Theme.windowHeight
+    minimumWidth: Theme.windowMinimumWidth
+    minimumHeight: Theme.windowMinimumHeight
+    title: shell.pageTitle === "" ? Tr.t("shell.app") : shell.pageTitle + " — " + Tr.t("shell.app")
+    color: Theme.background
+
+    // True once the page is there and has nothing under way.
+    readonly property bool settled: shell.settled
+
+    function open(id: string): bool { return shell.open(id); }
+    function pageIds(): var { return shell.pageIds(); }
+    function showState(name: string): bool { return shell.showState(name); }
+
+    Shell {
+        id: shell
+        anchors.fill: parent
+        focus: true
+    }
+}

@@ -1,0 +1,38 @@
+import QtQuick
+import Varnholt
+
+// Which page shows what. A tool without a page of its own says plainly that it is not there yet.
+QtObject {
+    readonly property var fixed: [
+        {id: "home", icon: "house", title: Tr.t("shell.page.home"), summary: ""},
+        {id: "activity", icon: "waveform.path.ecg", title: Tr.t("shell.page.activity"), summary: ""},
+        {id: "schedules", icon: "clock", title: Tr.t("shell.page.schedules"), summary: Tr.t("shell.page.schedules.summary")},
+        {id: "nodos", icon: "point.topleft.down.to.point.bottomright", title: Tr.t("shell.page.nodos"), summary: Tr.t("shell.page.nodos.summary")},
+        {id: "company", icon: "person.2", title: Tr.t("shell.page.company"), summary: Tr.t("shell.page.company.summary")},
+        {id: "agent", icon: "bubble.left", title: Tr.t("shell.page.agent"), summary: Tr.t("shell.page.agent.summary")}
+    ]
+
+    readonly property var own: ({
+        "home": "HomePage",
+        "activity": "ActivityPage",
+        "settings": "SettingsPage",
+        "system-junk": "CachePage"
+    })
+
+    // The page that answers to an identifier, folded ones included; "" for none.
+    function resolve(id: string): string {
+        return id === "settings" || fixed.some(page => page.id === id) ? id : App.shell.tool(id).id ?? "";
+    }
+
+    function ids(): var {
+        return fixed.map(page => page.id).concat("settings", App.shell.toolIds);
+    }
+
+    function source(id: string): url {
+        return Qt.resolvedUrl("../pages/" + (own[id] ?? "AbsentPage") + ".qml");
+    }
+
+    function properties(id: string): var {
+        return id in own ? {} : {pageId: id};
+    }
+}

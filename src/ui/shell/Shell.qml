@@ -1,0 +1,109 @@
+import QtQuick
+import Varnholt
+
+// Sidebar and the current page; only that page exists.
+FocusScope {
+    id: shell
+
+    property string pageId
+    property var history: []
+    readonly property Page page: loader.item
+    readonly property string pageTitle: page ? page.title : ""
+    readonly property bool settled: loader.status === Loader.Ready && page.settled
+
+    function replace(id: string) {
+        pageId = id;
+        loader.setSource(pages.source(id), pages.properties(id));
+    }
+
+    // False for a page that does not exist.
+    function open(id: string): bool {
+        const target = pages.resolve(id);
+        if (target === "")
+            return false;
+        if (target !== pageId) {
+            if (pageId !== "")
+                history = history.concat(pageId);
+            replace(target);
+        }
+        return true;
+    }
+
+    function pageIds(): var { return pages.ids(); }
+
+    function goBack() {
+        if (page && page.goBack())
+            return;
+        if (history.length === 0)
+            return;
+        const last = history[history.length - 1];
+        history = history.slice(0, -1);
+        replace(last);
+    }
+
+    function showState(name: string): bool {
+        if (name === "search") {
+            sidebar.showSearch("c");
+            return true;
+        }
+        return page !== null && page.showState(name);
+    }
+
+    Keys.onEscapePressed: goBack()
+
+    PageMap { id: pages }
+
+    Shortcut {
+        sequences: ["Ctrl+F", "Ctrl+K"]
+        onActivated: sidebar.focusSearch()
+    }
+    Shortcut {
+        sequence: "F5"
+        onActivated: if (shell.page) shell.page.refresh()
+    }
+    Shortcut {
+        sequences: [StandardKey.Preferences, "Ctrl+,"]
+        onActivated: shell.open("settings")
+    }
+    Repeater {
+        model: pages.fixed
+
+        Item {
+            required property var modelData
+            required property int index
+
+            Shortcut {
+                sequence: "Ctrl+" + (parent.index + 1)
+                onActivated: shell.open(parent.modelData.id)
+            }
+        }
+    }
+
+    Sidebar {
+        id: sidebar
+        width: Theme.sidebarWidth
+        height: parent.height
+        fixed: pages.fixed
+        current: shell.pageId
+        onPicked: id => shell.open(id)
+    }
+
+    Loader {
+        id: loader
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        height: parent.height
+        focus: true
+    }
+    Connections {
+        target: shell.page
+        ignoreUnknownSignals: true
+        function onNavigate(id: string) { shell.open(id); }
+        function onSaid(text: string) { toast.show(text); }
+    }
+
+    Toast {
+        id: toast
+        anchors.fill: loader
+    }
+}
