@@ -5,7 +5,6 @@
 #include "Platform/Host.h"
 
 #include <map>
-#include <stdexcept>
 #include <unicode/locid.h>
 #include <unicode/msgfmt.h>
 
@@ -58,8 +57,16 @@ icu::Formattable formattable(const TextValue& argument) {
     return std::visit(Visitor{}, argument.value);
 }
 
-std::string formatMessage(const std::string& pattern, Language language,
-                          const std::vector<TextArgument>& arguments) {
+} // namespace
+
+const std::string* textPattern(Language language, std::string_view key) {
+    const auto& patterns = patternsOf(language);
+    const auto found = patterns.find(key);
+    return found == patterns.end() ? nullptr : &found->second;
+}
+
+std::string formatText(Language language, const std::string& pattern,
+                       const std::vector<TextArgument>& arguments) {
     UErrorCode status = U_ZERO_ERROR;
     const icu::MessageFormat format(unicode(pattern), icu::Locale(std::string(code(language)).c_str()),
                                     status);
@@ -79,14 +86,6 @@ std::string formatMessage(const std::string& pattern, Language language,
     return text;
 }
 
-} // namespace
-
-const std::string* textPattern(Language language, std::string_view key) {
-    const auto& patterns = patternsOf(language);
-    const auto found = patterns.find(key);
-    return found == patterns.end() ? nullptr : &found->second;
-}
-
 Texts Texts::ofSetting(std::string_view setting) {
     return Texts(chosenLanguage(setting, preferredLanguage()));
 }
@@ -103,7 +102,7 @@ std::string Texts::text(std::string_view key, const std::vector<TextArgument>& a
     // Most texts have no arguments and need no parsing.
     if (pattern->find('{') == std::string::npos)
         return *pattern;
-    return formatMessage(*pattern, language, arguments);
+    return formatText(language, *pattern, arguments);
 }
 
 bool Texts::has(std::string_view key) const {

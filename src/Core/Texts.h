@@ -48,6 +48,10 @@ private:
     Language language_;
 };
 
+/// Fills the named arguments of an ICU message pattern in. A pattern that cannot be read comes back as it is.
+std::string formatText(Language language, const std::string& pattern,
+                       const std::vector<TextArgument>& arguments);
+
 /// A text as its file holds it, an ICU message pattern; nothing when `language` lacks the key.
 const std::string* textPattern(Language language, std::string_view key);
 
