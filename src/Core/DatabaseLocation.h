@@ -2,6 +2,7 @@
 
 #include "Platform/FileLock.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,9 +27,9 @@ public:
     const std::string& folder() const { return folder_; }
 
 private:
-    static FileLock lockIn(const std::string& folder);
+    void take();
     std::string folder_;
-    FileLock lock_;
+    std::optional<FileLock> lock_;
 };
 
 } // namespace vh

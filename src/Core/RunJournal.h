@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/JournalLines.h"
 #include "Core/RunFiles.h"
 #include "Core/RunHandle.h"
 #include "Platform/FileLock.h"
@@ -36,7 +37,7 @@ private:
     friend class RunJournals;
     RunJournal(RunLog& log, RunFiles& files, std::shared_ptr<RunHandle> run);
     void open(const std::string& folder, const std::string& title);
-    void write(const std::string& line);
+    void write(const JournalLine& line);
 
     RunLog& log_;
     RunFiles& files_;
@@ -47,15 +48,11 @@ private:
     std::string failure_;
 };
 
-/// What became of a step that was begun when the run was killed; nothing when that cannot be found out.
-using StepResolver =
-    std::function<std::optional<RunFileRow>(const std::string& toolID, const std::string& path)>;
-
 /// The folder of the open runs' tracks. It stays where it is when the database moves.
 class RunJournals {
 public:
-    static constexpr std::string_view doingState = "doing";
-    static constexpr std::string_view unknownState = "unknown";
+    /// The text for people, made from the run's title.
+    using SummaryOfInterrupted = std::function<std::string(const std::string& title)>;
 
     RunJournals(std::string folder, RunLog& log, RunFiles& files);
     /// "<default database folder>/open-runs".
@@ -64,14 +61,15 @@ public:
     /// Never fails: a run whose track cannot be opened runs untracked (RunJournal::failure).
     std::unique_ptr<RunJournal> open(std::shared_ptr<RunHandle> run, const std::string& title);
 
-    /// Gives every run that was killed its record (outcome failed, unless it had already finished) and file list;
-    /// `summary` makes the text for people from the run's title. Returns the records written by this call. One that
-    /// cannot be stored is left for the next call.
-    std::vector<RunRecord>
-    recoverInterrupted(const std::function<std::string(const std::string& title)>& summary,
-                       const StepResolver& resolve = {});
+    /// Gives every run that was killed its record (failed, unless it had already finished) and its file list. Returns
+    /// the records written by this call; what cannot be stored is left for the next.
+    std::vector<RunRecord> recoverInterrupted(const SummaryOfInterrupted& summary,
+                                              const StepResolver& resolve = {});
 
 private:
+    std::optional<RunRecord> recover(const std::string& track, const SummaryOfInterrupted& summary,
+                                     const StepResolver& resolve);
+
     std::string folder_;
     RunLog& log_;
     RunFiles& files_;

@@ -14,7 +14,6 @@
 
 namespace vh {
 
-class DatabaseLock;
 class RunFiles;
 class UserDefaults;
 
@@ -32,6 +31,8 @@ public:
            size_t maxRecords = defaultMaxRecords);
 
     std::shared_ptr<RunHandle> begin(std::string toolID, Trigger trigger, RunDetails details = {});
+
+    Date now() const { return clock_(); }
 
     /// Whether the record is in the file. One that waits in memory is written with the next.
     enum class Stored { inFile, inMemory };
@@ -52,7 +53,8 @@ public:
     std::vector<RunRecord> since(Date date) const; ///< begun at `date` or later, oldest first
     std::optional<RunRecord> last(std::string_view toolID) const;
     double total(RunMetric metric, Date since) const;
-    bool contains(const Uuid& id) const;
+    /// Nothing when there is no such record.
+    std::optional<Stored> find(const Uuid& id) const;
 
     std::string location() const; ///< the file
     int64_t bytes() const;
@@ -75,10 +77,10 @@ private:
     };
 
     void catchUp() const;
-    void follow(const DatabaseLock& lock) const;
+    void follow(const std::string& folder) const;
     void persist();
+    void storeFolder(const std::string& folder);
     void trim();
-    void removeRecords();
     void notify();
     template <class Visit>
     void forEachNewestFirst(Visit visit) const;

@@ -21,6 +21,9 @@ public:
     const std::string& path() const { return path_; }
     const std::deque<RunRecord>& records() const { return records_; } ///< oldest first
 
+    /// Goes on with another file, which the next catchUp reads.
+    void switchTo(std::string path);
+
     /// Reads what was written since. True when the records changed. Throws SystemError.
     bool catchUp();
 

@@ -76,6 +76,9 @@ struct RunRecord {
     bool operator==(const RunRecord&) const = default;
 };
 
+/// By raw value, without the empty ones; nothing when none is left.
+std::optional<std::map<std::string, std::string>> rawDetails(const RunDetails& details);
+
 /// Several texts as one detail: one a line.
 std::string joinList(const std::vector<std::string>& items);
 

@@ -1,0 +1,154 @@
+#include "Core/RunJournal.h"
+
+#include "Core/DatabaseLocation.h"
+#include "Core/JournalLines.h"
+#include "Core/RunLog.h"
+#include "Platform/Files.h"
+#include "Platform/FolderReader.h"
+#include "Platform/GrowingFile.h"
+#include "Platform/Removal.h"
+#include "Platform/SystemError.h"
+
+namespace vh {
+
+namespace {
+
+constexpr std::string_view ending = ".jsonl";
+
+/// Held while a track is made or claimed, so that nobody takes one for abandoned before its run has locked it.
+FileLock lockFolder(const std::string& folder) {
+    makeFolders(folder);
+    return FileLock(folder + ".lock");
+}
+
+std::vector<std::string> tracksIn(const std::string& folder) {
+    std::vector<std::string> tracks;
+    if (statusOf(folder))
+        for (const auto& name : childNames(folder))
+            if (name.ends_with(ending))
+                tracks.push_back(folder + "/" + name);
+    return tracks;
+}
+
+/// The lock of a track whose run is gone; false while the run lives.
+FileLock claim(const std::string& folder, const std::string& track) {
+    const FileLock guard = lockFolder(folder);
+    return FileLock::tryLock(track);
+}
+
+} // namespace
+
+// ---- a run that is under way
+
+RunJournal::RunJournal(RunLog& log, RunFiles& files, std::shared_ptr<RunHandle> run)
+    : log_(log), files_(files), run_(std::move(run)) {}
+
+RunJournal::~RunJournal() = default;
+
+void RunJournal::open(const std::string& folder, const std::string& title) {
+    try {
+        const FileLock guard = lockFolder(folder);
+        path_ = folder + "/" + run_->id().text() + std::string(ending);
+        lock_ = std::make_unique<FileLock>(path_);
+        write(JournalHeader{run_->id(), run_->toolID(), run_->trigger(), run_->startedAt(), title,
+                            rawDetails(run_->details())});
+    } catch (const SystemError& error) {
+        path_.clear();
+        failure_ = error.what();
+    }
+}
+
+void RunJournal::write(const JournalLine& line) {
+    if (path_.empty())
+        return;
+    try {
+        appendToFile(path_, encodeJson(line) + "\n");
+    } catch (const std::runtime_error& error) {
+        failure_ = error.what();
+    }
+}
+
+void RunJournal::doing(const std::string& path) {
+    write(JournalIntent{path});
+}
+
+void RunJournal::done(RunFileRow row) {
+    write(row);
+    rows_.push_back(std::move(row));
+}
+
+RunRecord RunJournal::finish(Outcome outcome, std::string summary, const RunMetrics& metrics,
+                             const RunDetails& details) {
+    auto record = run_->close(outcome, std::move(summary), metrics, details);
+    if (!record)
+        return run_->closedRecord();
+    try {
+        write(*record);
+        if (!path_.empty())
+            flushFile(path_);
+        const bool isStored = log_.record(*record) == RunLog::Stored::inFile;
+        if (!rows_.empty())
+            files_.save(record->id, rows_);
+        if (isStored && !path_.empty())
+            removePermanently(path_);
+    } catch (const SystemError& error) {
+        failure_ = error.what(); // what was not done now is done from the track at the next start
+    }
+    return *record;
+}
+
+// ---- runs that were killed
+
+RunJournals::RunJournals(std::string folder, RunLog& log, RunFiles& files)
+    : folder_(std::move(folder)), log_(log), files_(files) {}
+
+std::string RunJournals::folderOfUser() {
+    return DatabaseLocation::defaultFolder() + "/open-runs";
+}
+
+std::unique_ptr<RunJournal> RunJournals::open(std::shared_ptr<RunHandle> run, const std::string& title) {
+    std::unique_ptr<RunJournal> journal(new RunJournal(log_, files_, std::move(run)));
+    journal->open(folder_, title);
+    return journal;
+}
+
+std::vector<RunRecord> RunJournals::recoverInterrupted(const SummaryOfInterrupted& summary,
+                                                       const StepResolver& resolve) {
+    std::vector<RunRecord> written;
+    for (const auto& track : tracksIn(folder_)) {
+        try {
+            if (const FileLock lock = claim(folder_, track))
+                if (auto record = recover(track, summary, resolve))
+                    written.push_back(std::move(*record));
+        } catch (const SystemError&) {
+            // It stays for the next call; one track's trouble is not the others'.
+        }
+    }
+    return written;
+}
+
+/// The record first, then the list, then the track goes: stopped anywhere, the next call goes on.
+std::optional<RunRecord> RunJournals::recover(const std::string& track, const SummaryOfInterrupted& summary,
+                                              const StepResolver& resolve) {
+    const auto found = readJournal(readFileIfPresent(track).value_or(""));
+    std::optional<RunRecord> written;
+    if (found) {
+        const Uuid id = found->header.id;
+        auto stored = log_.find(id);
+        if (!stored) {
+            written =
+                found->finished ? *found->finished : interruptedRecord(*found, summary(found->header.title));
+            stored = log_.record(*written);
+        }
+        if (stored == RunLog::Stored::inMemory)
+            return written;
+        const auto rows = found->rowsWith(resolve);
+        if (!rows.empty() && !files_.has(id))
+            files_.save(id, rows);
+    }
+    if (statusOf(track))
+        removePermanently(track);
+    return written;
+}
+
+} // namespace vh

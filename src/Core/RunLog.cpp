@@ -1,0 +1,343 @@
+#include "Core/RunLog.h"
+
+#include "Core/Codec.h"
+#include "Core/DatabaseLocation.h"
+#include "Core/RunFiles.h"
+#include "Core/UserDefaults.h"
+#include "Platform/Files.h"
+#include "Platform/Host.h"
+#include "Platform/Removal.h"
+#include "Platform/SystemError.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+
+namespace vh {
+
+namespace {
+
+std::string logFile(const std::string& folder) {
+    return folder + "/runs.jsonl";
+}
+
+} // namespace
+
+RunLog::RunLog(UserDefaults& defaults, RunFiles& files, Clock clock, size_t maxRecords)
+    : defaults_(defaults), files_(files), clock_(std::move(clock)), maxRecords_(maxRecords),
+      file_(logFile(DatabaseLocation::folder(defaults)), maxRecords) {
+    catchUp();
+    announced_ = changes_;
+}
+
+std::shared_ptr<RunHandle> RunLog::begin(std::string toolID, Trigger trigger, RunDetails details) {
+    return std::make_shared<RunHandle>(*this, std::move(toolID), trigger, std::move(details), clock_());
+}
+
+// ---- writing
+
+RunLog::Stored RunLog::record(RunRecord record) {
+    Hook hook;
+    Stored stored = Stored::inFile;
+    {
+        const std::lock_guard guard(mutex_);
+        std::string line;
+        try {
+            line = encodeJson(record);
+        } catch (const EncodeError&) {
+            // A number that is not finite: the record is lost from the file but not from memory.
+        }
+        waiting_.push_back({record, std::move(line)});
+        ++changes_;
+        try {
+            persist();
+        } catch (const SystemError&) {
+            stored = Stored::inMemory;
+        }
+        trim();
+        hook = hook_;
+    }
+    notify();
+    if (hook)
+        hook(record);
+    return stored;
+}
+
+/// Writes what waits, oldest first; one line a write, so that a failure leaves whole lines only.
+void RunLog::persist() {
+    const DatabaseLock lock(defaults_);
+    follow(lock.folder());
+    for (auto each = waiting_.begin(); each != waiting_.end();) {
+        if (each->line.empty()) {
+            ++each;
+            continue;
+        }
+        file_.append(each->line);
+        each = waiting_.erase(each);
+    }
+    if (file_.isDueForRewrite())
+        file_.rewrite([](const RunRecord&) { return true; });
+}
+
+void RunLog::trim() {
+    if (waiting_.size() > maxRecords_)
+        waiting_.erase(waiting_.begin(), waiting_.end() - static_cast<ptrdiff_t>(maxRecords_));
+}
+
+void RunLog::prune(std::optional<Date> before, std::optional<Date> filesBefore) {
+    const std::vector<Uuid> lists = files_.runs();
+    std::set<Uuid> surviving;
+    {
+        const std::lock_guard guard(mutex_);
+        const DatabaseLock lock(defaults_);
+        follow(lock.folder());
+        changes_ += file_.catchUp();
+        const auto isOld = [&](const RunRecord& record) {
+            return before && record.startedAt < *before;
+        };
+        if (std::ranges::any_of(file_.records(), isOld))
+            file_.rewrite([&](const RunRecord& record) { return !isOld(record); });
+        std::erase_if(waiting_, [&](const Waiting& each) { return isOld(each.record); });
+        ++changes_;
+        forEachNewestFirst([&](const RunRecord& record) { return surviving.insert(record.id), true; });
+    }
+    files_.prune(lists, filesBefore, surviving);
+    notify();
+}
+
+void RunLog::removeAll() {
+    {
+        const std::lock_guard guard(mutex_);
+        const DatabaseLock lock(defaults_);
+        follow(lock.folder());
+        file_.rewrite([](const RunRecord&) { return false; });
+        waiting_.clear();
+        ++changes_;
+    }
+    notify();
+}
+
+void RunLog::clearAll() {
+    removeAll();
+    files_.removeAll();
+    notify();
+}
+
+namespace {
+
+void copyDatabase(const std::string& from, const std::string& to) {
+    const std::string target = logFile(to);
+    if (const auto text = readFileIfPresent(logFile(from)))
+        writeFileAtomically(target, *text);
+    else if (statusOf(target))
+        removePermanently(target);
+    RunFiles::copyLists(from, to);
+}
+
+void removeDatabase(const std::string& folder) {
+    RunFiles::removeLists(folder);
+    if (statusOf(logFile(folder)))
+        removePermanently(logFile(folder));
+}
+
+/// What stays behind in a folder that is not in use does no harm.
+void tryRemoveDatabase(const std::string& folder) {
+    try {
+        removeDatabase(folder);
+    } catch (const SystemError&) {
+    }
+}
+
+} // namespace
+
+/// A write can fail when it has already taken effect, and then it counts.
+void RunLog::storeFolder(const std::string& folder) {
+    try {
+        defaults_.set(DatabaseLocation::key, folder);
+    } catch (const SystemError&) {
+        if (DatabaseLocation::folder(defaults_) != folder)
+            throw;
+    }
+}
+
+/// The new place is whole before the setting points at it, and the old one is in use until then.
+void RunLog::relocate(const std::string& folder) {
+    {
+        const std::lock_guard guard(mutex_);
+        const DatabaseLock lock(defaults_);
+        follow(lock.folder());
+        makeFolders(folder);
+        if (std::filesystem::equivalent(lock.folder(), folder))
+            return;
+        try {
+            copyDatabase(lock.folder(), folder);
+        } catch (const SystemError&) {
+            tryRemoveDatabase(folder);
+            throw;
+        }
+        storeFolder(folder);
+        tryRemoveDatabase(lock.folder());
+        follow(folder);
+        catchUp();
+    }
+    notify();
+}
+
+// ---- following what others do
+
+void RunLog::follow(const std::string& folder) const {
+    if (file_.path() == logFile(folder))
+        return;
+    file_.switchTo(logFile(folder));
+    ++changes_;
+}
+
+void RunLog::catchUp() const {
+    try {
+        for (;;) {
+            const std::string folder = DatabaseLocation::folder(defaults_);
+            follow(folder);
+            changes_ += file_.catchUp();
+            // Gone from here because it moved just now?
+            if (DatabaseLocation::folder(defaults_) == folder)
+                return;
+        }
+    } catch (const SystemError&) {
+        // What was read last still holds while the file cannot be read.
+    }
+}
+
+void RunLog::refresh() {
+    {
+        const std::lock_guard guard(mutex_);
+        catchUp();
+        if (changes_ == announced_)
+            return;
+    }
+    notify();
+}
+
+void RunLog::notify() {
+    std::vector<std::shared_ptr<std::function<void()>>> observers;
+    {
+        const std::lock_guard guard(mutex_);
+        announced_ = changes_;
+        std::erase_if(observers_, [](const auto& each) { return each.expired(); });
+        for (const auto& each : observers_)
+            if (auto observer = each.lock())
+                observers.push_back(std::move(observer));
+    }
+    for (const auto& observer : observers)
+        (*observer)();
+}
+
+std::shared_ptr<void> RunLog::observe(std::function<void()> observer) {
+    auto token = std::make_shared<std::function<void()>>(std::move(observer));
+    const std::lock_guard guard(mutex_);
+    observers_.push_back(token);
+    return token;
+}
+
+void RunLog::setOnRecord(Hook hook) {
+    const std::lock_guard guard(mutex_);
+    hook_ = std::move(hook);
+}
+
+RunLog::Hook RunLog::onRecord() const {
+    const std::lock_guard guard(mutex_);
+    return hook_;
+}
+
+// ---- reading
+
+/// Visits until `visit` gives false.
+template <class Visit>
+void RunLog::forEachNewestFirst(Visit visit) const {
+    size_t left = maxRecords_;
+    for (auto each = waiting_.rbegin(); each != waiting_.rend() && left > 0; ++each, --left)
+        if (!visit(each->record))
+            return;
+    const auto& records = file_.records();
+    for (auto each = records.rbegin(); each != records.rend() && left > 0; ++each, --left)
+        if (!visit(*each))
+            return;
+}
+
+std::vector<RunRecord> RunLog::recent(size_t n) const {
+    const std::lock_guard guard(mutex_);
+    catchUp();
+    std::vector<RunRecord> found;
+    forEachNewestFirst([&](const RunRecord& record) {
+        if (found.size() < n)
+            found.push_back(record);
+        return found.size() < n;
+    });
+    return found;
+}
+
+std::vector<RunRecord> RunLog::all() const {
+    auto records = recent(maxRecords_);
+    std::ranges::reverse(records);
+    return records;
+}
+
+std::vector<RunRecord> RunLog::since(Date date) const {
+    auto records = all();
+    std::erase_if(records, [&](const RunRecord& record) { return record.startedAt < date; });
+    return records;
+}
+
+std::optional<RunRecord> RunLog::last(std::string_view toolID) const {
+    const std::lock_guard guard(mutex_);
+    catchUp();
+    std::optional<RunRecord> found;
+    forEachNewestFirst([&](const RunRecord& record) {
+        if (record.toolID == toolID)
+            found = record;
+        return !found;
+    });
+    return found;
+}
+
+double RunLog::total(RunMetric metric, Date since) const {
+    const std::lock_guard guard(mutex_);
+    catchUp();
+    double sum = 0;
+    forEachNewestFirst([&](const RunRecord& record) {
+        if (record.startedAt >= since)
+            sum += record.metric(metric).value_or(0);
+        return true;
+    });
+    return sum;
+}
+
+std::optional<RunLog::Stored> RunLog::find(const Uuid& id) const {
+    const std::lock_guard guard(mutex_);
+    catchUp();
+    if (std::ranges::any_of(file_.records(), [&](const RunRecord& record) { return record.id == id; }))
+        return Stored::inFile;
+    if (std::ranges::any_of(waiting_, [&](const Waiting& each) { return each.record.id == id; }))
+        return Stored::inMemory;
+    return std::nullopt;
+}
+
+std::string RunLog::location() const {
+    const std::lock_guard guard(mutex_);
+    catchUp();
+    return file_.path();
+}
+
+int64_t RunLog::bytes() const {
+    const auto status = statusOf(location());
+    return status ? status->byteSize : 0;
+}
+
+const std::string& RunLog::thisComputer() {
+    static const std::string name = [] {
+        std::string host = hostName();
+        return host.empty() ? "Mac" : host;
+    }();
+    return name;
+}
+
+} // namespace vh
