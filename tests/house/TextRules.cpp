@@ -75,38 +75,37 @@ std::set<std::string> argumentNames(const std::string& pattern) {
 }
 
 void KeyUse::read(std::string_view path, std::string_view source) {
-    // Within a call: the depth of its parenthesis, up to the first comma at that depth.
     int depth = 0;
-    std::optional<int> callDepth;
+    int callDepth = 0; // that of the first argument of a call, 0 outside of one
     for (size_t i = 0; i < source.size(); ++i) {
         const char c = source[i];
         if (c == '(' || c == '{' || c == '[') {
             ++depth;
             if (c == '(' && asksForText(source, i))
                 callDepth = depth;
-        } else if (c == ')' || c == '}' || c == ']') {
+        } else if (c == ')' || c == '}' || c == ']' || c == ',') {
             if (callDepth == depth)
-                callDepth.reset();
-            --depth;
-        } else if (c == ',' && callDepth == depth) {
-            callDepth.reset();
+                callDepth = 0;
+            depth -= c == ',' ? 0 : 1;
         } else if (c == '"' || c == '\'') {
             const auto literal = literalAt(source, i);
             if (!literal)
                 continue;
             i = literal->end - 1;
-            literals.emplace(literal->text);
-            const std::string prefix = prefixOf(literal->text);
-            if (!prefix.empty())
-                prefixes.insert(prefix);
-            if (!callDepth)
-                continue;
-            if (!prefix.empty())
-                askedPrefixes.emplace(prefix, path);
-            else if (looksDotted(literal->text))
-                askedKeys.emplace(literal->text, path);
+            note(literal->text, callDepth > 0, path);
         }
     }
+}
+
+void KeyUse::note(std::string_view literal, bool isAsked, std::string_view path) {
+    literals.emplace(literal);
+    const std::string prefix = prefixOf(literal);
+    if (!prefix.empty())
+        prefixes.insert(prefix);
+    if (isAsked && !prefix.empty())
+        askedPrefixes.emplace(prefix, path);
+    else if (isAsked && looksDotted(literal))
+        askedKeys.emplace(literal, path);
 }
 
 bool KeyUse::uses(std::string_view key) const {

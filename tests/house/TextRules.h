@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -23,6 +22,9 @@ struct KeyUse {
 
     void read(std::string_view path, std::string_view source);
     bool uses(std::string_view key) const;
+
+private:
+    void note(std::string_view literal, bool isAsked, std::string_view path);
 };
 
 } // namespace vh::house
