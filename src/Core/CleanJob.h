@@ -54,7 +54,8 @@ struct CleanJobResult {
 /// by one, each written down before it goes, so that a kill at any moment leaves a record. Never throws for what fails
 /// in the clean: that is the record's outcome. Stopped, it leaves a record of what was done.
 CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const CleanSelection& selection,
-                        Trigger trigger, const RunStores& stores, const Texts& texts, const JobControl& control);
+                        Trigger trigger, const RunStores& stores, const Texts& texts,
+                        const JobControl& control);
 
 /// What became of the item at which a clean was killed, for RunJournals::recoverInterrupted.
 std::optional<RunFileRow> resolveCleanStep(const std::string& toolID, const std::string& path);

@@ -10,7 +10,8 @@
 
 namespace vh::junk {
 
-/// Removes selected items of a report, each guarded anew at the moment it goes, since the report may be old.
+/// Removes selected items of a report, each guarded anew at the moment it goes, since the report may be old. Not for
+/// sharing between threads.
 class JunkCleaner {
 public:
     explicit JunkCleaner(const SystemJunkConfiguration& configuration);
@@ -24,6 +25,8 @@ public:
     std::optional<std::string> remove(const ScanItem& item, RemovalMethod method);
 
 private:
+    bool isRoot(const std::string& path) const;
+
     const SystemJunkConfiguration& configuration_;
     JunkGuard guard_;
 };

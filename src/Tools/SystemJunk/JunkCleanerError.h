@@ -14,11 +14,11 @@ public:
         emptySelection,
         missingReport,
         changedSinceScan,
-        neededFolder,   ///< holds the home folder, a root, the working folder or this program's own data
+        neededFolder, ///< holds the home folder, a root, the working folder or this program's own data
         mounted,
-        notAFile,       ///< a socket, pipe or device
-        foreign,        ///< another user's
-        notLogs,        ///< state of a program rather than its logs
+        notAFile, ///< a socket, pipe or device
+        foreign,  ///< another user's
+        notLogs,  ///< state of a program rather than its logs
         inUse,
     };
 

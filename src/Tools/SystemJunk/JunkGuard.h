@@ -24,7 +24,8 @@ public:
     std::optional<size_t> rootOf(std::string_view path) const;
 
     /// The reason to keep what lies at `path` (normalised, directly under the root); nothing when it may go.
-    std::optional<JunkCleanerError> reasonToKeep(const std::string& path, size_t root, const FileStatus& status);
+    std::optional<JunkCleanerError> reasonToKeep(const std::string& path, size_t root,
+                                                 const FileStatus& status);
 
 private:
     void lookAround();

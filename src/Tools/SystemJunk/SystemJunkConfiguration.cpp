@@ -25,8 +25,9 @@ SystemJunkConfiguration SystemJunkConfiguration::userDefaults(const Folders& fol
     const std::string home = PathAllowlist::normalize(folders.home);
     std::vector<std::string> paths;
     std::vector<RootKind> kinds;
-    for (const auto& [path, kind] : {Root{folders.caches, RootKind::caches}, Root{folders.logs, RootKind::logs},
-                                     Root{folders.temporary, RootKind::temporary}}) {
+    for (const auto& [path, kind] :
+         {Root{folders.caches, RootKind::caches}, Root{folders.logs, RootKind::logs},
+          Root{folders.temporary, RootKind::temporary}}) {
         Root root{PathAllowlist::normalize(path), kind};
         if (!isUsable(root, home) || std::ranges::find(paths, root.first) != paths.end())
             continue;

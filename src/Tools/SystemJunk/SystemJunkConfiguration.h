@@ -15,8 +15,8 @@ namespace vh::junk {
 
 /// Where junk is looked for and what is left alone there.
 struct SystemJunkConfiguration {
-    PathAllowlist allowlist;      ///< the roots, in scan order
-    std::vector<RootKind> kinds;  ///< what each root is
+    PathAllowlist allowlist;     ///< the roots, in scan order
+    std::vector<RootKind> kinds; ///< what each root is
     std::set<std::string> deniedBasenames;
     int maxFilesToMeasurePerItem = 20000;
     std::vector<std::string> heldPaths;  ///< no item may be or hold one of these
@@ -26,7 +26,8 @@ struct SystemJunkConfiguration {
 
     /// The caches, the logs and the temporary folder, in this order. `databaseFolder` is where this program keeps its
     /// run log, when that is not its usual place.
-    static SystemJunkConfiguration userDefaults(const Folders& folders, const std::string& databaseFolder = {});
+    static SystemJunkConfiguration userDefaults(const Folders& folders,
+                                                const std::string& databaseFolder = {});
     /// One root on a scratch folder, where the name "KEEP_ME" is denied.
     static SystemJunkConfiguration fixture(const std::string& root);
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/SuiteModule.h"
+#include "Tools/SystemJunk/JunkCleaner.h"
 #include "Tools/SystemJunk/SystemJunkConfiguration.h"
 
 #include <memory>
@@ -21,6 +22,8 @@ public:
 
 private:
     const SystemJunkConfiguration configuration_;
+    std::mutex cleaning_; ///< one clean at a time
+    JunkCleaner cleaner_; ///< under cleaning_
     std::mutex lock_;
     std::shared_ptr<const ScanReport> lastReport_; ///< under lock_
 };

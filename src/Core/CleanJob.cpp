@@ -1,0 +1,179 @@
+#include "Core/CleanJob.h"
+
+#include "Core/ByteFormat.h"
+#include "Core/CleanReason.h"
+#include "Core/PathAllowlist.h"
+#include "Core/Printable.h"
+#include "Core/RunJournal.h"
+#include "Core/RunLog.h"
+#include "Core/SuiteModule.h"
+#include "Core/ToolTexts.h"
+#include "Platform/Files.h"
+#include "Platform/TrashSearch.h"
+
+#include <chrono>
+
+namespace vh {
+
+namespace {
+
+/// The job between opening its journal and finishing it.
+class CleanJob {
+public:
+    CleanJob(SuiteModule& module, RemovalMethod method, const Texts& texts, const JobControl& control,
+             RunJournal& journal)
+        : module_(module), method_(method), texts_(texts), control_(control), journal_(journal) {}
+
+    CleanJobResult run(const ScanReport& report, const CleanSelection& selection) {
+        bool stopped = false;
+        try {
+            removeAll(report, selection);
+        } catch (const Cancelled&) {
+            stopped = true;
+        } catch (const std::exception& error) {
+            done_.error = error.what();
+        }
+        finish(stopped);
+        return std::move(done_);
+    }
+
+private:
+    void removeAll(const ScanReport& report, const CleanSelection& selection);
+    void removeItem(const ScanItem& item);
+    void take(const ScanItem& item, CleanResult result);
+    void skip(const ScanItem& item, const std::string& line);
+    void reportProgress(size_t index, size_t count, const std::string& path);
+    Outcome outcome(bool stopped) const;
+    std::string message(bool stopped) const;
+    void finish(bool stopped);
+
+    SuiteModule& module_;
+    const RemovalMethod method_;
+    const Texts& texts_;
+    const JobControl& control_;
+    RunJournal& journal_;
+    CleanJobResult done_;
+    std::chrono::steady_clock::time_point reported_{};
+};
+
+void CleanJob::removeAll(const ScanReport& report, const CleanSelection& selection) {
+    std::vector<const ScanItem*> items;
+    for (const ScanItem& item : report.items)
+        if (selection.itemIDs.contains(item.id))
+            items.push_back(&item);
+    if (items.empty()) // what that means is the module's to say
+        done_.result = module_.clean(selection, control_);
+    for (size_t i = 0; i < items.size(); ++i) {
+        control_.throwIfCancelled();
+        reportProgress(i, items.size(), items[i]->path);
+        removeItem(*items[i]);
+    }
+}
+
+void CleanJob::removeItem(const ScanItem& item) {
+    journal_.doing(item.path);
+    try {
+        take(item, module_.clean({{item.id}, method_}, {control_.cancel, {}}));
+    } catch (...) {
+        journal_.done({item.path, std::nullopt, item.byteSize, cleanState::failed});
+        throw;
+    }
+}
+
+void CleanJob::take(const ScanItem& item, CleanResult result) {
+    const std::string removed = method_ == RemovalMethod::trash ? cleanState::trashed : cleanState::deleted;
+    const bool isRemoved = result.removedCount > 0;
+    journal_.done({item.path, result.items.empty() ? std::nullopt : result.items.front().landed,
+                   item.byteSize, isRemoved ? removed : cleanState::failed});
+    CleanResult& all = done_.result;
+    all.removedCount += result.removedCount;
+    all.freedBytes += result.freedBytes;
+    for (const std::string& line : result.errors)
+        skip(item, line);
+    std::ranges::move(result.errors, std::back_inserter(all.errors));
+    std::ranges::move(result.items, std::back_inserter(all.items));
+}
+
+void CleanJob::skip(const ScanItem& item, const std::string& line) {
+    const std::string start = item.path + ": ";
+    // The path is known, so that one with ": " in its name is not cut there.
+    const std::string reason =
+        line.starts_with(start) ? plainReasonOfText(line.substr(start.size())) : plainReason(line);
+    const size_t library = item.path.find("/Library/");
+    done_.skippedDetails.push_back(printable(item.path.substr(library == std::string::npos ? 0 : library)) +
+                                   " — " + localizedReason(texts_, reason));
+    if (reason == plain::protectedBySystem || reason == plain::inUse)
+        done_.protectedPaths.insert(PathAllowlist::normalize(item.path));
+    done_.skipped.push_back({item.path, reason});
+}
+
+void CleanJob::reportProgress(size_t index, size_t count, const std::string& path) {
+    constexpr std::chrono::milliseconds interval{100};
+    const auto now = std::chrono::steady_clock::now();
+    if (now - reported_ < interval)
+        return;
+    reported_ = now;
+    control_.report(static_cast<double>(index) / static_cast<double>(count), path);
+}
+
+Outcome CleanJob::outcome(bool stopped) const {
+    if (stopped)
+        return Outcome::cancelled;
+    if (done_.error || (done_.result.removedCount == 0 && !done_.result.errors.empty()))
+        return Outcome::failed;
+    return done_.result.errors.empty() ? Outcome::success : Outcome::warning;
+}
+
+std::string CleanJob::message(bool stopped) const {
+    if (done_.error && done_.result.items.empty())
+        return *done_.error;
+    std::string message =
+        texts_.text(method_ == RemovalMethod::trash ? "clean.result-trashed" : "clean.result-deleted",
+                    {{"count", done_.result.removedCount},
+                     {"bytes", sizeText(done_.result.freedBytes, texts_.language())}});
+    if (!done_.result.errors.empty())
+        message +=
+            " " + texts_.text("scan-clean-workspace.log-skipped", {{"count", done_.result.errors.size()}});
+    if (stopped)
+        message += " " + texts_.text("clean.stopped");
+    if (done_.error)
+        message += " " + *done_.error;
+    return message;
+}
+
+void CleanJob::finish(bool stopped) {
+    const CleanResult& result = done_.result;
+    done_.record = journal_.finish(outcome(stopped), message(stopped),
+                                   {{RunMetric::filesRemoved, static_cast<double>(result.removedCount)},
+                                    {RunMetric::freedBytes, static_cast<double>(result.freedBytes)},
+                                    {RunMetric::errors, static_cast<double>(result.errors.size())}},
+                                   {{RunDetail::files, std::to_string(result.removedCount)},
+                                    {RunDetail::bytes, std::to_string(result.freedBytes)},
+                                    {RunDetail::failed, std::to_string(result.errors.size())}});
+    done_.trackingFailure = journal_.failure();
+}
+
+} // namespace
+
+CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const CleanSelection& selection,
+                        Trigger trigger, const RunStores& stores, const Texts& texts,
+                        const JobControl& control) {
+    const auto run = stores.log.begin(std::string(module.id()), trigger);
+    const auto journal = stores.journals.open(run, toolName(texts, module.id()));
+    return CleanJob(module, selection.method, texts, control, *journal).run(report, selection);
+}
+
+std::optional<RunFileRow> resolveCleanStep(const std::string&, const std::string& path) {
+    RunFileRow row{.path = path};
+    if (const auto status = statusOf(path)) {
+        row.state = cleanState::inPlace;
+        return row;
+    }
+    row.place = findInTrash(path);
+    if (!row.place)
+        return std::nullopt;
+    row.state = cleanState::trashed;
+    return row;
+}
+
+} // namespace vh
