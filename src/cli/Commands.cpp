@@ -1,0 +1,17 @@
+#include "cli/Commands.h"
+
+#include "cli/CommandLine.h"
+
+namespace vh::cli {
+
+std::span<const Command> commands() {
+    static constexpr Command table[] = {
+        {"junk", "cli.junk", describeJunk},
+        {"overview", "cli.overview", describeOverview},
+        {"runs", "cli.runs", describeRuns},
+        {"tools", "cli.tools", describeTools},
+    };
+    return table;
+}
+
+} // namespace vh::cli

@@ -1,0 +1,17 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+/// What each noun's file offers to the table in Commands.cpp.
+namespace vh::cli {
+
+class CommandLine;
+
+void describeJunk(CLI::App& noun, CommandLine& line);
+void describeOverview(CLI::App& noun, CommandLine& line);
+void describeRuns(CLI::App& noun, CommandLine& line);
+void describeTools(CLI::App& noun, CommandLine& line);
+
+} // namespace vh::cli

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Core/RunFilter.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace vh::app {
+class Session;
+}
+
+namespace vh::cli {
+
+class CommandLine;
+
+/// The words that choose runs, shared by every verb that lists them.
+struct RunFilterOptions {
+    std::string tool, period, from, to, outcome, computer, trigger, text;
+
+    void addTo(CLI::App& verb, const CommandLine& line);
+    /// Throws std::invalid_argument for a word that is none of those offered.
+    RunFilter filter(const LocalCalendar& calendar) const;
+};
+
+/// The runs of the log that match, newest first.
+std::vector<RunRecord> matchingRuns(app::Session& session, const RunFilter& filter);
+
+/// A day of the calendar such as "2026-11-22", at its start. Throws std::invalid_argument.
+Date parseDay(const std::string& text, const LocalCalendar& calendar);
+
+} // namespace vh::cli

@@ -1,0 +1,162 @@
+#include "cli/RunsCommand.h"
+
+#include "Core/ByteFormat.h"
+#include "Core/Csv.h"
+#include "Core/Printable.h"
+#include "Core/ToolTexts.h"
+#include "Platform/Terminal.h"
+#include "app/Session.h"
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/Reply.h"
+#include "cli/RunFilterOptions.h"
+#include "cli/Table.h"
+
+#include <fmt/ranges.h>
+
+namespace vh {
+
+namespace cli {
+
+/// One run with all that it touched.
+struct RunReply {
+    RunRecord record;
+    std::vector<RunFileRow> files;
+};
+
+} // namespace cli
+
+template <>
+inline constexpr auto describe<cli::RunReply> = record(field("record", &cli::RunReply::record),
+                                                       field("files", &cli::RunReply::files));
+
+} // namespace vh
+
+namespace vh::cli {
+
+namespace {
+
+constexpr size_t shortestPrefix = 4;
+
+struct ListOptions {
+    RunFilterOptions filter;
+    size_t limit = 30;
+};
+
+std::string outcomeTitle(const Texts& texts, Outcome outcome) {
+    return texts.text(fmt::format("outcome.{}", rawValue(outcome)));
+}
+
+Exit listRuns(Context& context, const ListOptions& options) {
+    auto runs = matchingRuns(context.session, options.filter.filter(LocalCalendar()));
+    const size_t found = runs.size();
+    if (options.limit > 0 && found > options.limit)
+        runs.resize(options.limit);
+    if (context.format == Format::json) {
+        printJson(runs);
+        return Exit::done;
+    }
+    const Texts& texts = context.session.texts();
+    if (runs.empty()) {
+        print(texts.text("cli.runs.none") + "\n");
+        return Exit::done;
+    }
+    printRuns(runs, texts);
+    if (runs.size() < found)
+        print(texts.text("cli.runs.more", {{"count", found - runs.size()}}) + "\n");
+    return Exit::done;
+}
+
+void printFacts(const RunRecord& run, const Texts& texts) {
+    const auto fact = [&](const char* key, const std::string& value) {
+        print(fmt::format("{}: {}\n", texts.text(key), printable(value)));
+    };
+    fact("cli.column.id", run.id.text());
+    fact("cli.column.tool", toolName(texts, run.toolID));
+    fact("cli.column.date", timestamp(run.startedAt, LocalCalendar()));
+    fact("cli.column.duration", durationText(run.duration, texts.language()));
+    fact("cli.column.outcome", outcomeTitle(texts, run.outcome));
+    fact("cli.column.trigger", texts.text(fmt::format("trigger.{}", rawValue(run.trigger))));
+    fact("cli.column.computer", run.computer.value_or(RunLog::thisComputer()));
+    fact("cli.column.summary", run.summary);
+    for (const auto& [name, value] : run.details.value_or(std::map<std::string, std::string>()))
+        print(fmt::format("{}: {}\n", name, printable(value)));
+}
+
+void printFiles(const std::vector<RunFileRow>& files, const Texts& texts) {
+    Table table({{texts.text("cli.column.size"), Align::right},
+                 {texts.text("cli.column.state")},
+                 {texts.text("cli.column.path"), Align::left, true},
+                 {texts.text("cli.column.place"), Align::left, true}});
+    for (const RunFileRow& row : files)
+        table.add({row.bytes ? sizeText(*row.bytes, texts.language()) : "",
+                   texts.text("run-file.state." + row.state), printable(row.path),
+                   printable(row.place.value_or(""))});
+    print("\n" + table.text(isTerminal(StandardStream::output) ? terminalWidth() : 0));
+}
+
+Exit showRun(Context& context, const std::string& word) {
+    const auto run = findRun(context, word);
+    if (!run)
+        return Exit::failed;
+    const auto files = context.session.runFiles().rows(run->id);
+    if (context.format == Format::json) {
+        printJson(RunReply{*run, files});
+        return Exit::done;
+    }
+    printFacts(*run, context.session.texts());
+    if (!files.empty())
+        printFiles(files, context.session.texts());
+    return Exit::done;
+}
+
+} // namespace
+
+void printRuns(const std::vector<RunRecord>& runs, const Texts& texts) {
+    const LocalCalendar calendar;
+    Table table({{texts.text("cli.column.id")},
+                 {texts.text("cli.column.date")},
+                 {texts.text("cli.column.tool")},
+                 {texts.text("cli.column.outcome")},
+                 {texts.text("cli.column.trigger")},
+                 {texts.text("cli.column.summary"), Align::left, true}});
+    for (const RunRecord& run : runs)
+        table.add({run.id.text().substr(0, 8), timestamp(run.startedAt, calendar).substr(0, 16),
+                   printable(toolName(texts, run.toolID)), outcomeTitle(texts, run.outcome),
+                   texts.text(fmt::format("trigger.{}", rawValue(run.trigger))), printable(run.summary)});
+    print(table.text(isTerminal(StandardStream::output) ? terminalWidth() : 0));
+}
+
+std::optional<RunRecord> findRun(Context& context, const std::string& word) {
+    std::string prefix = word;
+    std::ranges::transform(prefix, prefix.begin(),
+                           [](char c) { return c >= 'a' && c <= 'f' ? c & ~0x20 : c; });
+    std::vector<RunRecord> found;
+    if (prefix.size() >= shortestPrefix)
+        for (RunRecord& run : context.session.runLog().all())
+            if (run.id.text().starts_with(prefix))
+                found.push_back(std::move(run));
+    if (found.size() == 1)
+        return found.front();
+    complain(context.session.texts().text(found.empty() ? "cli.runs.unknown" : "cli.runs.ambiguous",
+                                          {{"id", printable(word)}, {"count", found.size()}}));
+    return std::nullopt;
+}
+
+void describeRuns(CLI::App& noun, CommandLine& line) {
+    noun.require_subcommand(1);
+    auto options = std::make_shared<ListOptions>();
+    CLI::App* list = noun.add_subcommand("list", line.text("cli.runs.list"));
+    options->filter.addTo(*list, line);
+    list->add_option("--limit", options->limit, line.text("cli.runs.limit"))->type_name("N");
+    line.on(list, [options](Context& context) { return listRuns(context, *options); });
+
+    auto word = std::make_shared<std::string>();
+    CLI::App* show = noun.add_subcommand("show", line.text("cli.runs.show"));
+    show->add_option("id", *word, line.text("cli.runs.id"))->required()->type_name("ID");
+    line.on(show, [word](Context& context) { return showRun(context, *word); });
+
+    describeRunsUpkeep(noun, line);
+}
+
+} // namespace vh::cli

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Core/RunRecord.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace vh {
+class Texts;
+}
+
+namespace vh::cli {
+
+class CommandLine;
+struct Context;
+
+/// A table of runs for people.
+void printRuns(const std::vector<RunRecord>& runs, const Texts& texts);
+
+/// The run whose identifier begins so. Complains and gives nothing when there is none, or more than one.
+std::optional<RunRecord> findRun(Context& context, const std::string& word);
+
+/// The verbs that change something: undo, export, prune, location and move.
+void describeRunsUpkeep(CLI::App& noun, CommandLine& line);
+
+} // namespace vh::cli

@@ -1,0 +1,203 @@
+#include "Core/ActivityExport.h"
+#include "Core/ByteFormat.h"
+#include "Core/DatabaseKeep.h"
+#include "Core/DatabaseLocation.h"
+#include "Core/Printable.h"
+#include "Core/RunJournal.h"
+#include "Core/RunUndo.h"
+#include "Platform/Files.h"
+#include "Platform/Terminal.h"
+#include "app/Session.h"
+#include "cli/CommandLine.h"
+#include "cli/Reply.h"
+#include "cli/RunFilterOptions.h"
+#include "cli/RunsCommand.h"
+
+#include <filesystem>
+
+namespace vh {
+
+namespace cli {
+
+/// What an undo answers in JSON.
+struct UndoReply {
+    Uuid runID; ///< of the undo itself
+    Outcome outcome = Outcome::success;
+    std::string summary;
+    int64_t restoredCount = 0;
+    int64_t restoredBytes = 0;
+    std::vector<SkippedItem> skipped;
+};
+
+struct PruneReply {
+    int64_t removedCount = 0;
+};
+
+struct LocationReply {
+    std::string folder;
+    std::string file;
+    int64_t bytes = 0;
+};
+
+} // namespace cli
+
+template <>
+inline constexpr auto describe<SkippedItem> = record(field("path", &SkippedItem::path),
+                                                     field("reason", &SkippedItem::reason));
+
+template <>
+inline constexpr auto describe<cli::UndoReply> = record(
+    field("runID", &cli::UndoReply::runID), field("outcome", &cli::UndoReply::outcome),
+    field("summary", &cli::UndoReply::summary), field("restoredCount", &cli::UndoReply::restoredCount),
+    field("restoredBytes", &cli::UndoReply::restoredBytes), field("skipped", &cli::UndoReply::skipped));
+
+template <>
+inline constexpr auto describe<cli::PruneReply> = record(field("removedCount",
+                                                               &cli::PruneReply::removedCount));
+
+template <>
+inline constexpr auto describe<cli::LocationReply> = record(field("folder", &cli::LocationReply::folder),
+                                                            field("file", &cli::LocationReply::file),
+                                                            field("bytes", &cli::LocationReply::bytes));
+
+} // namespace vh
+
+namespace vh::cli {
+
+namespace {
+
+constexpr unsigned exportMode = 0644;
+
+struct ExportOptions {
+    RunFilterOptions filter;
+    std::string output;
+};
+
+struct PruneOptions {
+    std::string before;
+    std::string keep;
+    bool yes = false;
+};
+
+Exit undo(Context& context, const std::string& word) {
+    const auto run = findRun(context, word);
+    if (!run)
+        return Exit::failed;
+    app::Session& session = context.session;
+    const auto result = [&] {
+        ProgressLine line;
+        return undoRun(run->id, Trigger::manual, {session.runLog(), session.runFiles(), session.journals()},
+                       session.texts(), {context.cancel, [&line](double fraction, std::string_view what) {
+                                             line.show(fraction, what);
+                                         }});
+    }();
+    if (context.format == Format::json) {
+        printJson(UndoReply{result.record.id, result.record.outcome, result.record.summary,
+                            result.restoredCount, result.restoredBytes, result.skipped});
+    } else {
+        print(result.record.summary + "\n");
+        for (const SkippedItem& item : result.skipped)
+            print(fmt::format("  {} — {}\n", printable(item.path), item.reason));
+    }
+    return exitOf(result.record.outcome);
+}
+
+Exit exportRuns(Context& context, const ExportOptions& options) {
+    const Texts& texts = context.session.texts();
+    const auto runs = matchingRuns(context.session, options.filter.filter(LocalCalendar()));
+    const std::string csv = ActivityExport::csv(runs, texts, LocalCalendar());
+    if (options.output.empty()) {
+        print(csv);
+        return Exit::done;
+    }
+    writeFileAtomically(std::filesystem::absolute(options.output).native(), csv, exportMode);
+    complain(texts.text("cli.runs.exported", {{"count", runs.size()}, {"path", printable(options.output)}}));
+    return Exit::done;
+}
+
+/// What stays: as the words say, else as the settings do.
+std::optional<Date> pruneDate(Context& context, const PruneOptions& options) {
+    if (!options.before.empty())
+        return parseDay(options.before, LocalCalendar());
+    const auto word = options.keep.empty() ? context.session.defaults().get<std::string>(keepRunsKey)
+                                           : std::optional(options.keep);
+    const auto keep = word ? fromRaw<Keep>(*word) : std::optional(Keep::always);
+    if (!keep)
+        throw std::invalid_argument(*word + ": days30|days90|months6|year|always");
+    return cutoff(*keep, systemNow());
+}
+
+Exit prune(Context& context, const PruneOptions& options) {
+    RunLog& log = context.session.runLog();
+    const Texts& texts = context.session.texts();
+    const auto before = pruneDate(context, options);
+    const size_t kept = before ? log.since(*before).size() : log.all().size();
+    const size_t count = log.all().size() - kept;
+    if (count > 0 && !options.yes) {
+        if (context.format == Format::json || !isTerminal(StandardStream::input)) {
+            complain(texts.text("cli.needs-yes"));
+            return Exit::usage;
+        }
+        if (!confirm(texts.text("cli.runs.ask-prune", {{"count", count}}), texts.text("cli.yes-letters"))) {
+            complain(texts.text("cli.cancelled"));
+            return Exit::cancelled;
+        }
+    }
+    log.prune(before, before);
+    if (context.format == Format::json)
+        printJson(PruneReply{static_cast<int64_t>(count)});
+    else
+        print(texts.text("cli.runs.pruned", {{"count", count}}) + "\n");
+    return Exit::done;
+}
+
+Exit showLocation(Context& context) {
+    const RunLog& log = context.session.runLog();
+    const std::string folder = DatabaseLocation::folder(context.session.defaults());
+    if (context.format == Format::json)
+        printJson(LocationReply{folder, log.location(), log.bytes()});
+    else
+        print(fmt::format("{}  {}\n", printable(log.location()),
+                          sizeText(log.bytes(), context.session.texts().language())));
+    return Exit::done;
+}
+
+Exit moveDatabase(Context& context, const std::string& folder) {
+    context.session.runLog().relocate(std::filesystem::absolute(folder).lexically_normal().native());
+    return showLocation(context);
+}
+
+} // namespace
+
+void describeRunsUpkeep(CLI::App& noun, CommandLine& line) {
+    auto word = std::make_shared<std::string>();
+    CLI::App* undoVerb = noun.add_subcommand("undo", line.text("cli.runs.undo"));
+    undoVerb->add_option("id", *word, line.text("cli.runs.id"))->required()->type_name("ID");
+    line.on(undoVerb, [word](Context& context) { return undo(context, *word); });
+
+    auto exportOptions = std::make_shared<ExportOptions>();
+    CLI::App* exportVerb = noun.add_subcommand("export", line.text("cli.runs.export"));
+    exportOptions->filter.addTo(*exportVerb, line);
+    exportVerb->add_option("--output,-o", exportOptions->output, line.text("cli.runs.output"))
+        ->type_name("FILE");
+    line.on(exportVerb, [exportOptions](Context& context) { return exportRuns(context, *exportOptions); });
+
+    auto pruneOptions = std::make_shared<PruneOptions>();
+    CLI::App* pruneVerb = noun.add_subcommand("prune", line.text("cli.runs.prune"));
+    auto* before = pruneVerb->add_option("--before", pruneOptions->before, line.text("cli.runs.before"));
+    before->type_name("YYYY-MM-DD");
+    pruneVerb->add_option("--keep", pruneOptions->keep, line.text("cli.runs.keep"))
+        ->type_name("days30|days90|months6|year|always")
+        ->excludes(before);
+    pruneVerb->add_flag("--yes,-y", pruneOptions->yes, line.text("cli.yes"));
+    line.on(pruneVerb, [pruneOptions](Context& context) { return prune(context, *pruneOptions); });
+
+    line.on(noun.add_subcommand("location", line.text("cli.runs.location")), showLocation);
+
+    auto folder = std::make_shared<std::string>();
+    CLI::App* move = noun.add_subcommand("move", line.text("cli.runs.move"));
+    move->add_option("folder", *folder, line.text("cli.runs.folder"))->required()->type_name("FOLDER");
+    line.on(move, [folder](Context& context) { return moveDatabase(context, *folder); });
+}
+
+} // namespace vh::cli
