@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <unordered_map>
 
 namespace vh {
 
@@ -22,10 +23,23 @@ std::string extensionOf(std::string_view name) {
     return point == 0 || point == std::string_view::npos ? std::string() : foldCase(name.substr(point + 1));
 }
 
+using KindByExtension = std::unordered_map<std::string_view, FileKind>;
+
+KindByExtension readLists() {
+    KindByExtension kinds;
+    for (auto [kind, words] : fileKindTable::lists)
+        while (!words.empty()) {
+            const size_t end = std::min(words.find(' '), words.size());
+            kinds.emplace(words.substr(0, end), kind);
+            words.remove_prefix(std::min(end + 1, words.size()));
+        }
+    return kinds;
+}
+
 FileKind kindOfExtension(std::string_view extension) {
-    const auto& rows = fileKindTable::rows;
-    const auto row = std::ranges::lower_bound(rows, extension, {}, &fileKindTable::Row::extension);
-    return row != rows.end() && row->extension == extension ? row->kind : FileKind::other;
+    static const KindByExtension kinds = readLists();
+    const auto found = kinds.find(extension);
+    return found == kinds.end() ? FileKind::other : found->second;
 }
 
 /// "001" of "day.7z.001": a part of something cut into numbered pieces.

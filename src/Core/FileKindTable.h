@@ -2,22 +2,19 @@
 
 #include "Core/FileKind.h"
 
-#include <algorithm>
-#include <array>
 #include <string_view>
 
-/// The extensions of each kind, in lower case, and the sorted table made of them while compiling. An extension that
-/// stands in two lists does not compile.
+/// The extensions of each kind, in lower case. Each stands once.
 namespace vh::fileKindTable {
-
-struct Row {
-    std::string_view extension;
-    FileKind kind;
-};
 
 struct List {
     FileKind kind;
-    std::string_view extensions;
+    std::string_view extensions; ///< between single spaces
+};
+
+struct Package {
+    std::string_view extension;
+    FileKind kind;
 };
 
 // clang-format off
@@ -80,7 +77,7 @@ inline constexpr List lists[]{
 };
 
 /// Folders that a person sees as one thing.
-inline constexpr Row packages[]{
+inline constexpr Package packages[]{
     {"app", FileKind::application},         {"appex", FileKind::application},
     {"bundle", FileKind::application},      {"framework", FileKind::application},
     {"kext", FileKind::application},        {"plugin", FileKind::application},
@@ -99,38 +96,5 @@ inline constexpr Row packages[]{
     {"vmwarevm", FileKind::diskImage},
 };
 // clang-format on
-
-namespace detail {
-
-/// Calls `visit` with each word of `words`.
-constexpr void forEachWord(std::string_view words, auto visit) {
-    while (!words.empty()) {
-        const size_t end = std::min(words.find(' '), words.size());
-        visit(words.substr(0, end));
-        words.remove_prefix(std::min(end + 1, words.size()));
-    }
-}
-
-consteval size_t countWords() {
-    size_t count = 0;
-    for (const List& list : lists)
-        forEachWord(list.extensions, [&](std::string_view) { ++count; });
-    return count;
-}
-
-consteval auto sortedRows() {
-    std::array<Row, countWords()> sorted{};
-    size_t next = 0;
-    for (const List& list : lists)
-        forEachWord(list.extensions, [&](std::string_view word) { sorted[next++] = {word, list.kind}; });
-    std::ranges::sort(sorted, {}, &Row::extension);
-    return sorted;
-}
-
-} // namespace detail
-
-inline constexpr auto rows = detail::sortedRows();
-static_assert(std::ranges::adjacent_find(rows, {}, &Row::extension) == rows.end(),
-              "an extension stands twice");
 
 } // namespace vh::fileKindTable

@@ -1,6 +1,8 @@
 #include "Core/FileKind.h"
+#include "Core/FileKindTable.h"
 
 #include <gtest/gtest.h>
+#include <sstream>
 
 namespace vh {
 namespace {
@@ -39,6 +41,14 @@ TEST(FileKind, IsToldByTheName) {
     };
     for (const auto& [path, kind] : cases)
         EXPECT_EQ(rawValue(fileKindOf(path)), rawValue(kind)) << path;
+}
+
+TEST(FileKind, EachExtensionStandsInOneList) {
+    for (const auto& [kind, extensions] : fileKindTable::lists) {
+        std::istringstream words{std::string(extensions)};
+        for (std::string word; words >> word;)
+            EXPECT_EQ(rawValue(fileKindOf("x." + word)), rawValue(kind)) << word;
+    }
 }
 
 TEST(FileKind, AFolderIsAFolderUnlessItIsAPackage) {
