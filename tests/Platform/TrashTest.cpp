@@ -2,11 +2,13 @@
 
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
+#include "Platform/Linux/Rename.h"
 #include "Platform/Linux/TrashInfo.h"
 #include "Platform/SystemError.h"
 #include "support/FaultInjector.h"
 #include "support/SmallDisk.h"
 
+#include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -73,6 +75,35 @@ TEST(TrashInfo, namesAreNumberedBeforeTheExtensionAndFit) {
         accents += "ñ";
     EXPECT_EQ(trashName(accents, 1, 255), accents.substr(0, 245));
     EXPECT_EQ(trashName(accents, 2, 255), accents.substr(0, 243) + ".2");
+}
+
+/// File systems without the call that refuses to replace are met by failing it with what they answer.
+TEST(RenameWithoutReplacing, isSafeWhereTheSystemHasNoSuchCall) {
+    const TempDir folder;
+    const int at = ::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const auto renamed = [&](const char* from, const char* to) {
+        int reason = 0;
+        EXPECT_TRUE(
+            runWithFault(0, EINVAL, [&] { reason = renameWithoutReplacing(at, from, at, to) ? 0 : errno; }));
+        return reason;
+    };
+    put(folder / "file", "file");
+    put(folder / "taken", "taken");
+    fs::create_directories(folder / "sub/inner");
+    fs::create_directory(folder / "empty");
+    fs::create_symlink("taken", folder / "link");
+    EXPECT_EQ(renamed("file", "taken"), EEXIST);
+    EXPECT_EQ(renamed("sub", "taken"), EEXIST);
+    EXPECT_EQ(renamed("sub", "empty"), EEXIST);
+    EXPECT_EQ(renamed("none", "new"), ENOENT);
+    EXPECT_EQ(readFile(folder / "taken"), "taken");
+    EXPECT_EQ(renamed("file", "file moved"), 0);
+    EXPECT_EQ(renamed("sub", "sub moved"), 0);
+    EXPECT_EQ(renamed("link", "link moved"), 0);
+    EXPECT_TRUE(fs::is_symlink(folder / "link moved"));
+    EXPECT_THAT(childNames(folder.path()),
+                testing::UnorderedElementsAre("taken", "empty", "file moved", "sub moved", "link moved"));
+    ::close(at);
 }
 
 /// A home of its own, so that its Trash is empty.

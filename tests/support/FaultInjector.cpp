@@ -114,6 +114,12 @@ size_t countFileCalls(const std::function<void()>& work) {
     return interception().calls.size();
 }
 
+bool runWithFault(size_t call, int code, const std::function<void()>& work) {
+    const Armed armed(call, {FaultKind::failure, code});
+    work();
+    return interception().fired;
+}
+
 void forEachFault(const std::function<void()>& setUp, const std::function<void()>& work,
                   const std::function<void(const FaultPoint&)>& check) {
     const std::vector<FileCall> calls = callsOf(setUp, work);

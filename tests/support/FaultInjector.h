@@ -12,6 +12,9 @@ namespace vh::test {
 /// What `work` throws passes through.
 size_t countFileCalls(const std::function<void()>& work);
 
+/// Runs the work with its file call number `call` (from 0) failing with the errno `code`; true when it was met.
+bool runWithFault(size_t call, int code, const std::function<void()>& work);
+
 /// One planned fault and what became of the work.
 struct FaultPoint {
     size_t call = 0; ///< from 0

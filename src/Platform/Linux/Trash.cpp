@@ -39,6 +39,10 @@ size_t longestNameIn(const FileDescriptor& folder) {
     return most > 0 ? static_cast<size_t>(most) : NAME_MAX;
 }
 
+SystemError somethingElse(const std::string& path) {
+    return SystemError(path, "Something else lies there by now");
+}
+
 /// What is being moved: its name in its opened folder.
 struct Item {
     std::string path; ///< absolute, its folders' links resolved
@@ -48,7 +52,7 @@ struct Item {
 
     void refuseUnlessExpected(const std::optional<FileIdentity>& found) const {
         if (expected && found != expected)
-            throw SystemError(path, "Something else lies there by now");
+            throw somethingElse(path);
     }
 };
 
@@ -82,12 +86,14 @@ public:
     bool land(const Item& item) {
         if (!renameWithoutReplacing(item.folder.get(), item.name, trash_.files.get(), name_))
             return false;
-        if (item.expected && identityAt(trash_.files.get(), name_) != item.expected) {
-            renameWithoutReplacing(trash_.files.get(), name_, item.folder.get(), item.name);
-            item.refuseUnlessExpected(std::nullopt);
+        if (!item.expected || identityAt(trash_.files.get(), name_) == item.expected) {
+            infoName_.clear();
+            return true;
         }
-        infoName_.clear();
-        return true;
+        if (renameWithoutReplacing(trash_.files.get(), name_, item.folder.get(), item.name))
+            throw somethingElse(item.path);
+        infoName_.clear(); // the stranger stays in the Trash, from where it can be restored
+        throw SystemError(item.path, "Something else came there meanwhile; it lies in the Trash");
     }
 
 private:

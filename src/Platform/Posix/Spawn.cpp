@@ -21,6 +21,17 @@ void check(int code, const std::string& program) {
         throw SystemError(code, program);
 }
 
+// Descriptors that libraries open without close-on-exec stay out of the program too.
+#ifdef POSIX_SPAWN_CLOEXEC_DEFAULT
+constexpr short closeOthers = POSIX_SPAWN_CLOEXEC_DEFAULT;
+void closeOthersIn(posix_spawn_file_actions_t&, const std::string&) {}
+#else
+constexpr short closeOthers = 0;
+void closeOthersIn(posix_spawn_file_actions_t& actions, const std::string& program) {
+    check(::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1), program);
+}
+#endif
+
 /// Which descriptors and folder the program starts with.
 class FileActions {
 public:
@@ -34,6 +45,7 @@ public:
     void duplicate(const FileDescriptor& from, int to) {
         check(::posix_spawn_file_actions_adddup2(&actions_, from.get(), to), program_);
     }
+    void closeOthers() { closeOthersIn(actions_, program_); }
     void startIn(const std::string& folder) {
         check(::posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str()), program_);
     }
@@ -56,8 +68,8 @@ public:
         ::posix_spawnattr_setsigmask(&attributes_, &none);
         ::posix_spawnattr_setsigdefault(&attributes_, &all);
         ::posix_spawnattr_setpgroup(&attributes_, 0);
-        ::posix_spawnattr_setflags(&attributes_,
-                                   POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK |
+                                                     POSIX_SPAWN_SETSIGDEF | closeOthers);
     }
     ~Attributes() { ::posix_spawnattr_destroy(&attributes_); }
     Attributes(const Attributes&) = delete;
@@ -119,6 +131,7 @@ SpawnedProcess spawn(const ProcessRequest& request) {
     actions.duplicate(input.reading, STDIN_FILENO);
     actions.duplicate(output.writing, STDOUT_FILENO);
     actions.duplicate(split ? errors.writing : output.writing, STDERR_FILENO);
+    actions.closeOthers();
     if (!request.folder.empty()) {
         refuseUnlessFolder(request.folder);
         actions.startIn(request.folder);
