@@ -1,7 +1,11 @@
 #include "ui/App.h"
 
+#include "Core/Language.h"
 #include "app/ActivityViewModel.h"
+#include "app/AppContext.h"
+#include "app/AppTexts.h"
 #include "app/HomeViewModel.h"
+#include "app/ModuleRegistry.h"
 #include "app/ScanCleanViewModel.h"
 #include "app/Session.h"
 #include "app/SettingsViewModel.h"
@@ -29,11 +33,14 @@ QObject* made(std::unique_ptr<ViewModel>& place, Arguments&&... arguments) {
 
 } // namespace
 
-App::App(app::Session& session, LookOverride override)
-    : session_(session), override_(std::move(override)), tr_(std::make_unique<Tr>(session)),
-      settings_(std::make_unique<app::SettingsViewModel>(session)) {
+App::App(app::Session& session, const LookOverride& look) : appearance_(look.appearance) {
+    if (const auto language = languageOfTag(look.language.toStdString()))
+        session.useLanguage(*language);
+    context_ = std::make_unique<app::AppContext>(session);
+    tr_ = std::make_unique<Tr>(context_->texts());
+    settings_ = std::make_unique<app::SettingsViewModel>(*context_);
     QJSEngine::setObjectOwnership(settings_.get(), QJSEngine::CppOwnership);
-    connect(settings_.get(), &app::SettingsViewModel::languageChanged, tr_.get(), &Tr::changed);
+    connect(&context_->texts(), &app::AppTexts::changed, tr_.get(), &Tr::changed);
     connect(settings_.get(), &app::SettingsViewModel::appearanceChanged, this, &App::darkChanged);
     connect(&systemLook_, &SystemLook::changed, this, &App::darkChanged);
 }
@@ -55,23 +62,24 @@ QObject* App::settings() {
 }
 
 QObject* App::shell() {
-    return made(shell_, session_);
+    return made(shell_, *context_);
 }
 
 QObject* App::home() {
-    return made(home_, session_);
+    return made(home_, *context_);
 }
 
 QObject* App::activity() {
-    return made(activity_, session_);
+    return made(activity_, *context_);
 }
 
 QObject* App::scanClean(const QString& moduleId) {
-    return made(scanCleans_[moduleId], session_, moduleId);
+    return made(scanCleans_[moduleId], *context_,
+                context_->session().registry().module(moduleId.toStdString()));
 }
 
 bool App::isDark() const {
-    const auto appearance = override_.appearance.isEmpty() ? settings_->appearance() : override_.appearance;
+    const auto appearance = appearance_.isEmpty() ? settings_->appearance() : appearance_;
     return appearance == QLatin1String("system") ? systemLook_.isDark() : appearance == QLatin1String("dark");
 }
 

@@ -10,6 +10,7 @@
 
 namespace vh::app {
 class ActivityViewModel;
+class AppContext;
 class HomeViewModel;
 class ScanCleanViewModel;
 class Session;
@@ -43,7 +44,7 @@ class App : public QObject {
     Q_PROPERTY(QString documentsFolder READ documentsFolder CONSTANT)
 
 public:
-    App(app::Session& session, LookOverride override);
+    App(app::Session& session, const LookOverride& look);
     ~App() override;
 
     /// Gives QML the App that installIn put into the engine.
@@ -68,8 +69,8 @@ signals:
     void darkChanged();
 
 private:
-    app::Session& session_;
-    const LookOverride override_;
+    const QString appearance_; // empty: as the settings say
+    std::unique_ptr<app::AppContext> context_;
     SystemLook systemLook_;
     std::unique_ptr<Tr> tr_;
     std::unique_ptr<app::SettingsViewModel> settings_;

@@ -1,7 +1,7 @@
 #include "ui/Tr.h"
 
 #include "Core/Texts.h"
-#include "app/Session.h"
+#include "app/AppTexts.h"
 #include "ui/App.h"
 
 #include <QJSValueIterator>
@@ -37,7 +37,7 @@ QString Tr::text(const QString& key, const QJSValue& arguments) const {
     for (size_t i = 0; i < names.size(); ++i)
         filled.push_back({names[i], values[i]});
 
-    const auto& texts = session_.texts();
+    const auto& texts = texts_.current();
     const auto name = key.toStdString();
     if (!texts.has(name))
         qWarning("No text for \"%s\"", name.c_str());

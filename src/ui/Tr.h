@@ -5,7 +5,7 @@
 #include <QQmlEngine>
 
 namespace vh::app {
-class Session;
+class AppTexts;
 } // namespace vh::app
 
 namespace vh::ui {
@@ -19,7 +19,7 @@ class Tr : public QObject {
     Q_PROPERTY(QJSValue t READ function NOTIFY changed)
 
 public:
-    explicit Tr(const app::Session& session) : session_(session) {}
+    explicit Tr(const app::AppTexts& texts) : texts_(texts) {}
 
     /// Gives QML the one of the engine's App.
     static Tr* create(QQmlEngine* engine, QJSEngine*);
@@ -31,7 +31,7 @@ signals:
     void changed();
 
 private:
-    const app::Session& session_;
+    const app::AppTexts& texts_;
     QJSValue function_;
 };
 

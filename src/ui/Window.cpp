@@ -1,5 +1,6 @@
 #include "ui/Window.h"
 
+#include "Core/ToolCatalog.h"
 #include "ui/IconProvider.h"
 
 #include <QGuiApplication>
@@ -16,10 +17,11 @@ void useNoDisplay() {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
-Window::Window(app::Session& session, LookOverride override) : app_(session, std::move(override)) {
+Window::Window(app::Session& session, const LookOverride& look) : app_(session, look) {
     // The system's own glyphs: at 13 px sharper than scaled outlines.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     app_.installIn(engine_);
+    engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine_.addImageProvider(QStringLiteral("icons"), new IconProvider);
     engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Varnholt/shell/Main.qml")));
     window_ = engine_.rootObjects().isEmpty() ? nullptr
@@ -35,8 +37,11 @@ bool Window::open(const QString& page) {
 }
 
 QStringList Window::pages() const {
-    QStringList ids;
-    QMetaObject::invokeMethod(window_, "pageIds", Q_RETURN_ARG(QStringList, ids));
+    QVariant fixed;
+    QMetaObject::invokeMethod(window_, "pageIds", Q_RETURN_ARG(QVariant, fixed));
+    auto ids = fixed.toStringList();
+    for (const auto& tool : ToolCatalog::all())
+        ids << QString::fromUtf8(tool.id.data(), static_cast<qsizetype>(tool.id.size()));
     return ids;
 }
 

@@ -14,10 +14,11 @@ void useNoDisplay();
 /// The window with its engine. Needs a QGuiApplication; main thread.
 class Window {
 public:
-    Window(app::Session& session, LookOverride override);
+    Window(app::Session& session, const LookOverride& look);
 
     /// False for a page that does not exist; the window then stays as it is.
     bool open(const QString& page);
+    /// All that open() knows, tools last.
     QStringList pages() const;
     App& app() { return app_; }
     QQuickWindow& quickWindow() { return *window_; }

@@ -18,6 +18,7 @@ T.Popup {
 
     anchors.centerIn: T.Overlay.overlay
     width: Math.min(520, (parent ? parent.width : 520) - 2 * Theme.space32)
+    implicitHeight: implicitContentHeight + 2 * padding
     padding: Theme.space24
     modal: true
     focus: true

@@ -7,11 +7,14 @@ Flow {
 
     property var parts: []
     // What all entries take on one line.
-    readonly property real naturalWidth: parts.reduce((sum, part) => sum + Math.ceil(metrics.advanceWidth(part.title))
-        + Math.ceil(metrics.advanceWidth(part.sizeText)) + Theme.dot + 2 * Theme.space8, 0)
-        + Math.max(0, parts.length - 1) * Theme.space24
+    readonly property real naturalWidth: parts.reduce((sum, part) => sum + metrics.advanceWidth(part.title)
+        + metrics.advanceWidth(part.sizeText) + Theme.dot + 2 * Theme.space8, 0)
+        + Math.max(0, parts.length - 1) * Theme.space24 + 2
 
     spacing: Theme.space8
+
+    // Where not everything fits on one line, the names alone may stand.
+    property bool compact: false
 
     FontMetrics {
         id: metrics
@@ -37,6 +40,7 @@ Flow {
             }
             Label { text: entry.modelData.title }
             Label {
+                visible: !legend.compact
                 text: entry.modelData.sizeText
                 color: Theme.second
             }

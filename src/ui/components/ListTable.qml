@@ -17,10 +17,12 @@ Card {
 
     signal selected(int row)
     signal opened(int row)
+    // The keyboard has come to another row.
+    signal moved(int row)
 
     function focusRow(row: int) {
-        list.currentIndex = row;
         list.forceActiveFocus();
+        list.currentIndex = row;
     }
 
     padding: 0
@@ -55,6 +57,7 @@ Card {
         Accessible.name: table.name
 
         onActiveFocusChanged: if (activeFocus && currentIndex < 0 && count > 0) currentIndex = 0
+        onCurrentItemChanged: if (activeFocus && currentItem) table.moved(currentIndex)
         Keys.onSpacePressed: if (currentIndex >= 0) table.selected(currentIndex)
         Keys.onReturnPressed: if (currentIndex >= 0) table.opened(currentIndex)
         Keys.onEnterPressed: if (currentIndex >= 0) table.opened(currentIndex)

@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Window
 import QtQuick.Templates as T
 import Varnholt
 
@@ -80,6 +81,27 @@ FocusScope {
         interactive: page.scrolls
         boundsBehavior: Flickable.StopAtBounds
         contentHeight: page.scrolls ? body.childrenRect.height + Theme.space24 : height
+
+        // The keyboard never leads to what cannot be seen.
+        function reveal(item: Item) {
+            if (!page.scrolls || !item || !page.activeFocus || !isInside(item))
+                return;
+            const top = item.mapToItem(body, 0, 0).y - Theme.space16;
+            const bottom = top + item.height + 2 * Theme.space16;
+            contentY = Math.max(0, Math.min(top, Math.max(contentY, bottom - height)));
+        }
+
+        function isInside(item: Item): bool {
+            for (let up = item; up; up = up.parent)
+                if (up === body)
+                    return true;
+            return false;
+        }
+
+        Connections {
+            target: page.Window.window
+            function onActiveFocusItemChanged() { flick.reveal(page.Window.activeFocusItem); }
+        }
 
         T.ScrollBar.vertical: ScrollBar { visible: page.scrolls && size < 1 }
 

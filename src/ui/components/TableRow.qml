@@ -29,6 +29,12 @@ Item {
         anchors.rightMargin: Theme.space4
         radius: Theme.radiusField
         color: row.chosen ? Theme.soft : mouse.containsMouse ? Theme.hover : "transparent"
+
+        FocusRing {
+            gap: -Theme.ring
+            radius: parent.radius
+            shown: row.view !== null && row.view.activeFocus && row.view.currentIndex === row.index
+        }
     }
     Rectangle {
         visible: row.ruled
@@ -54,9 +60,5 @@ Item {
         anchors.fill: parent
         anchors.leftMargin: Theme.space16
         anchors.rightMargin: Theme.space16
-    }
-    FocusRing {
-        gap: -Theme.ring - Theme.hairline
-        shown: row.view !== null && row.view.activeFocus && row.view.currentIndex === row.index
     }
 }

@@ -15,6 +15,7 @@ Page {
         if (name !== "details" || table.count === 0)
             return false;
         table.focusRow(0);
+        table.opened(0);
         return true;
     }
 
@@ -77,7 +78,9 @@ Page {
             chosen: page.activity.selectedRun.runId === runId
             onClicked: page.activity.select(runId)
         }
-        list.onCurrentItemChanged: if (list.currentItem && list.activeFocus) page.activity.select(list.currentItem.runId)
+        onSelected: page.activity.select(list.currentItem.runId)
+        onOpened: page.activity.select(list.currentItem.runId)
+        onMoved: if (page.detailed) page.activity.select(list.currentItem.runId)
 
         Component {
             id: heading

@@ -106,13 +106,14 @@ Page {
         anchors.top: tools.bottom
         anchors.topMargin: Theme.space16
         width: parent.width
-        height: Math.min(parent.height - y, header ? wanted : parent.height - y)
+        height: Math.min(parent.height - y, wanted)
         readonly property real wanted: Theme.rowHeight + Math.max(4, count) * Theme.rowHeightTwo + 2 * Theme.space4 + 1
+        enabled: !page.junk.isCleaning
         name: page.title
         model: page.junk.items
         header: ScanCleanHeader { junk: page.junk }
         delegate: ScanCleanRow { onToggled: id => page.junk.toggle(id) }
-        onSelected: row => page.junk.toggleAt(row)
+        onSelected: page.junk.toggle(list.currentItem.itemId)
         onOpened: page.junk.review()
 
         EmptyState {

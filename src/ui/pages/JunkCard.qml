@@ -64,6 +64,7 @@ Card {
         width: parent.width
         height: Theme.space16
         clip: true
+        compact: naturalWidth > width
         parts: stack.parts
     }
     Row {

@@ -32,11 +32,12 @@ TableRow {
         anchors.rightMargin: Theme.space24
         anchors.verticalCenter: parent.verticalCenter
 
-        Row {
+        Item {
             width: parent.width
-            spacing: Theme.space8
+            height: title.implicitHeight
 
             Label {
+                id: title
                 width: Math.min(implicitWidth, words.width - (lock.visible ? lock.width + Theme.space8 : 0))
                 text: row.model.name
                 elide: Text.ElideMiddle
@@ -44,6 +45,9 @@ TableRow {
             }
             Badge {
                 id: lock
+                anchors.left: title.right
+                anchors.leftMargin: Theme.space8
+                anchors.verticalCenter: title.verticalCenter
                 visible: row.isProtected
                 outcome: "warning"
                 text: Tr.t("cache.protected")

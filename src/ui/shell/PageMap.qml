@@ -24,8 +24,9 @@ QtObject {
         return id === "settings" || fixed.some(page => page.id === id) ? id : App.shell.tool(id).id ?? "";
     }
 
+    // All but the tools.
     function ids(): var {
-        return fixed.map(page => page.id).concat("settings", App.shell.toolIds);
+        return fixed.map(page => page.id).concat("settings");
     }
 
     function source(id: string): url {

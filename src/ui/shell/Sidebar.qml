@@ -99,7 +99,7 @@ Rectangle {
             contentY = Math.max(0, Math.min(top, Math.max(contentY, top + item.height - height)));
         }
 
-        T.ScrollBar.vertical: ScrollBar {}
+        T.ScrollBar.vertical: ScrollBar { quiet: true }
 
         Column {
             id: column
