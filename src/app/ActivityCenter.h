@@ -1,0 +1,87 @@
+#pragma once
+
+#include "Core/Date.h"
+#include "app/MainThreadDoor.h"
+
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <functional>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace vh::app {
+
+/// How a view tells of a job that it runs.
+struct ActivityReport {
+    QString key;
+    bool active = true; ///< false ends the job
+    QString title;
+    QString toolID;                 ///< may be empty
+    std::optional<double> progress; ///< 0 to 1, nothing when unknown
+};
+
+class JobToken;
+
+/// The jobs that run now, in the order of their start. Belongs to the main thread.
+class ActivityCenter : public QObject {
+    Q_OBJECT
+public:
+    struct Job {
+        QString id;
+        QString title;
+        Date startedAt;
+        QString toolID; ///< may be empty
+        std::optional<double> progress;
+    };
+
+    explicit ActivityCenter(Clock clock = systemNow);
+
+    /// Adds a job and gives its key.
+    [[nodiscard]] QString begin(const QString& title, const QString& tool = {});
+    /// The same, ending with the token.
+    [[nodiscard]] JobToken beginToken(const QString& title, const QString& tool = {});
+    /// Creates, updates or ends a job.
+    void report(const ActivityReport& report);
+    /// Both do nothing for a key that is not running.
+    void setProgress(const QString& key, std::optional<double> progress);
+    void end(const QString& key);
+
+    const std::vector<Job>& running() const { return jobs_; }
+    QSet<QString> busyTools() const;
+    /// The mean of the progresses that are known.
+    std::optional<double> overallProgress() const;
+
+signals:
+    void changed();
+
+private:
+    Job* find(const QString& key);
+
+    Clock clock_;
+    std::vector<Job> jobs_;
+    MainThreadDoor door_;
+};
+
+/// Ends its job when it goes, from whatever thread, so that no job is left spinning.
+class JobToken {
+public:
+    JobToken(JobToken&& other) noexcept : key_(std::move(other.key_)), end_(std::exchange(other.end_, {})) {}
+    JobToken& operator=(JobToken&&) = delete;
+    ~JobToken() {
+        if (end_)
+            end_();
+    }
+
+    const QString& key() const { return key_; }
+
+private:
+    friend class ActivityCenter;
+    JobToken(QString key, std::function<void()> end) : key_(std::move(key)), end_(std::move(end)) {}
+
+    QString key_;
+    std::function<void()> end_;
+};
+
+} // namespace vh::app

@@ -1,0 +1,193 @@
+#include "app/ActivityViewModel.h"
+
+#include "Core/ActivityExport.h"
+#include "Core/Printable.h"
+#include "Core/RunLog.h"
+#include "Core/RunUndo.h"
+#include "Core/ToolTexts.h"
+#include "Platform/Files.h"
+#include "app/ActivityCenter.h"
+#include "app/AppContext.h"
+#include "app/AppTexts.h"
+#include "app/DayTexts.h"
+#include "app/Options.h"
+#include "app/PathText.h"
+#include "app/RunLogWatch.h"
+#include "app/Session.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vh::app {
+
+namespace {
+
+/// Nobody reads further down, and a copy's list can have millions of rows.
+constexpr size_t shownFiles = 10000;
+
+constexpr std::array periods{"all", "today", "yesterday", "7", "30", "90", "range"};
+
+} // namespace
+
+struct ActivityViewModel::SelectedRun {
+    QVariantMap facts;
+    std::vector<FileRow> files;
+};
+
+ActivityViewModel::ActivityViewModel(AppContext& context)
+    : context_(context), runs_(RunRow::roles()), files_(FileRow::roles()) {
+    connect(&context_.runs(), &RunLogWatch::changed, this, &ActivityViewModel::reload);
+    connect(&context_.texts(), &AppTexts::changed, this, &ActivityViewModel::reload);
+    load();
+}
+
+ActivityViewModel::~ActivityViewModel() = default;
+
+QVariantList ActivityViewModel::periodOptions() const {
+    QVariantList list;
+    for (const char* period : periods)
+        list << option(QString::fromLatin1(period),
+                       context_.texts().text("activity.period." + std::string(period)));
+    return list;
+}
+
+QVariantList ActivityViewModel::outcomeOptions() const {
+    return words().outcomes();
+}
+
+ActivityWords ActivityViewModel::words() const {
+    return {context_.texts().current(), context_.calendar(), context_.now(),
+            context_.session().folders().home};
+}
+
+void ActivityViewModel::change(QString& field, const QString& value) {
+    if (field == value)
+        return;
+    field = value;
+    emit filterChanged();
+    load();
+}
+
+void ActivityViewModel::clearFilter() {
+    if (!isFiltered())
+        return;
+    filter_ = {};
+    emit filterChanged();
+    load();
+}
+
+void ActivityViewModel::reload() {
+    load();
+    loadSelected();
+}
+
+void ActivityViewModel::load() {
+    loading_.run([&log = context_.session().runLog(), words = words(), filter = filter_](
+                     const Background::Task& task) { return words.rows(log.all(), filter, task.cancel); },
+                 [this](std::future<ActivityRows> rows) { show(rows.get()); });
+    emit runsChanged();
+}
+
+void ActivityViewModel::show(ActivityRows shown) {
+    runs_.setRows(std::move(shown.rows));
+    shown_ = std::move(shown);
+    emit runsChanged();
+    emit optionsChanged();
+}
+
+void ActivityViewModel::select(const QString& runId) {
+    const auto id = Uuid::parse(runId.toStdString());
+    if (!id || id == selectedId_)
+        return;
+    selectedId_ = id;
+    loadSelected();
+}
+
+void ActivityViewModel::clearSelection() {
+    selectedId_.reset();
+    selecting_.cancel();
+    showSelected({});
+}
+
+void ActivityViewModel::loadSelected() {
+    if (!selectedId_)
+        return;
+    selecting_.run(
+        [id = *selectedId_, words = words(),
+         stores = context_.runStores()](const Background::Task&) -> SelectedRun {
+            const auto all = stores.log.all();
+            const auto found = std::ranges::find(all, id, &RunRecord::id);
+            if (found == all.end())
+                return {};
+            const auto rows = stores.files.rows(id);
+            SelectedRun run{.facts = words.facts(*found)};
+            run.facts[QStringLiteral("canUndo")] = canUndo(rows);
+            run.facts[QStringLiteral("fileCount")] = static_cast<int>(rows.size());
+            run.files = words.files({rows.begin(), rows.begin() + std::min(rows.size(), shownFiles)});
+            return run;
+        },
+        [this](std::future<SelectedRun> run) {
+            // A selection that was cleared meanwhile stays so.
+            if (selectedId_)
+                showSelected(run.get());
+        });
+}
+
+void ActivityViewModel::showSelected(SelectedRun run) {
+    if (run.facts.isEmpty())
+        selectedId_.reset();
+    selected_ = std::move(run.facts);
+    files_.setRows(std::move(run.files));
+    emit selectionChanged();
+}
+
+void ActivityViewModel::undo(const QString& runId) {
+    const auto id = Uuid::parse(runId.toStdString());
+    if (!id || undoing_.isBusy())
+        return;
+    const auto token = std::make_shared<JobToken>(context_.activity().beginToken(
+        context_.texts().text("clean.undoing"), selected_[QStringLiteral("toolID")].toString()));
+    undoing_.run(
+        [id = *id, stores = context_.runStores(), texts = context_.texts().current(),
+         token](const Background::Task& task) {
+            return undoRun(id, Trigger::manual, stores, texts, {task.cancel, {}});
+        },
+        [this](std::future<UndoResult> result) {
+            try {
+                const UndoResult undone = result.get();
+                QStringList lines{qtText(printable(undone.record.summary))};
+                for (const SkippedItem& item : undone.skipped)
+                    lines << displayPath(item.path, context_.session().folders().home) +
+                                 QStringLiteral(" — ") + qtText(printable(item.reason));
+                say(lines.join(u'\n'));
+            } catch (const std::exception& error) {
+                say(qtText(printable(error.what())));
+            }
+            loadSelected();
+        });
+}
+
+bool ActivityViewModel::exportCsv(const QString& fileUrlOrPath) {
+    const std::string path = chosenPath(fileUrlOrPath, context_.session().folders().home);
+    if (path.empty()) {
+        say(context_.texts().text("activity.export.no-path", {{"path", fileUrlOrPath.toStdString()}}));
+        return false;
+    }
+    try {
+        const QString locale = QLocale::system().name().replace(u'_', u'-');
+        const ActivityExport document{context_.texts().current(), locale.toStdString(), context_.calendar()};
+        writeFileAtomically(path, document.csv(shown_.records));
+    } catch (const std::exception& error) {
+        say(qtText(printable(error.what())));
+        return false;
+    }
+    say({});
+    return true;
+}
+
+void ActivityViewModel::say(const QString& message) {
+    message_ = message;
+    emit messageChanged();
+}
+
+} // namespace vh::app

@@ -1,0 +1,35 @@
+#include "app/AppContext.h"
+
+#include "Core/CleanJob.h"
+#include "app/ActivityCenter.h"
+#include "app/AppTexts.h"
+#include "app/DatabaseCare.h"
+#include "app/RunLogWatch.h"
+#include "app/Session.h"
+
+namespace vh::app {
+
+AppContext::AppContext(Session& session, Clock clock, LocalCalendar calendar)
+    : session_(session), clock_(std::move(clock)), calendar_(std::move(calendar)),
+      texts_(std::make_unique<AppTexts>(session)), activity_(std::make_unique<ActivityCenter>(clock_)) {}
+
+AppContext::~AppContext() = default;
+
+RunLogWatch& AppContext::runs() {
+    if (!runs_)
+        runs_ = std::make_unique<RunLogWatch>(session_.runLog());
+    return *runs_;
+}
+
+DatabaseCare& AppContext::databaseCare() {
+    if (!databaseCare_)
+        databaseCare_ = std::make_unique<DatabaseCare>(session_.defaults(), session_.runLog(),
+                                                       session_.runFiles(), clock_);
+    return *databaseCare_;
+}
+
+RunStores AppContext::runStores() {
+    return {session_.runLog(), session_.runFiles(), session_.journals()};
+}
+
+} // namespace vh::app

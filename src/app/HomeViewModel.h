@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Platform/Volumes.h"
+#include "app/Background.h"
+
+#include <QObject>
+#include <QTimer>
+#include <QVariantList>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vh {
+struct RunRecord;
+}
+
+namespace vh::app {
+
+class AppContext;
+
+/// The first page: the computer, its disks, the tools, what runs and what was done. All that must be read from disk
+/// comes after the first frame.
+class HomeViewModel : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString greeting READ greeting NOTIFY timeChanged)
+    Q_PROPERTY(QString hostLine READ hostLine NOTIFY timeChanged)
+    /// `fraction` is used, `tone` "normal", "warning" or "bad".
+    Q_PROPERTY(QVariantList disks READ disks NOTIFY disksChanged)
+    Q_PROPERTY(QVariantList tools READ tools NOTIFY toolsChanged)
+    Q_PROPERTY(QVariantList running READ running NOTIFY runningChanged)
+    Q_PROPERTY(QVariantList recent READ recent NOTIFY recentChanged)
+public:
+    explicit HomeViewModel(AppContext& context);
+    ~HomeViewModel() override;
+
+    QString greeting() const;
+    QString hostLine() const;
+    QVariantList disks() const;
+    QVariantList tools() const;
+    QVariantList running() const;
+    QVariantList recent() const;
+
+signals:
+    void timeChanged();
+    void disksChanged();
+    void toolsChanged();
+    void runningChanged();
+    void recentChanged();
+
+private:
+    struct Runs;
+    void openLog();
+    void refresh();
+    void readDisks();
+    void readRuns();
+    void retell();
+    QString lineOf(std::string_view toolID) const;
+    QString timeOf(const RunRecord& record) const;
+
+    AppContext& context_;
+    const std::string hostName_;
+    const std::string systemName_;
+    std::vector<Volume> volumes_;
+    std::unique_ptr<Runs> runs_; ///< nothing until read
+    QTimer timer_;
+    Background readingDisks_;
+    Background readingRuns_;
+};
+
+} // namespace vh::app

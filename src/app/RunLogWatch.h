@@ -1,0 +1,35 @@
+#pragma once
+
+#include "app/Background.h"
+#include "app/MainThreadDoor.h"
+
+#include <QFileSystemWatcher>
+#include <QObject>
+#include <memory>
+
+namespace vh {
+class RunLog;
+}
+
+namespace vh::app {
+
+/// Says on the main thread that the run log changed, whoever changed it: this process, another one, or a move.
+class RunLogWatch : public QObject {
+    Q_OBJECT
+public:
+    explicit RunLogWatch(RunLog& log);
+
+signals:
+    void changed();
+
+private:
+    void watch();
+
+    RunLog& log_;
+    QFileSystemWatcher watcher_;
+    MainThreadDoor door_;
+    std::shared_ptr<void> observing_;
+    Background refreshing_;
+};
+
+} // namespace vh::app

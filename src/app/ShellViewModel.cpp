@@ -1,0 +1,102 @@
+#include "app/ShellViewModel.h"
+
+#include "Core/ToolCatalog.h"
+#include "Core/ToolTexts.h"
+#include "Core/UserDefaults.h"
+#include "Platform/SystemError.h"
+#include "app/AppContext.h"
+#include "app/AppTexts.h"
+#include "app/ModuleRegistry.h"
+#include "app/Session.h"
+
+namespace vh::app {
+
+namespace {
+
+/// The primary tools of a section, then the others.
+std::vector<const ToolDescriptor*> toolsOf(ToolSection section) {
+    auto tools = ToolCatalog::mainTools(section);
+    for (const ToolDescriptor* tool : ToolCatalog::tools(section))
+        if (!tool->isPrimary())
+            tools.push_back(tool);
+    return tools;
+}
+
+} // namespace
+
+ShellViewModel::ShellViewModel(AppContext& context)
+    : context_(context), mode_(context.session().defaults().get<AppMode>(modeKey).value_or(AppMode::node)) {
+    connect(&context_.texts(), &AppTexts::changed, this, &ShellViewModel::sectionsChanged);
+    connect(this, &ShellViewModel::modeChanged, this, &ShellViewModel::sectionsChanged);
+}
+
+QString ShellViewModel::modeName() const {
+    return qtText(rawValue(mode_));
+}
+
+void ShellViewModel::setMode(const QString& name) {
+    const auto mode = fromRaw<AppMode>(name.toStdString());
+    if (!mode || *mode == mode_)
+        return;
+    mode_ = *mode;
+    try {
+        context_.session().defaults().set(modeKey, mode_);
+    } catch (const SystemError&) {
+        // The window shows the mode all the same; it is only not remembered.
+    }
+    emit modeChanged();
+}
+
+QVariantList ShellViewModel::sections() const {
+    const Texts& texts = context_.texts().current();
+    QVariantList list;
+    for (const ToolSection section : vh::sections(mode_)) {
+        QVariantList tools;
+        for (const ToolDescriptor* tool : toolsOf(section))
+            tools << QVariantMap{
+                {QStringLiteral("id"), qtText(tool->id)},
+                {QStringLiteral("name"), qtText(toolName(texts, tool->id))},
+                {QStringLiteral("icon"), qtText(tool->symbolName)},
+                {QStringLiteral("available"), context_.session().registry().hasEngine(tool->id)},
+            };
+        list << QVariantMap{
+            {QStringLiteral("id"), qtText(rawValue(section))},
+            {QStringLiteral("title"), qtText(sectionTitle(texts, section))},
+            {QStringLiteral("tools"), tools},
+        };
+    }
+    return list;
+}
+
+QVariantMap ShellViewModel::tool(const QString& id) const {
+    const ToolDescriptor* tool = ToolCatalog::tool(id.toStdString());
+    if (!tool)
+        return {};
+    const Texts& texts = context_.texts().current();
+    return {
+        {QStringLiteral("id"), qtText(tool->id)},
+        {QStringLiteral("name"), qtText(toolName(texts, tool->id))},
+        {QStringLiteral("summary"), qtText(toolSummary(texts, tool->id))},
+        {QStringLiteral("icon"), qtText(tool->symbolName)},
+        {QStringLiteral("section"), qtText(rawValue(tool->section))},
+        {QStringLiteral("sectionTitle"), qtText(sectionTitle(texts, tool->section))},
+        {QStringLiteral("complexity"), qtText(complexityLabel(texts, tool->complexity))},
+        {QStringLiteral("hasEngine"), context_.session().registry().hasEngine(tool->id)},
+    };
+}
+
+QVariantList ShellViewModel::search(const QString& text) const {
+    const Texts& texts = context_.texts().current();
+    QVariantList list;
+    for (const ToolDescriptor* tool : search_.find(text.toStdString()))
+        list << QVariantMap{
+            {QStringLiteral("id"), qtText(tool->id)},
+            {QStringLiteral("name"), qtText(toolName(texts, tool->id))},
+            {QStringLiteral("summary"), qtText(toolSummary(texts, tool->id))},
+            {QStringLiteral("icon"), qtText(tool->symbolName)},
+            {QStringLiteral("sectionTitle"), qtText(sectionTitle(texts, tool->section))},
+        };
+    return list;
+}
+
+} // namespace vh::app

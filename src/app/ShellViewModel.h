@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Core/ToolSection.h"
+#include "app/ToolSearch.h"
+
+#include <QObject>
+#include <QVariantList>
+#include <QVariantMap>
+
+namespace vh::app {
+
+class AppContext;
+
+/// Where one can go in the window.
+class ShellViewModel : public QObject {
+    Q_OBJECT
+    /// "node" or "network"; kept in the settings.
+    Q_PROPERTY(QString mode READ modeName WRITE setMode NOTIFY modeChanged)
+    Q_PROPERTY(QVariantList sections READ sections NOTIFY sectionsChanged)
+public:
+    static constexpr std::string_view modeKey = "app.mode";
+
+    explicit ShellViewModel(AppContext& context);
+
+    QString modeName() const;
+    /// The sections of the mode with their tools, the primary ones first.
+    QVariantList sections() const;
+
+    Q_INVOKABLE void setMode(const QString& mode);
+    /// The tool of an identifier, folded ones included; empty for an unknown one.
+    Q_INVOKABLE QVariantMap tool(const QString& id) const;
+    /// Tools by name, summary and former identifiers in every language, best match first.
+    Q_INVOKABLE QVariantList search(const QString& text) const;
+
+signals:
+    void modeChanged();
+    void sectionsChanged();
+
+private:
+    AppContext& context_;
+    AppMode mode_;
+    mutable ToolSearch search_;
+};
+
+} // namespace vh::app
