@@ -9,7 +9,7 @@ namespace vh {
 std::string hostName();
 /// Name and version of the operating system, such as "Debian GNU/Linux 12".
 std::string systemName();
-/// The language tags the person prefers, best first, from the environment: "es_ES" → "es".
+/// The language the person prefers most, from the environment: "es_ES" → "es". "en" when none is set.
 std::string preferredLanguage();
 std::chrono::seconds uptime();
 

@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -258,8 +259,21 @@ TEST_F(VolumeTrash, keepsItemsOnTheirVolumeWithRelativePaths) {
     EXPECT_EQ(landed, own_ + "/files/a file");
     EXPECT_THAT(readFile(own_ + "/info/a file.trashinfo"), HasSubstr("\nPath=sub/a%20file\n"));
     EXPECT_TRUE(isInTrash(landed, path_));
+    EXPECT_FALSE(identityOf(trash_)) << "the home is none of its business";
     restoreFromTrash(landed, path_);
     EXPECT_TRUE(identityOf(path_));
+}
+
+/// One file system mounted at two places: a rename between them fails although the device is the same.
+TEST_F(VolumeTrash, fallsBackToTheVolumeWhereTheHomeCannotBeReached) {
+    fs::create_directory(disk_ / "home");
+    fs::create_directory(home_ / "bound");
+    ASSERT_EQ(::mount((disk_ / "home").c_str(), (home_ / "bound").c_str(), nullptr, MS_BIND, nullptr), 0);
+    ::setenv("XDG_DATA_HOME", (home_ / "bound").c_str(), 1);
+    EXPECT_EQ(moveToTrash(path_), own_ + "/files/a file");
+    EXPECT_THAT(childNames(home_ / "bound/Trash/info"), IsEmpty());
+    ::unsetenv("XDG_DATA_HOME");
+    EXPECT_EQ(::umount((home_ / "bound").c_str()), 0);
 }
 
 TEST_F(VolumeTrash, usesTheSharedFolderOnlyWhenItIsSticky) {

@@ -124,8 +124,14 @@ std::optional<std::string> landIn(const TrashFolder& trash, const Item& item) {
     throw SystemError(EEXIST, joinPath(trash.path, item.name));
 }
 
-uint64_t deviceOf(const FileDescriptor& folder, const std::string& path) {
-    return static_cast<uint64_t>(statusOfOpen(folder, path).st_dev);
+/// The device that `folder` lies on, or would if it were made. Throws SystemError.
+uint64_t deviceOf(const std::string& folder) {
+    struct stat status {};
+    if (::stat(folder.c_str(), &status) == 0)
+        return static_cast<uint64_t>(status.st_dev);
+    if (errno != ENOENT || folder == "/")
+        throwErrno(folder);
+    return deviceOf(splitPath(folder).folder);
 }
 
 /// The Trash that `landed` lies in, its name there, and where its info file is.
@@ -169,12 +175,10 @@ std::string moveToTrash(const std::string& path, const std::optional<FileIdentit
         throwErrno(path);
     item.refuseUnlessExpected(found);
 
-    const TrashFolder home = TrashFolder::ofHome();
-    if (found->device == deviceOf(home.files, home.path))
-        if (const auto landed = landIn(home, item))
+    if (found->device == deviceOf(TrashFolder::homePath()))
+        if (const auto landed = landIn(TrashFolder::ofHome(), item))
             return *landed;
-    const TrashFolder volume = TrashFolder::ofVolume(mountPointOf(realParent));
-    if (const auto landed = landIn(volume, item))
+    if (const auto landed = landIn(TrashFolder::ofVolume(mountPointOf(realParent)), item))
         return *landed;
     throw SystemError(EXDEV, item.path);
 }

@@ -46,8 +46,12 @@ FileDescriptor openShared(const FileDescriptor& top) {
 
 } // namespace
 
+std::string TrashFolder::homePath() {
+    return joinPath(Folders::ofUser().data, "Trash");
+}
+
 TrashFolder TrashFolder::ofHome() {
-    const std::string path = joinPath(Folders::ofUser().data, "Trash");
+    const std::string path = homePath();
     makeFolders(path);
     return openTrash(openPath(path, O_RDONLY | O_DIRECTORY), path, "");
 }

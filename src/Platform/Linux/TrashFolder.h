@@ -13,6 +13,8 @@ struct TrashFolder {
     FileDescriptor files;
     FileDescriptor info;
 
+    /// Where the user's own Trash is or would be made.
+    static std::string homePath();
     /// The user's own Trash, made when missing. Throws SystemError.
     static TrashFolder ofHome();
     /// The Trash at the top folder of a volume, made when missing. Refuses what others could have planted there: a
