@@ -239,6 +239,12 @@ struct Codec<std::string> {
     static std::string read(JsonView view);
 };
 
+/// Constants of the program can be written; what is read must be owned by somebody.
+template <>
+struct Codec<std::string_view> {
+    static void write(JsonWriter& out, std::string_view value) { out.text(value); }
+};
+
 template <>
 struct Codec<Uuid> {
     static void write(JsonWriter& out, const Uuid& value) { out.text(value.text()); }

@@ -4,6 +4,7 @@
 #include "Core/Describe.h"
 
 #include <optional>
+#include <string_view>
 
 namespace vh {
 
@@ -16,6 +17,10 @@ inline constexpr auto describe<Keep> = enumeration<Keep>({{Keep::days30, "days30
                                                           {Keep::months6, "months6"},
                                                           {Keep::year, "year"},
                                                           {Keep::always, "always"}});
+
+/// Where the settings hold them, as raw values.
+inline constexpr std::string_view keepRunsKey = "database.keep-runs";
+inline constexpr std::string_view keepFilesKey = "database.keep-files";
 
 /// What is older than this may go; nothing when everything stays.
 constexpr std::optional<Date> cutoff(Keep keep, Date now) {

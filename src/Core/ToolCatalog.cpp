@@ -104,7 +104,7 @@ std::span<const std::string_view> ToolCatalog::modes(std::string_view id) {
 
 size_t ToolCatalog::availableCount() {
     const auto isAvailable = [](const ToolDescriptor& row) {
-        return row.status.isAvailable();
+        return row.isAvailable();
     };
     return static_cast<size_t>(std::ranges::count_if(catalogueTable::rows, isAvailable));
 }

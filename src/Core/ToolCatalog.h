@@ -4,10 +4,10 @@
 #include "Core/ToolSection.h"
 
 #include <cstddef>
-#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace vh {
@@ -29,14 +29,20 @@ inline constexpr auto describe<ToolComplexity> = numberedEnumeration<ToolComplex
 std::string_view label(ToolComplexity complexity);
 
 /// Whether a module backs a tool.
-struct ToolStatus {
-    std::optional<std::string_view> moduleID; ///< nothing while the tool is only planned
-
-    static constexpr ToolStatus available(std::string_view moduleID) { return {moduleID}; }
-    static constexpr ToolStatus planned() { return {}; }
-    constexpr bool isAvailable() const { return moduleID.has_value(); }
-    bool operator==(const ToolStatus&) const = default;
+struct AvailableTool {
+    std::string_view moduleID;
+    bool operator==(const AvailableTool&) const = default;
 };
+struct PlannedTool {
+    bool operator==(const PlannedTool&) const = default;
+};
+using ToolStatus = std::variant<AvailableTool, PlannedTool>;
+
+template <>
+inline constexpr auto describe<AvailableTool> = record(field("moduleID", &AvailableTool::moduleID));
+template <>
+inline constexpr auto describe<ToolStatus> =
+    taggedUnion(unionCase<AvailableTool>("available"), unionCase<PlannedTool>("planned"));
 
 /// One tool as the user sees it. The texts are English; Core/ToolTexts.h has those of every language.
 struct ToolDescriptor {
@@ -49,8 +55,16 @@ struct ToolDescriptor {
     ToolStatus status;
 
     bool isPrimary() const;
+    bool isAvailable() const { return std::holds_alternative<AvailableTool>(status); }
     bool operator==(const ToolDescriptor&) const = default;
 };
+
+template <>
+inline constexpr auto describe<ToolDescriptor> =
+    record(field("id", &ToolDescriptor::id), field("name", &ToolDescriptor::name),
+           field("summary", &ToolDescriptor::summary), field("sfSymbolName", &ToolDescriptor::symbolName),
+           field("section", &ToolDescriptor::section), field("complexity", &ToolDescriptor::complexity),
+           field("status", &ToolDescriptor::status));
 
 /// The tools of the program. All is constant and may be read from any thread; pointers stay valid for ever.
 struct ToolCatalog {

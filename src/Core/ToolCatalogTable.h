@@ -14,7 +14,7 @@ using enum ToolComplexity;
 
 constexpr ToolDescriptor row(std::string_view id, std::string_view name, ToolSection section,
                              ToolComplexity complexity, std::string_view symbol, std::string_view summary) {
-    return {id, name, summary, symbol, section, complexity, ToolStatus::available(id)};
+    return {id, name, summary, symbol, section, complexity, AvailableTool{id}};
 }
 
 // clang-format off

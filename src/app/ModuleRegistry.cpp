@@ -5,6 +5,8 @@
 #include "Platform/Folders.h"
 #include "Tools/SystemJunk/SystemJunkModule.h"
 
+#include <algorithm>
+
 namespace vh::app {
 
 namespace {
