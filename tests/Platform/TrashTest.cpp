@@ -193,6 +193,32 @@ TEST_F(Trash, refusesWhatWasSwapped) {
     EXPECT_THAT(namesIn("/info"), IsEmpty());
 }
 
+TEST_F(Trash, noticesASwapAtEveryMoment) {
+    const std::string path = home_ / "file";
+    std::optional<FileIdentity> expected;
+    const auto setUp = [&] {
+        fs::remove_all(home_ / ".local");
+        put(path, "mine");
+        put(home_ / "other", "other");
+        expected = identityOf(path);
+    };
+    const auto swap = [&] {
+        std::error_code gone;
+        if (fs::exists(path))
+            fs::rename(home_ / "other", path, gone);
+    };
+    size_t refused = 0;
+    forEachMeddling(
+        setUp, swap, [&] { (void)moveToTrash(path, expected); },
+        [&](const FaultPoint& point) {
+            EXPECT_EQ(namesIn("/files").size(), point.thrown ? 0u : 1u);
+            EXPECT_EQ(namesIn("/info").size(), point.thrown ? 0u : 1u);
+            EXPECT_EQ(point.thrown ? readFile(path) : "other", "other");
+            refused += point.thrown.has_value();
+        });
+    EXPECT_GT(refused, 3u);
+}
+
 TEST_F(Trash, restoresOnlyToItsPlaceAndOverNothing) {
     put(home_ / "file", "old");
     const std::string landed = moveToTrash(home_ / "file");

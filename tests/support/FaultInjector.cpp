@@ -102,6 +102,8 @@ std::string FaultPoint::text() const {
         return "killed before " + call_;
     case FaultKind::killHalfway:
         return "killed in the middle of " + call_;
+    case FaultKind::meddling:
+        return "another program acting before " + call_;
     case FaultKind::none:
         break;
     }
@@ -155,6 +157,26 @@ void forEachKill(const std::function<void()>& setUp, const std::function<void()>
                 ADD_FAILURE() << "The child was not killed: the work is not the same every time";
             check(point);
         }
+    }
+}
+
+void forEachMeddling(const std::function<void()>& setUp, const std::function<void()>& meddle,
+                     const std::function<void()>& work, const std::function<void(const FaultPoint&)>& check) {
+    const std::vector<FileCall> calls = callsOf(setUp, work);
+    for (size_t call = 0; call < calls.size(); ++call) {
+        FaultPoint point{call, calls[call], FaultKind::meddling, 0, std::nullopt};
+        const testing::ScopedTrace trace(__FILE__, __LINE__, point.text());
+        setUp();
+        try {
+            const Armed armed(call, {FaultKind::meddling, 0});
+            interception().meddle = meddle;
+            work();
+        } catch (const std::exception& error) {
+            point.thrown = error.what();
+        }
+        if (!interception().fired)
+            ADD_FAILURE() << "The call was never met: the work is not the same every time";
+        check(point);
     }
 }
 

@@ -36,4 +36,9 @@ void forEachFault(const std::function<void()>& setUp, const std::function<void()
 void forEachKill(const std::function<void()>& setUp, const std::function<void()>& work,
                  const std::function<void(const FaultPoint&)>& check);
 
+/// Runs the work once for every file call it makes, with `meddle` done just before that call as if by another program:
+/// a race that is lost on purpose at every place where it can be. What the work throws stands in the point.
+void forEachMeddling(const std::function<void()>& setUp, const std::function<void()>& meddle,
+                     const std::function<void()>& work, const std::function<void(const FaultPoint&)>& check);
+
 } // namespace vh::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 namespace vh::test {
@@ -13,6 +14,7 @@ enum class FaultKind {
     shortWrite,  ///< half of the bytes are written, which is no failure
     killBefore,  ///< the process dies instead of making the call
     killHalfway, ///< the process dies after half of the bytes are written
+    meddling,    ///< another program does something just before the call, which is then made
 };
 
 enum class CallGroup { open, create, read, write, flush, name, remove, attribute, close };
@@ -29,6 +31,7 @@ struct Interception {
     FaultKind kind = FaultKind::none;
     int code = 0;
     bool fired = false;
+    std::function<void()> meddle; ///< for FaultKind::meddling
     std::vector<FileCall> calls;
 };
 Interception& interception();

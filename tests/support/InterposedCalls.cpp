@@ -45,6 +45,11 @@ bool begins(FileCall call) {
     state.fired = true;
     if (state.kind == FaultKind::killBefore)
         die();
+    if (state.kind == FaultKind::meddling) {
+        state.armed = false;
+        state.meddle();
+        state.armed = true;
+    }
     if (state.kind != FaultKind::failure && state.kind != FaultKind::fullDisk)
         return true;
     errno = state.code;
