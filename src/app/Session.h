@@ -31,6 +31,8 @@ public:
     /// In the language of the setting as it was at the last useLanguageOfSetting.
     const Texts& texts() const { return texts_; }
     void useLanguageOfSetting();
+    /// For as long as the setting is left alone; stores nothing.
+    void useLanguage(Language language) { texts_ = Texts(language); }
 
     RunFiles& runFiles() { return runFiles_; }
     /// Opening it gives runs that were killed their record.
