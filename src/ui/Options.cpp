@@ -38,17 +38,10 @@ An unknown page is answered with the list of pages.
 
 Options Options::of(const QStringList& arguments) {
     QCommandLineParser parser;
-    const auto value = QStringLiteral("value");
-    const QList<QCommandLineOption> known{{QStringLiteral("page"), {}, value},
-                                          {QStringLiteral("screenshot"), {}, value},
-                                          {QStringLiteral("state"), {}, value},
-                                          {QStringLiteral("size"), {}, value},
-                                          {QStringLiteral("language"), {}, value},
-                                          QCommandLineOption(QStringLiteral("dark")),
-                                          QCommandLineOption(QStringLiteral("light")),
-                                          QCommandLineOption({QStringLiteral("h"), QStringLiteral("help")}),
-                                          QCommandLineOption(QStringLiteral("version"))};
-    parser.addOptions(known);
+    for (const auto* name : {"page", "screenshot", "state", "size", "language"})
+        parser.addOption({QString::fromLatin1(name), {}, QStringLiteral("value")});
+    for (const auto* name : {"dark", "light", "help", "version"})
+        parser.addOption(QCommandLineOption(QString::fromLatin1(name)));
     if (!parser.parse(arguments))
         return refusal(parser.errorText());
 

@@ -1,0 +1,137 @@
+#include "WindowFixture.h"
+
+#include <set>
+
+namespace vh::test {
+
+namespace {
+
+class Keyboard : public WindowFixture {
+protected:
+    void openCachePage() {
+        fillCaches();
+        openWindow();
+        openPage("system-junk");
+        ASSERT_EQ(junk().property("itemCount").toInt(), 3);
+    }
+
+    /// Presses Tab until the item with this name has the keyboard.
+    void tabTo(const QString& name) {
+        for (int i = 0; i < 60; ++i) {
+            if (focused() && accessibleName(focused()) == name)
+                return;
+            press(Qt::Key_Tab);
+        }
+        FAIL() << "Tab does not reach " << name.toStdString();
+    }
+
+    QString page() { return window().quickWindow().property("page").toString(); }
+    QString stage() { return junk().property("stage").toString(); }
+    int selectedCount() { return junk().property("selectedCount").toInt(); }
+    QString nameOfFocused() { return focused() ? accessibleName(focused()) : QString(); }
+};
+
+} // namespace
+
+TEST_F(Keyboard, tabReachesEveryControlOfTheCachePage) {
+    openCachePage();
+    std::set<QQuickItem*> wanted;
+    for (auto* item : shownItems())
+        if (item->activeFocusOnTab() && item->isEnabled())
+            wanted.insert(item);
+    ASSERT_GE(wanted.size(), 8u);
+
+    std::set<QQuickItem*> reached;
+    for (size_t i = 0; i < 2 * wanted.size(); ++i) {
+        press(Qt::Key_Tab);
+        reached.insert(focused());
+    }
+    for (auto* item : wanted)
+        EXPECT_TRUE(reached.contains(item)) << accessibleName(item).toStdString() << " is not reached";
+}
+
+TEST_F(Keyboard, aRowIsChosenWithSpaceAndReviewedWithReturn) {
+    openCachePage();
+    tabTo("Cache");
+    press(Qt::Key_Space);
+    EXPECT_EQ(selectedCount(), 1);
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    EXPECT_EQ(selectedCount(), 2);
+    press(Qt::Key_Up);
+    press(Qt::Key_Space);
+    EXPECT_EQ(selectedCount(), 1);
+    press(Qt::Key_Return);
+    EXPECT_EQ(stage(), "review");
+    EXPECT_EQ(warnings(), QStringList());
+}
+
+TEST_F(Keyboard, theReviewKeepsTheKeyboardAndEscapeClosesItWithNothingRemoved) {
+    openCachePage();
+    for (const auto* method : {"trash", "permanent"}) {
+        SCOPED_TRACE(method);
+        junk().setProperty("method", method);
+        if (selectedCount() == 0)
+            QMetaObject::invokeMethod(&junk(), "toggleSelectAll");
+        QMetaObject::invokeMethod(&junk(), "review");
+        const bool forGood = std::string(method) == "permanent";
+        waitUntil("the sheet has the keyboard",
+                  [&] { return nameOfFocused() == (forGood ? "Cancel" : "Move to the Trash"); });
+        std::set<QString> names;
+        for (int i = 0; i < 6; ++i) {
+            press(Qt::Key_Tab);
+            names.insert(nameOfFocused());
+        }
+        EXPECT_TRUE(names.contains("Cancel"));
+        EXPECT_FALSE(names.contains("Scan again")) << "the keyboard left the sheet";
+        press(Qt::Key_Escape);
+        EXPECT_EQ(stage(), "scanned");
+    }
+    EXPECT_EQ(junk().property("itemCount").toInt(), 3);
+}
+
+TEST_F(Keyboard, goesFromPageToPageAndBack) {
+    openWindow();
+    openPage("home");
+    press(Qt::Key_2, Qt::ControlModifier);
+    EXPECT_EQ(page(), "activity");
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_EQ(page(), "settings");
+    press(Qt::Key_Escape);
+    EXPECT_EQ(page(), "activity");
+    press(Qt::Key_Escape);
+    EXPECT_EQ(page(), "home");
+    press(Qt::Key_Escape);
+    EXPECT_EQ(page(), "home");
+}
+
+TEST_F(Keyboard, worksTheSidebarWithArrowKeys) {
+    openWindow();
+    openPage("home");
+    tabTo("Home");
+    press(Qt::Key_Down);
+    EXPECT_EQ(nameOfFocused(), "Activity");
+    press(Qt::Key_Return);
+    EXPECT_EQ(page(), "activity");
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    EXPECT_EQ(nameOfFocused(), "Home");
+}
+
+TEST_F(Keyboard, findsAToolFromTheSearchField) {
+    openWindow();
+    openPage("home");
+    press(Qt::Key_F, Qt::ControlModifier);
+    for (const auto key : {Qt::Key_C, Qt::Key_A, Qt::Key_C, Qt::Key_H, Qt::Key_E})
+        press(key);
+    press(Qt::Key_Return);
+    EXPECT_EQ(page(), "system-junk");
+
+    press(Qt::Key_K, Qt::ControlModifier);
+    press(Qt::Key_S);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(page(), "system-junk") << "Escape empties the field before it goes back";
+    EXPECT_EQ(warnings(), QStringList());
+}
+
+} // namespace vh::test

@@ -1,0 +1,107 @@
+#include "WindowFixture.h"
+
+#include <tuple>
+
+namespace vh::test {
+
+namespace {
+
+using Look = std::tuple<const char*, const char*>; // appearance, language
+
+class Pages : public WindowFixture, public testing::WithParamInterface<Look> {
+protected:
+    ui::LookOverride look() const {
+        const auto& [appearance, language] = GetParam();
+        return {QString::fromLatin1(appearance), QString::fromLatin1(language)};
+    }
+};
+
+/// Texts that had to be shortened, although they are the program's own: paths are cut in the middle, on purpose.
+QStringList cutTexts(const std::vector<QQuickItem*>& items) {
+    constexpr int elideMiddle = Qt::ElideMiddle;
+    QStringList cut;
+    for (auto* item : items)
+        if (item->property("truncated").toBool() && item->property("elide").toInt() != elideMiddle)
+            cut << item->property("text").toString();
+    return cut;
+}
+
+QStringList namelessStops(const std::vector<QQuickItem*>& items) {
+    QStringList nameless;
+    for (auto* item : items)
+        if (item->activeFocusOnTab() && accessibleName(item).isEmpty())
+            nameless << QString::fromLatin1(item->metaObject()->className());
+    return nameless;
+}
+
+} // namespace
+
+TEST_P(Pages, loadWithoutAWarningWithNothingCutAndEverythingNamed) {
+    fillCaches();
+    openWindow(look(), {960, 640});
+    for (const auto& page : window().pages()) {
+        SCOPED_TRACE(page.toStdString());
+        openPage(page);
+        EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
+        EXPECT_EQ(cutTexts(shownItems()), QStringList());
+        EXPECT_EQ(namelessStops(shownItems()), QStringList());
+        EXPECT_EQ(warnings(), QStringList());
+    }
+}
+
+TEST_P(Pages, showWhatWasDone) {
+    fillCaches();
+    openWindow(look());
+    openPage("system-junk");
+    ASSERT_EQ(junk().property("itemCount").toInt(), 3);
+    junk().setProperty("method", "permanent");
+    ASSERT_TRUE(QMetaObject::invokeMethod(&junk(), "toggleSelectAll"));
+    ASSERT_TRUE(QMetaObject::invokeMethod(&junk(), "review"));
+    ASSERT_TRUE(QMetaObject::invokeMethod(&junk(), "start"));
+    waitUntil("the clean is done", [&] { return junk().property("stage") == QLatin1String("done"); });
+    EXPECT_EQ(junk().property("resultOutcome"), QLatin1String("success"));
+    for (const auto* page : {"system-junk", "home", "activity"})
+        openPage(page);
+    bool shown = false;
+    QMetaObject::invokeMethod(&window().quickWindow(), "showState", Q_RETURN_ARG(bool, shown),
+                              Q_ARG(QString, "details"));
+    EXPECT_TRUE(shown);
+    EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
+    EXPECT_EQ(warnings(), QStringList());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EveryLook, Pages, testing::Combine(testing::Values("light", "dark"), testing::Values("en", "es", "fr")),
+    [](const auto& info) { return std::string(std::get<0>(info.param)) + "_" + std::get<1>(info.param); });
+
+using Window = WindowFixture;
+
+TEST_F(Window, aPageThatDoesNotExistIsRefusedAndLeavesTheWindowAsItIs) {
+    openWindow();
+    openPage("settings");
+    EXPECT_FALSE(window().open("no-such-page"));
+    EXPECT_EQ(window().quickWindow().property("page").toString(), "settings");
+    EXPECT_TRUE(window().pages().contains("fast-copy"));
+}
+
+TEST_F(Window, aFormerNameOpensTheToolThatTookItOver) {
+    openWindow();
+    openPage("lan-scanner");
+    EXPECT_EQ(window().quickWindow().property("page").toString(), "net-diagnostics");
+}
+
+TEST_F(Window, changesItsLanguageWhileItIsOpen) {
+    openWindow();
+    openPage("settings");
+    const auto titleIn = [&](const char* language) {
+        window().app().settings()->setProperty("language", language);
+        return window().quickWindow().title();
+    };
+    const auto english = titleIn("en");
+    EXPECT_NE(titleIn("es"), english);
+    EXPECT_NE(titleIn("fr"), titleIn("es"));
+    EXPECT_EQ(titleIn("en"), english);
+    EXPECT_EQ(warnings(), QStringList());
+}
+
+} // namespace vh::test

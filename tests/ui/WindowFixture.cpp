@@ -1,0 +1,93 @@
+#include "WindowFixture.h"
+
+#include <QAccessible>
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+namespace vh::test {
+
+namespace {
+
+QStringList* gathered = nullptr;
+
+void gather(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type != QtDebugMsg && type != QtInfoMsg && gathered)
+        *gathered << message;
+}
+
+void addShown(QQuickItem* item, std::vector<QQuickItem*>& list) {
+    if (!item->isVisible())
+        return;
+    list.push_back(item);
+    for (auto* child : item->childItems())
+        addShown(child, list);
+}
+
+} // namespace
+
+WindowFixture::WindowFixture() {
+    for (const auto* name : {"HOME", "TMPDIR", "XDG_RUNTIME_DIR"})
+        qputenv(name, QByteArray::fromStdString(home_.path()));
+    for (const auto* name : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+        qunsetenv(name);
+    qputenv("LC_ALL", "C.UTF-8");
+    gathered = &warnings_;
+    qInstallMessageHandler(gather);
+}
+
+WindowFixture::~WindowFixture() {
+    window_.reset();
+    session_.reset();
+    qInstallMessageHandler(nullptr);
+    gathered = nullptr;
+}
+
+void WindowFixture::fillCaches() {
+    const auto caches = QString::fromStdString(home_ / ".cache");
+    const std::pair<const char*, int> made[] = {{"small", 1000}, {"middle", 2000}, {"large", 3000}};
+    for (const auto& [name, size] : made) {
+        const auto folder = caches + QLatin1Char('/') + QLatin1String(name);
+        ASSERT_TRUE(QDir().mkpath(folder));
+        QFile file(folder + QStringLiteral("/data"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(QByteArray(size, 'x')), size);
+    }
+}
+
+ui::Window& WindowFixture::openWindow(const ui::LookOverride& look, QSize size) {
+    session_.emplace();
+    window_.emplace(*session_, look);
+    window_->quickWindow().resize(size);
+    window_->quickWindow().show();
+    window_->quickWindow().requestActivate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_->quickWindow()));
+    return *window_;
+}
+
+void WindowFixture::openPage(const QString& id) {
+    ASSERT_TRUE(window_->open(id)) << id.toStdString();
+    waitUntil("the page has come to rest",
+              [&] { return window_->quickWindow().property("settled").toBool(); });
+}
+
+void WindowFixture::waitUntil(const char* what, const std::function<bool()>& holds) {
+    ASSERT_TRUE(QTest::qWaitFor(holds, 20'000)) << "waited in vain until " << what;
+}
+
+void WindowFixture::press(int key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(&window_->quickWindow(), static_cast<Qt::Key>(key), modifiers);
+}
+
+std::vector<QQuickItem*> WindowFixture::shownItems() const {
+    std::vector<QQuickItem*> list;
+    addShown(window_->quickWindow().contentItem(), list);
+    return list;
+}
+
+QString accessibleName(QQuickItem* item) {
+    const auto* interface = QAccessible::queryAccessibleInterface(item);
+    return interface ? interface->text(QAccessible::Name) : QString();
+}
+
+} // namespace vh::test
