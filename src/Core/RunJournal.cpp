@@ -58,14 +58,18 @@ void RunJournal::open(const std::string& folder, const std::string& title) {
     }
 }
 
-void RunJournal::write(const JournalLine& line) {
-    if (path_.empty())
-        return;
+template <class Work>
+void RunJournal::attempt(Work work) {
     try {
-        appendToFile(path_, encodeJson(line) + "\n");
+        work();
     } catch (const std::runtime_error& error) {
         failure_ = error.what();
     }
+}
+
+void RunJournal::write(const JournalLine& line) {
+    if (!path_.empty())
+        attempt([&] { appendToFile(path_, encodeJson(line) + "\n"); });
 }
 
 void RunJournal::doing(const std::string& path) {
@@ -82,18 +86,17 @@ RunRecord RunJournal::finish(Outcome outcome, std::string summary, const RunMetr
     auto record = run_->close(outcome, std::move(summary), metrics, details);
     if (!record)
         return run_->closedRecord();
-    try {
-        write(*record);
-        if (!path_.empty())
-            flushFile(path_);
-        const bool isStored = log_.record(*record) == RunLog::Stored::inFile;
+    write(*record);
+    if (!path_.empty())
+        attempt([&] { flushFile(path_); });
+    const bool isStored = log_.record(*record) == RunLog::Stored::inFile;
+    // What fails here is done from the track at the next start.
+    attempt([&] {
         if (!rows_.empty())
             files_.save(record->id, rows_);
         if (isStored && !path_.empty())
             removePermanently(path_);
-    } catch (const SystemError& error) {
-        failure_ = error.what(); // what was not done now is done from the track at the next start
-    }
+    });
     return *record;
 }
 

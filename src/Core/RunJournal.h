@@ -38,6 +38,8 @@ private:
     RunJournal(RunLog& log, RunFiles& files, std::shared_ptr<RunHandle> run);
     void open(const std::string& folder, const std::string& title);
     void write(const JournalLine& line);
+    template <class Work>
+    void attempt(Work work);
 
     RunLog& log_;
     RunFiles& files_;
