@@ -17,28 +17,29 @@ struct Column {
     std::string_view name;
     double weight;
     bool isNumeric;
-    std::optional<std::string> (*cell)(const RunFileRow&, Language);
+    std::optional<std::string> (*cell)(const RunFileRow&, const Texts&);
 };
 
 constexpr Column columnTable[] = {
     {"path", 5, false,
-     [](const RunFileRow& row, Language) {
+     [](const RunFileRow& row, const Texts&) {
          return std::optional(printable(row.path));
      }},
     {"place", 4, false,
-     [](const RunFileRow& row, Language) {
+     [](const RunFileRow& row, const Texts&) {
          return row.place ? std::optional(printable(*row.place)) : std::nullopt;
      }},
     {"bytes", 1, true,
-     [](const RunFileRow& row, Language language) {
-         return row.bytes ? std::optional(sizeText(*row.bytes, language)) : std::nullopt;
+     [](const RunFileRow& row, const Texts& texts) {
+         return row.bytes ? std::optional(sizeText(*row.bytes, texts.language())) : std::nullopt;
      }},
     {"state", 1.5, false,
-     [](const RunFileRow& row, Language) {
-         return std::optional(row.state);
+     [](const RunFileRow& row, const Texts& texts) {
+         const std::string key = "run-file.state." + row.state;
+         return std::optional(texts.has(key) ? texts.text(key) : row.state);
      }},
     {"checksum", 3, false,
-     [](const RunFileRow& row, Language) {
+     [](const RunFileRow& row, const Texts&) {
          return row.checksum;
      }},
 };
@@ -111,7 +112,7 @@ public:
         for (const auto& row : rows) {
             auto& line = document.lines.emplace_back();
             for (const Column* column : shown)
-                line.cells.push_back(column->cell(row, texts_.language()).value_or(""));
+                line.cells.push_back(column->cell(row, texts_).value_or(""));
             line.tone = toneOfState(row.state);
             line.marker = markerOf(line.tone);
         }
@@ -130,7 +131,7 @@ private:
         std::vector<const Column*> shown;
         for (const Column& column : columnTable)
             if (std::ranges::any_of(rows, [&](const RunFileRow& row) {
-                    return column.cell(row, texts_.language()).has_value();
+                    return column.cell(row, texts_).has_value();
                 }))
                 shown.push_back(&column);
         return shown;

@@ -1,5 +1,6 @@
 #include "app/Session.h"
 
+#include "Core/CleanJob.h"
 #include "Core/DatabaseLocation.h"
 #include "Core/RunJournal.h"
 #include "app/ModuleRegistry.h"

@@ -1,17 +1,31 @@
 #include "cli/CommandLine.h"
 
+#include "Core/Printable.h"
 #include "Core/Texts.h"
-#include "Platform/SystemError.h"
 #include "Platform/Terminal.h"
 #include "app/Session.h"
 #include "cli/Console.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 namespace vh::cli {
 
 std::string CommandLine::text(std::string_view key) const {
     return session_.texts().text(key);
+}
+
+/// The words that every help page repeats.
+void CommandLine::translateLabels(CLI::App& app) const {
+    for (const auto& [label, key] : {std::pair{"Usage", "cli.label.usage"},
+                                     {"OPTIONS", "cli.label.options-word"},
+                                     {"Options", "cli.label.options"},
+                                     {"SUBCOMMAND", "cli.label.command-word"},
+                                     {"SUBCOMMANDS", "cli.label.command-word"},
+                                     {"Subcommands", "cli.label.commands"},
+                                     {"Positionals", "cli.label.arguments"},
+                                     {"REQUIRED", "cli.label.required"}})
+        app.get_formatter()->label(label, text(key));
 }
 
 void CommandLine::on(CLI::App* verb, Action action) {
@@ -20,10 +34,17 @@ void CommandLine::on(CLI::App* verb, Action action) {
 }
 
 Exit CommandLine::run(int argc, const char* const* argv) {
-    CLI::App app(text("cli.about"), "varnholt");
-    app.set_version_flag("--version", "varnholt " VH_VERSION);
-    app.require_subcommand(1);
     const std::string_view noun = argc > 1 ? argv[1] : "";
+    if (!noun.empty() && !noun.starts_with('-') &&
+        std::ranges::find(commands(), noun, &Command::noun) == commands().end()) {
+        complain(session_.texts().text("cli.unknown-noun", {{"noun", printable(noun)}}));
+        return Exit::usage;
+    }
+    CLI::App app(text("cli.about"), "varnholt");
+    app.set_help_flag("-h,--help", text("cli.help"));
+    app.set_version_flag("--version", "varnholt " VH_VERSION, text("cli.version"));
+    app.require_subcommand(1);
+    translateLabels(app);
     for (const Command& command : commands()) {
         CLI::App* sub = app.add_subcommand(std::string(command.noun), text(command.helpKey));
         // The words of the other nouns are not needed, and there will be dozens of them.
@@ -47,6 +68,9 @@ Exit CommandLine::perform() {
     } catch (const Cancelled&) {
         complain(text("cli.cancelled"));
         return Exit::cancelled;
+    } catch (const UsageError& error) {
+        complain(error.what());
+        return Exit::usage;
     } catch (const std::exception& error) {
         complain(error.what());
         return Exit::failed;

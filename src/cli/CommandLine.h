@@ -5,8 +5,8 @@
 
 #include <CLI/App.hpp>
 #include <functional>
-#include <memory>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -17,6 +17,12 @@ class Session;
 namespace vh::cli {
 
 enum class Format { people, json };
+
+/// Words that a command cannot do anything with: what() says which, and what is expected.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 /// What a command is handed when it runs.
 struct Context {
@@ -42,6 +48,7 @@ public:
     Exit run(int argc, const char* const* argv);
 
 private:
+    void translateLabels(CLI::App& app) const;
     Exit perform();
 
     app::Session& session_;

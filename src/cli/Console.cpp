@@ -41,6 +41,10 @@ void complain(std::string_view text) {
     std::fprintf(stderr, "varnholt: %.*s\n", int(text.size()), text.data());
 }
 
+size_t outputWidth() {
+    return isTerminal(StandardStream::output) ? terminalWidth() : 0;
+}
+
 bool confirm(std::string_view question, std::string_view yesLetters) {
     flush();
     std::fprintf(stderr, "%.*s ", int(question.size()), question.data());

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "Core/JobControl.h"
-
-#include <memory>
+#include <cstddef>
 #include <string_view>
 
 namespace vh::cli {
@@ -13,6 +11,9 @@ void print(std::string_view text);
 void flush();
 /// One line on standard error, "varnholt: " in front.
 void complain(std::string_view text);
+
+/// Columns for a table on standard output; 0, without limit, when it goes elsewhere than to a terminal.
+size_t outputWidth();
 
 /// Asks on the terminal; only a yes in the user's language or English counts as one.
 bool confirm(std::string_view question, std::string_view yesLetters);

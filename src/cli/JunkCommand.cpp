@@ -79,7 +79,7 @@ void printItems(const std::vector<ScanItem>& items, const Texts& texts) {
     for (const ScanItem& item : items)
         table.add({sizeText(item.byteSize, texts.language()), texts.text("scan.category." + item.category),
                    printable(item.path)});
-    print(table.text(isTerminal(StandardStream::output) ? terminalWidth() : 0));
+    print(table.text(outputWidth()));
 }
 
 Exit scanJunk(Context& context) {

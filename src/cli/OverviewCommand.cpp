@@ -3,7 +3,6 @@
 #include "Core/Printable.h"
 #include "Core/SuiteModule.h"
 #include "Platform/Host.h"
-#include "Platform/Terminal.h"
 #include "Platform/Volumes.h"
 #include "app/ModuleRegistry.h"
 #include "app/Session.h"
@@ -96,7 +95,7 @@ std::string diskTable(const std::vector<Volume>& disks, const Texts& texts) {
                    sizeText(static_cast<int64_t>(disk.totalBytes - disk.freeBytes), texts.language()),
                    sizeText(static_cast<int64_t>(disk.freeBytes), texts.language()),
                    sizeText(static_cast<int64_t>(disk.totalBytes), texts.language()), printable(disk.path)});
-    return table.text(isTerminal(StandardStream::output) ? terminalWidth() : 0);
+    return table.text(outputWidth());
 }
 
 std::string junkTable(const std::vector<JunkCategory>& junk, const Texts& texts) {

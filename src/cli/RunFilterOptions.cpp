@@ -1,11 +1,13 @@
 #include "cli/RunFilterOptions.h"
 
+#include "Core/Printable.h"
 #include "Core/ToolTexts.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 
 #include <CLI/App.hpp>
 #include <charconv>
+#include <fmt/ranges.h>
 
 namespace vh::cli {
 
@@ -20,13 +22,17 @@ std::string rawValues() {
     return fmt::format("{}", fmt::join(names, "|"));
 }
 
+[[noreturn]] void failWord(std::string_view word, std::string_view expected) {
+    throw UsageError(fmt::format("{}: {}", printable(word), expected));
+}
+
 template <class E>
 std::optional<E> caseOf(const std::string& word) {
     if (word.empty())
         return std::nullopt;
     const auto found = fromRaw<E>(word);
     if (!found)
-        throw std::invalid_argument(fmt::format("{}: {}", word, rawValues<E>()));
+        failWord(word, rawValues<E>());
     return found;
 }
 
@@ -45,7 +51,7 @@ Period periodOf(const RunFilterOptions& options, const LocalCalendar& calendar) 
     int days = 0;
     const char* end = options.period.data() + options.period.size();
     if (std::from_chars(options.period.data(), end, days).ptr != end || days < 0)
-        throw std::invalid_argument(fmt::format("{}: {}", options.period, periodWords));
+        failWord(options.period, periodWords);
     return LastDays{days};
 }
 
@@ -54,7 +60,7 @@ Period periodOf(const RunFilterOptions& options, const LocalCalendar& calendar) 
 Date parseDay(const std::string& text, const LocalCalendar& calendar) {
     const auto noon = parseIso8601(text + "T12:00:00Z");
     if (!noon)
-        throw std::invalid_argument(text + ": YYYY-MM-DD");
+        failWord(text, "YYYY-MM-DD");
     const WallTime wall = calendar.wallTime(*noon);
     // Far from Greenwich, noon there is already the next day here.
     const Date start = calendar.startOfDay(*noon);

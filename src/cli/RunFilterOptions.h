@@ -23,14 +23,14 @@ struct RunFilterOptions {
     std::string tool, period, from, to, outcome, computer, trigger, text;
 
     void addTo(CLI::App& verb, const CommandLine& line);
-    /// Throws std::invalid_argument for a word that is none of those offered.
+    /// Throws UsageError for a word that is none of those offered.
     RunFilter filter(const LocalCalendar& calendar) const;
 };
 
 /// The runs of the log that match, newest first.
 std::vector<RunRecord> matchingRuns(app::Session& session, const RunFilter& filter);
 
-/// A day of the calendar such as "2026-11-22", at its start. Throws std::invalid_argument.
+/// A day of the calendar such as "2026-11-22", at its start. Throws UsageError.
 Date parseDay(const std::string& text, const LocalCalendar& calendar);
 
 } // namespace vh::cli

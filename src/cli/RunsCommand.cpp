@@ -1,18 +1,15 @@
 #include "cli/RunsCommand.h"
 
-#include "Core/ByteFormat.h"
 #include "Core/Csv.h"
 #include "Core/Printable.h"
+#include "Core/RunReportDocument.h"
 #include "Core/ToolTexts.h"
-#include "Platform/Terminal.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/Reply.h"
 #include "cli/RunFilterOptions.h"
 #include "cli/Table.h"
-
-#include <fmt/ranges.h>
 
 namespace vh {
 
@@ -67,32 +64,21 @@ Exit listRuns(Context& context, const ListOptions& options) {
     return Exit::done;
 }
 
-void printFacts(const RunRecord& run, const Texts& texts) {
-    const auto fact = [&](const char* key, const std::string& value) {
-        print(fmt::format("{}: {}\n", texts.text(key), printable(value)));
-    };
-    fact("cli.column.id", run.id.text());
-    fact("cli.column.tool", toolName(texts, run.toolID));
-    fact("cli.column.date", timestamp(run.startedAt, LocalCalendar()));
-    fact("cli.column.duration", durationText(run.duration, texts.language()));
-    fact("cli.column.outcome", outcomeTitle(texts, run.outcome));
-    fact("cli.column.trigger", texts.text(fmt::format("trigger.{}", rawValue(run.trigger))));
-    fact("cli.column.computer", run.computer.value_or(RunLog::thisComputer()));
-    fact("cli.column.summary", run.summary);
-    for (const auto& [name, value] : run.details.value_or(std::map<std::string, std::string>()))
-        print(fmt::format("{}: {}\n", name, printable(value)));
-}
-
-void printFiles(const std::vector<RunFileRow>& files, const Texts& texts) {
-    Table table({{texts.text("cli.column.size"), Align::right},
-                 {texts.text("cli.column.state")},
-                 {texts.text("cli.column.path"), Align::left, true},
-                 {texts.text("cli.column.place"), Align::left, true}});
-    for (const RunFileRow& row : files)
-        table.add({row.bytes ? sizeText(*row.bytes, texts.language()) : "",
-                   texts.text("run-file.state." + row.state), printable(row.path),
-                   printable(row.place.value_or(""))});
-    print("\n" + table.text(isTerminal(StandardStream::output) ? terminalWidth() : 0));
+void printReport(const RunReportDocument& report) {
+    print(fmt::format("{}  {}\n{}\n\n", report.title, report.identity, report.meta));
+    for (const auto& [label, value] : report.facts)
+        print(fmt::format("{}: {}\n", label, printable(value)));
+    for (const auto& total : report.totals)
+        print(fmt::format("{}: {}\n", total.label, total.value));
+    std::vector<Column> columns;
+    for (size_t i = 0; i < report.columns.size(); ++i)
+        columns.push_back({report.columns[i], report.numeric.contains(i) ? Align::right : Align::left,
+                           !report.numeric.contains(i)});
+    Table table(std::move(columns));
+    for (const auto& line : report.lines)
+        table.add(line.cells);
+    if (!table.isEmpty())
+        print("\n" + table.text(outputWidth()));
 }
 
 Exit showRun(Context& context, const std::string& word) {
@@ -104,9 +90,7 @@ Exit showRun(Context& context, const std::string& word) {
         printJson(RunReply{*run, files});
         return Exit::done;
     }
-    printFacts(*run, context.session.texts());
-    if (!files.empty())
-        printFiles(files, context.session.texts());
+    printReport(RunReportDocument::of(*run, files, context.session.texts(), LocalCalendar()));
     return Exit::done;
 }
 
@@ -124,7 +108,7 @@ void printRuns(const std::vector<RunRecord>& runs, const Texts& texts) {
         table.add({run.id.text().substr(0, 8), timestamp(run.startedAt, calendar).substr(0, 16),
                    printable(toolName(texts, run.toolID)), outcomeTitle(texts, run.outcome),
                    texts.text(fmt::format("trigger.{}", rawValue(run.trigger))), printable(run.summary)});
-    print(table.text(isTerminal(StandardStream::output) ? terminalWidth() : 0));
+    print(table.text(outputWidth()));
 }
 
 std::optional<RunRecord> findRun(Context& context, const std::string& word) {

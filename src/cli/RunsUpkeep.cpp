@@ -105,7 +105,8 @@ Exit undo(Context& context, const std::string& word) {
 Exit exportRuns(Context& context, const ExportOptions& options) {
     const Texts& texts = context.session.texts();
     const auto runs = matchingRuns(context.session, options.filter.filter(LocalCalendar()));
-    const std::string csv = ActivityExport{texts, std::string(code(texts.language())), LocalCalendar()}.csv(runs);
+    const std::string csv =
+        ActivityExport{texts, std::string(code(texts.language())), LocalCalendar()}.csv(runs);
     if (options.output.empty()) {
         print(csv);
         return Exit::done;
@@ -123,7 +124,7 @@ std::optional<Date> pruneDate(Context& context, const PruneOptions& options) {
                                            : std::optional(options.keep);
     const auto keep = word ? fromRaw<Keep>(*word) : std::optional(Keep::always);
     if (!keep)
-        throw std::invalid_argument(*word + ": days30|days90|months6|year|always");
+        throw UsageError(printable(*word) + ": days30|days90|months6|year|always");
     return cutoff(*keep, systemNow());
 }
 

@@ -1,6 +1,5 @@
 #include "Core/ToolCatalog.h"
 #include "Core/ToolTexts.h"
-#include "Platform/Terminal.h"
 #include "app/ModuleRegistry.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
@@ -27,7 +26,7 @@ Exit listTools(Context& context) {
         table.add({std::string(tool.id), toolName(texts, tool.id), sectionTitle(texts, tool.section),
                    texts.text(hasEngine ? "cli.engine.ready" : "cli.engine.missing")});
     }
-    print(table.text(isTerminal(StandardStream::output) ? terminalWidth() : 0));
+    print(table.text(outputWidth()));
     return Exit::done;
 }
 
