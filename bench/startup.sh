@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# bench/startup.sh [BIN]: time from start to end of commands that only look, against `rsync --version` in the same run.
+# Prints the median of 40 runs each and the ratio. A log of 20,000 runs stands in the sandbox home.
+set -euo pipefail
+bin=$(realpath "${1:-build/release/bin}")
+export HOME
+HOME=$(mktemp -d)
+trap 'rm -rf "$HOME"' EXIT
+unset XDG_DATA_HOME XDG_CONFIG_HOME
+
+mkdir -p "$HOME/.local/share/Varnholt"
+line='{"computer":"atelier","details":{"bytes":"123456","failed":"0","files":"31"},"duration":1.25,"id":"0B5F6A0E-7C1E-4B0B-9F0C-XXXXXXXXXXXX","metrics":{"errors":0,"filesRemoved":31,"freedBytes":123456789},"outcome":"success","startedAt":"2026-11-22T20:18:55Z","summary":"31 items moved to the Trash, 123.5 MB.","toolID":"system-junk","trigger":"manual"}'
+seq -f %012.0f 1 20000 | sed "s|\(.*\)|$line|; s|XXXXXXXXXXXX||" | awk '{ n = sprintf("%012d", NR); sub(/9F0C-/, "9F0C-" n); print }' >"$HOME/.local/share/Varnholt/runs.jsonl"
+
+median() { # words
+    local i
+    for i in $(seq 40); do
+        local start=$EPOCHREALTIME
+        "$@" >/dev/null
+        local end=$EPOCHREALTIME
+        echo $((${end/./} - ${start/./}))
+    done | sort -n | sed -n 20p
+}
+
+peer=$(median rsync --version)
+printf '%-28s %8s us\n' 'rsync --version' "$peer"
+for words in 'tools' 'runs list' 'runs list --text trash'; do
+    # shellcheck disable=SC2086 # the words are words
+    own=$(median "$bin/varnholt" $words)
+    awk -v name="varnholt $words" -v own="$own" -v peer="$peer" 'BEGIN { printf "%-28s %8d us  %.2f of rsync --version\n", name, own, own / peer }'
+done
