@@ -95,7 +95,7 @@ void RunLog::prune(std::optional<Date> before, std::optional<Date> filesBefore) 
         const auto isOld = [&](const RunRecord& record) {
             return before && record.startedAt < *before;
         };
-        if (std::ranges::any_of(file_.records(), isOld))
+        if (std::ranges::any_of(file_.entries(), isOld, &RunLogFile::Entry::record))
             file_.rewrite([&](const RunRecord& record) { return !isOld(record); });
         std::erase_if(waiting_, [&](const Waiting& each) { return isOld(each.record); });
         ++changes_;
@@ -257,9 +257,9 @@ void RunLog::forEachNewestFirst(Visit visit) const {
     for (auto each = waiting_.rbegin(); each != waiting_.rend() && left > 0; ++each, --left)
         if (!visit(each->record))
             return;
-    const auto& records = file_.records();
-    for (auto each = records.rbegin(); each != records.rend() && left > 0; ++each, --left)
-        if (!visit(*each))
+    const auto& entries = file_.entries();
+    for (auto each = entries.rbegin(); each != entries.rend() && left > 0; ++each, --left)
+        if (!visit(each->record))
             return;
 }
 
@@ -267,6 +267,7 @@ std::vector<RunRecord> RunLog::recent(size_t n) const {
     const std::lock_guard guard(mutex_);
     catchUp();
     std::vector<RunRecord> found;
+    found.reserve(std::min(n, file_.entries().size() + waiting_.size()));
     forEachNewestFirst([&](const RunRecord& record) {
         if (found.size() < n)
             found.push_back(record);
@@ -314,9 +315,12 @@ double RunLog::total(RunMetric metric, Date since) const {
 std::optional<RunLog::Stored> RunLog::find(const Uuid& id) const {
     const std::lock_guard guard(mutex_);
     catchUp();
-    if (std::ranges::any_of(file_.records(), [&](const RunRecord& record) { return record.id == id; }))
+    const auto isIt = [&](const auto& each) {
+        return each.record.id == id;
+    };
+    if (std::ranges::any_of(file_.entries(), isIt))
         return Stored::inFile;
-    if (std::ranges::any_of(waiting_, [&](const Waiting& each) { return each.record.id == id; }))
+    if (std::ranges::any_of(waiting_, isIt))
         return Stored::inMemory;
     return std::nullopt;
 }

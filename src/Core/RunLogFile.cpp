@@ -5,6 +5,8 @@
 #include "Platform/SystemError.h"
 
 #include <algorithm>
+#include <iterator>
+#include <vector>
 
 namespace vh {
 
@@ -18,31 +20,31 @@ std::optional<RunRecord> decodeLine(JsonDocument& parser, std::string_view line)
     }
 }
 
-struct Line {
-    RunRecord record;
-    std::string_view text;
-};
+std::vector<std::string_view> split(std::string_view lines) {
+    std::vector<std::string_view> found;
+    while (!lines.empty()) {
+        found.push_back(lines.substr(0, lines.find('\n')));
+        lines.remove_prefix(found.back().size() + 1);
+    }
+    return found;
+}
 
-/// The last `most` lines that are records, oldest first. Reads from the end, so that a file that has grown far too
-/// long costs no more than one of full length.
-std::deque<Line> lastRecords(JsonDocument& parser, std::string_view text, size_t most) {
-    std::deque<Line> found;
-    while (!text.empty() && found.size() < most) {
-        text.remove_suffix(1); // the line feed
-        const size_t feed = text.rfind('\n');
-        const size_t start = feed == std::string_view::npos ? 0 : feed + 1;
-        const std::string_view line = text.substr(start);
-        if (!line.empty())
-            if (auto record = decodeLine(parser, line))
-                found.push_front({std::move(*record), line});
-        text.remove_suffix(line.size());
+/// The last `most` of the lines that are records, oldest first. Reads from the end, so that a file that has grown far
+/// too long costs no more than one of full length. `start` is where the lines begin in the file.
+std::deque<RunLogFile::Entry> lastRecords(JsonDocument& parser, const std::vector<std::string_view>& lines,
+                                          int64_t start, size_t most) {
+    std::deque<RunLogFile::Entry> found;
+    for (auto line = lines.rbegin(); line != lines.rend() && found.size() < most; ++line) {
+        const int64_t offset = start + (line->data() - lines.front().data());
+        if (auto record = line->empty() ? std::nullopt : decodeLine(parser, *line))
+            found.push_front({std::move(*record), offset, line->size()});
     }
     return found;
 }
 
 /// The front part that ends with a line feed.
 std::string_view wholeLines(std::string_view text) {
-    return text.substr(0, text.rfind('\n') + 1); // nothing found counts as -1
+    return text.substr(0, text.rfind('\n') + 1);
 }
 
 } // namespace
@@ -57,7 +59,7 @@ void RunLogFile::switchTo(std::string path) {
 
 bool RunLogFile::catchUp() {
     const auto now = stampOf(path_);
-    if (!now && !open_ && records_.empty())
+    if (!now && !open_ && entries_.empty())
         return false;
     if (!now || !open_ || open_->stamp().identity != now->identity || now->byteSize < consumed_)
         return reload();
@@ -67,13 +69,13 @@ bool RunLogFile::catchUp() {
 bool RunLogFile::reload() {
     auto opened = GrowingFile::openIfPresent(path_);
     const std::string text = opened ? opened->readFrom(0) : std::string();
-    const bool hadRecords = !records_.empty();
+    const bool hadEntries = !entries_.empty();
     open_ = std::move(opened);
-    records_.clear();
+    entries_.clear();
     lines_ = 0;
     consumed_ = 0;
     takeIn(wholeLines(text));
-    return hadRecords || !records_.empty();
+    return hadEntries || !entries_.empty();
 }
 
 bool RunLogFile::readOn() {
@@ -83,20 +85,27 @@ bool RunLogFile::readOn() {
     return !lines.empty();
 }
 
-void RunLogFile::takeIn(std::string_view lines) {
-    for (auto& line : lastRecords(parser_, lines, maxRecords_))
-        records_.push_back(std::move(line.record));
-    while (records_.size() > maxRecords_)
-        records_.pop_front();
-    lines_ += static_cast<size_t>(std::ranges::count(lines, '\n'));
-    consumed_ += static_cast<int64_t>(lines.size());
+void RunLogFile::takeIn(std::string_view text) {
+    const auto lines = split(text);
+    auto found = lastRecords(parser_, lines, consumed_, maxRecords_);
+    if (entries_.empty())
+        entries_ = std::move(found);
+    else
+        std::ranges::move(found, std::back_inserter(entries_));
+    while (entries_.size() > maxRecords_)
+        entries_.pop_front();
+    lines_ += lines.size();
+    consumed_ += static_cast<int64_t>(text.size());
+}
+
+/// A line that somebody could not end is damaged; the next must not be glued to it.
+bool RunLogFile::hasCutLine() const {
+    return open_ && open_->stamp().byteSize > consumed_;
 }
 
 void RunLogFile::append(std::string_view line) {
     catchUp();
-    // A line that somebody could not end is damaged; this one must not be glued to it.
-    const bool hasCutLine = open_ && open_->stamp().byteSize > consumed_;
-    appendToFile(path_, (hasCutLine ? "\n" : "") + std::string(line) + "\n");
+    appendToFile(path_, (hasCutLine() ? "\n" : "") + std::string(line) + "\n");
     try {
         catchUp();
     } catch (const SystemError&) {
@@ -104,17 +113,36 @@ void RunLogFile::append(std::string_view line) {
     }
 }
 
+/// The lines themselves are kept, with what a newer version wrote into them.
 void RunLogFile::rewrite(const std::function<bool(const RunRecord&)>& keep) {
-    std::string old = readFileIfPresent(path_).value_or("");
-    if (!old.empty() && old.back() != '\n')
-        old += '\n'; // nobody writes now, so a last line without its end is as whole as it will be
-    std::string text;
-    // The lines themselves are kept, with what a newer version wrote into them.
-    for (const auto& line : lastRecords(parser_, old, maxRecords_))
-        if (keep(line.record))
-            text.append(line.text) += '\n';
-    writeFileAtomically(path_, text);
     catchUp();
+    if (hasCutLine()) {
+        appendToFile(path_, "\n"); // nobody writes now, so it is as whole as it will be
+        catchUp();
+    }
+    const std::string old = open_ ? open_->readFrom(0) : std::string();
+    std::string text;
+    std::vector<size_t> kept;
+    for (size_t i = 0; i < entries_.size(); ++i) {
+        if (!keep(entries_[i].record))
+            continue;
+        kept.push_back(i);
+        text.append(old, static_cast<size_t>(entries_[i].offset), entries_[i].length) += '\n';
+    }
+    writeFileAtomically(path_, text);
+    auto opened = GrowingFile::openIfPresent(path_);
+
+    std::deque<Entry> entries;
+    int64_t offset = 0;
+    for (const size_t i : kept) {
+        auto& entry = entries.emplace_back(std::move(entries_[i]));
+        entry.offset = offset;
+        offset += static_cast<int64_t>(entry.length) + 1;
+    }
+    open_ = std::move(opened);
+    entries_ = std::move(entries);
+    lines_ = entries_.size();
+    consumed_ = offset;
 }
 
 } // namespace vh

@@ -19,7 +19,12 @@ public:
     RunLogFile(std::string path, size_t maxRecords);
 
     const std::string& path() const { return path_; }
-    const std::deque<RunRecord>& records() const { return records_; } ///< oldest first
+    struct Entry {
+        RunRecord record;
+        int64_t offset = 0; ///< of its line in the file
+        size_t length = 0;  ///< without the line feed
+    };
+    const std::deque<Entry>& entries() const { return entries_; } ///< oldest first
 
     /// Goes on with another file, which the next catchUp reads.
     void switchTo(std::string path);
@@ -29,6 +34,7 @@ public:
 
     /// The rest needs the database lock. Each throws SystemError and then leaves the file as it was.
     void append(std::string_view line); ///< `line` without its line feed
+    /// Drops the records that are not to be kept, those beyond maxRecords and damaged lines.
     void rewrite(const std::function<bool(const RunRecord&)>& keep);
     /// False until the file has outgrown maxRecords by more than a sixteenth.
     bool isDueForRewrite() const { return lines_ > maxRecords_ + maxRecords_ / 16; }
@@ -36,7 +42,8 @@ public:
 private:
     bool reload();
     bool readOn();
-    void takeIn(std::string_view lines);
+    void takeIn(std::string_view text);
+    bool hasCutLine() const;
 
     std::string path_;
     size_t maxRecords_;
@@ -44,7 +51,7 @@ private:
     std::optional<GrowingFile> open_;
     int64_t consumed_ = 0; // bytes of whole lines read
     size_t lines_ = 0;     // those lines
-    std::deque<RunRecord> records_;
+    std::deque<Entry> entries_;
 };
 
 } // namespace vh
