@@ -79,4 +79,7 @@ ActivityCenter::Job* ActivityCenter::find(const QString& key) {
     return found == jobs_.end() ? nullptr : &*found;
 }
 
+JobToken::JobToken(QString key, const std::function<void()>& end)
+    : key_(std::move(key)), end_(nullptr, [end](void*) { end(); }) {}
+
 } // namespace vh::app

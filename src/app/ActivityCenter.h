@@ -7,8 +7,8 @@
 #include <QSet>
 #include <QString>
 #include <functional>
+#include <memory>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace vh::app {
@@ -67,21 +67,17 @@ private:
 /// Ends its job when it goes, from whatever thread, so that no job is left spinning.
 class JobToken {
 public:
-    JobToken(JobToken&& other) noexcept : key_(std::move(other.key_)), end_(std::exchange(other.end_, {})) {}
-    JobToken& operator=(JobToken&&) = delete;
-    ~JobToken() {
-        if (end_)
-            end_();
-    }
+    JobToken(JobToken&&) noexcept = default;
+    JobToken& operator=(JobToken&&) noexcept = default;
 
     const QString& key() const { return key_; }
 
 private:
     friend class ActivityCenter;
-    JobToken(QString key, std::function<void()> end) : key_(std::move(key)), end_(std::move(end)) {}
+    JobToken(QString key, const std::function<void()>& end);
 
     QString key_;
-    std::function<void()> end_;
+    std::shared_ptr<void> end_; ///< its deleter ends the job
 };
 
 } // namespace vh::app

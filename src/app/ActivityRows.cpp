@@ -172,13 +172,13 @@ QVariantMap ActivityWords::facts(const RunRecord& record) const {
         if (!value.isEmpty())
             facts << QVariantMap{{QStringLiteral("label"), text(label)}, {QStringLiteral("value"), value}};
     };
-    add("activity.column.trigger", text(keyOf("trigger.", record.trigger)));
-    add("activity.column.computer", shown(computerOf(record)));
-    add("activity.column.duration", qtText(durationText(record.duration, texts.language())));
+    add("activity.heading.trigger", text(keyOf("trigger.", record.trigger)));
+    add("activity.filter.computer", shown(computerOf(record)));
+    add("activity.heading.duration", qtText(durationText(record.duration, texts.language())));
     if (const auto files = record.files())
-        add("activity.column.files", localeOf(texts.language()).toString(static_cast<qlonglong>(*files)));
+        add("activity.heading.files", localeOf(texts.language()).toString(static_cast<qlonglong>(*files)));
     if (const auto bytes = record.bytes())
-        add("activity.column.bytes", qtText(sizeText(*bytes, texts.language())));
+        add("activity.heading.size", qtText(sizeText(*bytes, texts.language())));
     for (const RunDetail detail : allCases<RunDetail>())
         if (detail != RunDetail::files && detail != RunDetail::bytes)
             add(keyOf("activity.column.", detail), shown(record.detail(detail).value_or("")));

@@ -25,6 +25,9 @@ namespace {
 /// Nobody reads further down, and a copy's list can have millions of rows.
 constexpr size_t shownFiles = 10000;
 
+/// An export is for others to read too, as far as the folder lets them.
+constexpr unsigned exportMode = 0644;
+
 constexpr std::array periods{"all", "today", "yesterday", "7", "30", "90", "range"};
 
 } // namespace
@@ -146,7 +149,7 @@ void ActivityViewModel::undo(const QString& runId) {
     if (!id || undoing_.isBusy())
         return;
     const auto token = std::make_shared<JobToken>(context_.activity().beginToken(
-        context_.texts().text("clean.undoing"), selected_[QStringLiteral("toolID")].toString()));
+        context_.texts().text("cache.undoing"), selected_[QStringLiteral("toolID")].toString()));
     undoing_.run(
         [id = *id, stores = context_.runStores(), texts = context_.texts().current(),
          token](const Background::Task& task) {
@@ -174,9 +177,9 @@ bool ActivityViewModel::exportCsv(const QString& fileUrlOrPath) {
         return false;
     }
     try {
-        const QString locale = QLocale::system().name().replace(u'_', u'-');
-        const ActivityExport document{context_.texts().current(), locale.toStdString(), context_.calendar()};
-        writeFileAtomically(path, document.csv(shown_.records));
+        const Texts& texts = context_.texts().current();
+        const ActivityExport document{texts, std::string(code(texts.language())), context_.calendar()};
+        writeFileAtomically(path, document.csv(shown_.records), exportMode);
     } catch (const std::exception& error) {
         say(qtText(printable(error.what())));
         return false;

@@ -7,11 +7,22 @@
 #include "app/RunLogWatch.h"
 #include "app/Session.h"
 
+#include <QTimer>
+
 namespace vh::app {
+
+namespace {
+
+/// Long enough for the first frame to be there.
+constexpr std::chrono::seconds upkeepDelay{3};
+
+} // namespace
 
 AppContext::AppContext(Session& session, Clock clock, LocalCalendar calendar)
     : session_(session), clock_(std::move(clock)), calendar_(std::move(calendar)),
-      texts_(std::make_unique<AppTexts>(session)), activity_(std::make_unique<ActivityCenter>(clock_)) {}
+      texts_(std::make_unique<AppTexts>(session)), activity_(std::make_unique<ActivityCenter>(clock_)) {
+    QTimer::singleShot(upkeepDelay, texts_.get(), [this] { databaseCare(); });
+}
 
 AppContext::~AppContext() = default;
 
@@ -22,9 +33,11 @@ RunLogWatch& AppContext::runs() {
 }
 
 DatabaseCare& AppContext::databaseCare() {
-    if (!databaseCare_)
+    if (!databaseCare_) {
         databaseCare_ = std::make_unique<DatabaseCare>(session_.defaults(), session_.runLog(),
                                                        session_.runFiles(), clock_);
+        databaseCare_->start();
+    }
     return *databaseCare_;
 }
 

@@ -30,6 +30,7 @@ public:
     ActivityCenter& activity() { return *activity_; }
     /// Both open the run log when first asked for.
     RunLogWatch& runs();
+    /// At work from then on, and by itself soon after the start.
     DatabaseCare& databaseCare();
     RunStores runStores();
 

@@ -22,11 +22,11 @@ QString AppTexts::durationText(double seconds) const {
 }
 
 std::string AppTexts::setting() const {
-    return session_.defaults().get<std::string>(key).value_or(std::string(systemSetting));
+    return session_.defaults().get<std::string>(settingKey).value_or(std::string(systemSetting));
 }
 
 void AppTexts::setSetting(const std::string& setting) {
-    session_.defaults().set(key, setting);
+    session_.defaults().set(settingKey, setting);
     session_.useLanguageOfSetting();
     emit changed();
 }

@@ -16,7 +16,7 @@ class Session;
 class AppTexts : public QObject {
     Q_OBJECT
 public:
-    static constexpr std::string_view key = "app.language";
+    static constexpr std::string_view settingKey = "app.language";
     static constexpr std::string_view systemSetting = "system";
 
     explicit AppTexts(Session& session) : session_(session) {}

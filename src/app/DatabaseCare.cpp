@@ -10,8 +10,6 @@ namespace vh::app {
 
 namespace {
 
-constexpr std::string_view keepRunsKey = "database.keep-runs";
-constexpr std::string_view keepFilesKey = "database.keep-files";
 constexpr std::chrono::hours interval{6};
 
 } // namespace

@@ -23,7 +23,9 @@ signals:
     void changed();
 
 private:
-    void watch();
+    void refresh();
+    /// True when something is watched now that was not before.
+    bool watch();
 
     RunLog& log_;
     QFileSystemWatcher watcher_;

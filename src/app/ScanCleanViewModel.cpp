@@ -19,7 +19,7 @@ namespace vh::app {
 
 namespace {
 
-constexpr std::string_view categoryKeyPrefix = "clean.category.";
+constexpr std::string_view categoryKeyPrefix = "scan.category.";
 
 std::shared_ptr<SuiteModule> moduleOf(AppContext& context, const QString& id) {
     auto module = context.session().registry().module(id.toStdString());
@@ -122,7 +122,7 @@ QVariantList ScanCleanViewModel::selectedItems() const {
 }
 
 QString ScanCleanViewModel::undoText() const {
-    return canUndo() ? context_.texts().text("clean.undo", {{"count", undoableCount_}}) : QString();
+    return canUndo() ? context_.texts().text("cache.undo", {{"count", undoableCount_}}) : QString();
 }
 
 QString ScanCleanViewModel::categoryTitle(std::string_view category) const {
@@ -356,13 +356,13 @@ void ScanCleanViewModel::finishClean(CleanJobResult result) {
 void ScanCleanViewModel::undo() {
     if (!canUndo() || !isIdle())
         return;
-    beginWork("clean.undoing");
+    beginWork("cache.undoing");
     work_.run(
         [this, run = *undoableRun_, stores = context_.runStores(),
          texts = context_.texts().current()](const Background::Task& task) {
             UndoResult result = undoRun(run, Trigger::manual, stores, texts, controlOf(task));
             const auto rows = stores.files.rows(run);
-            return std::pair(std::move(result), canUndo(rows) ? trashedCount(rows) : 0);
+            return std::pair(std::move(result), vh::canUndo(rows) ? trashedCount(rows) : 0);
         },
         [this](std::future<std::pair<UndoResult, int64_t>> result) {
             try {

@@ -1,0 +1,63 @@
+#include "app/RunLogWatch.h"
+
+#include "app/Desk.h"
+#include "support/ChildWork.h"
+
+#include <thread>
+
+namespace vh::app::test {
+namespace {
+
+/// As another process sees the same database.
+struct Other {
+    UserDefaults defaults{UserDefaults::fileOfUser()};
+    RunFiles files{defaults};
+    RunLog log{defaults, files};
+};
+
+struct Watch : testing::Test {
+    Desk desk;
+    RunLogWatch& watch = desk.context.runs();
+    std::shared_ptr<int> changes = countOf(&watch, &RunLogWatch::changed);
+
+    bool sees(size_t runs) {
+        return waitFor(
+            [&, before = *changes] { return *changes > before && desk.log().all().size() == runs; });
+    }
+};
+
+TEST_F(Watch, TellsOfWhatThisProcessWritesOnTheMainThread) {
+    const auto mainThread = std::this_thread::get_id();
+    QObject::connect(&watch, &RunLogWatch::changed,
+                     [&] { EXPECT_EQ(std::this_thread::get_id(), mainThread); });
+    std::thread([&] { desk.log().record(makeRun("sync", "one")); }).join();
+    EXPECT_TRUE(sees(1));
+}
+
+TEST_F(Watch, TellsOfWhatAnotherProcessWrites) {
+    const auto append = [] {
+        Other().log.record(makeRun("sync", "child"));
+    };
+    EXPECT_EQ(vh::test::runInChild(append).status, 0);
+    EXPECT_TRUE(sees(1)) << "the log's first line";
+    EXPECT_EQ(vh::test::runInChild(append).status, 0);
+    EXPECT_TRUE(sees(2)) << "a line appended";
+    EXPECT_EQ(vh::test::runInChild([] { Other().log.prune(noon + std::chrono::days(1), {}); }).status, 0);
+    EXPECT_TRUE(sees(0)) << "the log rewritten";
+    EXPECT_EQ(vh::test::runInChild(append).status, 0);
+    EXPECT_TRUE(sees(1)) << "a line appended to the new file";
+}
+
+TEST_F(Watch, FollowsAMoveByAnotherProcess) {
+    desk.log().record(makeRun("sync", "one"));
+    ASSERT_TRUE(sees(1));
+    const std::string target = desk.home / "elsewhere";
+    EXPECT_EQ(vh::test::runInChild([&] { Other().log.relocate(target); }).status, 0);
+    ASSERT_TRUE(waitFor([&] { return desk.log().location() == target + "/runs.jsonl"; }));
+    settle();
+    EXPECT_EQ(vh::test::runInChild([] { Other().log.record(makeRun("sync", "two")); }).status, 0);
+    EXPECT_TRUE(sees(2));
+}
+
+} // namespace
+} // namespace vh::app::test
