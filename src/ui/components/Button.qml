@@ -5,30 +5,29 @@ import Varnholt
 T.Button {
     id: control
 
-    enum Kind { Plain, Main, Quiet, Danger }
-
-    property int kind: Button.Plain
+    // "plain", "main" (one on a page), "quiet" (no frame) or "danger" (what cannot be brought back).
+    property string kind: "plain"
     property string iconName
-    readonly property bool filled: kind === Button.Main || kind === Button.Danger
+    readonly property bool filled: kind === "main" || kind === "danger"
     readonly property color ink: !enabled ? Theme.third
-        : kind === Button.Main ? Theme.accentInk
-        : kind === Button.Danger ? Theme.badInk
-        : kind === Button.Quiet ? Theme.accent : Theme.text
+        : kind === "main" ? Theme.accentInk
+        : kind === "danger" ? Theme.badInk
+        : kind === "quiet" ? Theme.accent : Theme.text
 
     function fill(): color {
         if (!enabled)
-            return kind === Button.Quiet ? "transparent" : Theme.sunken;
+            return kind === "quiet" ? "transparent" : Theme.sunken;
         switch (kind) {
-        case Button.Main: return down ? Theme.accentPressed : hovered ? Theme.accentHover : Theme.accent;
-        case Button.Danger: return down || hovered ? Theme.badHover : Theme.bad;
-        case Button.Quiet: return down || hovered ? Theme.sunken : "transparent";
+        case "main": return down ? Theme.accentPressed : hovered ? Theme.accentHover : Theme.accent;
+        case "danger": return down || hovered ? Theme.badHover : Theme.bad;
+        case "quiet": return down || hovered ? Theme.sunken : "transparent";
         default: return down ? Theme.sunken : hovered ? Theme.hover : Theme.surface;
         }
     }
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Theme.fieldHeight
-    leftPadding: kind === Button.Quiet ? Theme.space8 : Theme.space16 - 1
+    leftPadding: kind === "quiet" ? Theme.space8 : Theme.space16 - 1
     rightPadding: leftPadding
     font: Theme.medium
     focusPolicy: Qt.StrongFocus
@@ -64,7 +63,7 @@ T.Button {
     background: Rectangle {
         radius: Theme.radiusButton
         color: control.fill()
-        border.width: control.filled || control.kind === Button.Quiet ? 0 : Theme.hairline
+        border.width: control.filled || control.kind === "quiet" ? 0 : Theme.hairline
         border.color: Theme.line
 
         FocusRing { shown: control.visualFocus }

@@ -16,7 +16,8 @@ T.Popup {
     signal confirmed
     signal cancelled
 
-    anchors.centerIn: T.Overlay.overlay
+    parent: T.Overlay.overlay
+    anchors.centerIn: parent
     width: Math.min(520, (parent ? parent.width : 520) - 2 * Theme.space32)
     implicitHeight: implicitContentHeight + 2 * padding
     padding: Theme.space24
@@ -77,7 +78,7 @@ T.Popup {
                     id: confirmButton
                     anchors.right: parent.right
                     anchors.bottom: parent.bottom
-                    kind: sheet.forGood ? Button.Danger : Button.Main
+                    kind: sheet.forGood ? "danger" : "main"
                     text: sheet.confirmText
                     onClicked: sheet.confirmed()
                 }

@@ -57,7 +57,7 @@ Page {
         anchors.right: parent.right
         anchors.verticalCenter: totals.verticalCenter
         height: Theme.itemHeight
-        kind: Button.Quiet
+        kind: "quiet"
         text: Tr.t("activity.clear-filter")
         onClicked: page.activity.clearFilter()
     }

@@ -68,7 +68,7 @@ Page {
             Button {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
-                kind: Button.Quiet
+                kind: "quiet"
                 height: Theme.itemHeight
                 text: page.allTools ? Tr.t("home.tools.fewer") : Tr.t("home.tools.all", {count: page.home.tools.length})
                 onClicked: page.allTools = !page.allTools

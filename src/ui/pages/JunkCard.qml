@@ -72,7 +72,7 @@ Card {
         spacing: Theme.space16
 
         Button {
-            kind: Button.Main
+            kind: "main"
             iconName: card.known ? "trash" : "magnifyingglass"
             text: card.known ? Tr.t("home.junk.review") : Tr.t("home.junk.scan")
             enabled: !card.junk.isScanning

@@ -84,7 +84,7 @@ Card {
         Button {
             visible: card.runs.length > 0
             x: -Theme.space8
-            kind: Button.Quiet
+            kind: "quiet"
             text: Tr.t("home.recent.all")
             onClicked: card.opened()
         }

@@ -39,7 +39,7 @@ Item {
             onChosen: value => foot.junk.method = value
         }
         Button {
-            kind: Button.Main
+            kind: "main"
             text: Tr.t("cache.review")
             enabled: foot.junk.selectedCount > 0 && !foot.junk.isScanning
             onClicked: foot.junk.review()

@@ -44,7 +44,7 @@ Card {
 
             Button {
                 visible: card.junk.skippedDetails.length > 0
-                kind: Button.Quiet
+                kind: "quiet"
                 text: card.unfolded ? Tr.t("cache.skipped.hide")
                                     : Tr.t("cache.skipped.show", {count: card.junk.skippedDetails.length})
                 onClicked: card.unfolded = !card.unfolded
@@ -56,7 +56,7 @@ Card {
                 onClicked: card.junk.undo()
             }
             Button {
-                kind: Button.Quiet
+                kind: "quiet"
                 text: Tr.t("shell.close")
                 onClicked: card.junk.back()
             }
