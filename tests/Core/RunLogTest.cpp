@@ -112,6 +112,17 @@ TEST_F(RunLogTest, ARewriteKeepsWhatANewerVersionWrote) {
     EXPECT_EQ(readFile(logFile()), line + "\n");
 }
 
+TEST_F(RunLogTest, AReaderNoticesThatTheFileWasReplacedByALongerOne) {
+    Database base(dir.path());
+    base.log.record(makeRecord("old", noon - hours(48)));
+    base.log.record(makeRecord("young"));
+    Database other(dir.path());
+    other.log.prune(noon - hours(24), std::nullopt);
+    for (const auto* summary : {"a", "b", "c"})
+        other.log.record(makeRecord(summary));
+    EXPECT_THAT(summaries(base.log.all()), ElementsAre("young", "a", "b", "c"));
+}
+
 TEST_F(RunLogTest, AnswersQuestionsAboutTheRuns) {
     Database base(dir.path());
     for (int i = 0; i < 4; ++i) {
@@ -226,6 +237,18 @@ TEST(RunRecord, CountsComeFromDetailsBeforeMetrics) {
     EXPECT_EQ(record.files(), 9);
     EXPECT_EQ(record.bytes(), std::nullopt);
     EXPECT_EQ(joinList({"a", "b"}), "a\nb");
+}
+
+TEST(RunFiles, AListThatCameAfterTheLookAroundIsNotPruned) {
+    test::TempDir dir;
+    Database base(dir.path());
+    const Uuid early = Uuid::random();
+    const Uuid late = Uuid::random();
+    base.files.save(early, {});
+    const auto seen = base.files.runs();
+    base.files.save(late, {});
+    base.files.prune(seen, std::nullopt, {});
+    EXPECT_THAT(base.files.runs(), ElementsAre(late));
 }
 
 TEST(RunFiles, ReadsNoFurtherThanAskedAndSkipsDamage) {
