@@ -60,6 +60,7 @@ int main(int argc, char** argv) {
         break;
     }
     QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationVersion(QStringLiteral(VH_VERSION));
     QGuiApplication::setApplicationName(QStringLiteral("Varnholt"));
     QGuiApplication::setDesktopFileName(QStringLiteral("varnholt"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app.svg")));

@@ -27,6 +27,12 @@ Page {
         return true;
     }
 
+    // A tile has room for two lines.
+    function firstSentence(text: string): string {
+        const end = text.indexOf(". ");
+        return end < 0 ? text : text.slice(0, end + 1);
+    }
+
     function refresh() { junk.scan(); }
 
     Column {
@@ -90,7 +96,7 @@ Page {
                     width: (tiles.width - (page.columns - 1) * tiles.spacing) / page.columns
                     text: modelData.name
                     iconName: modelData.icon
-                    line: modelData.line
+                    line: modelData.available ? page.firstSentence(modelData.line) : Tr.t("home.tool.absent")
                     available: modelData.available
                     onClicked: page.navigate(modelData.id)
                 }
