@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <ranges>
 
 namespace vh::app {
 
@@ -24,6 +25,9 @@ namespace {
 
 /// Nobody reads further down, and a copy's list can have millions of rows.
 constexpr size_t shownFiles = 10000;
+
+/// How many of the items that stayed a message names.
+constexpr size_t shownReasons = 3;
 
 /// An export is for others to read too, as far as the folder lets them.
 constexpr unsigned exportMode = 0644;
@@ -130,9 +134,13 @@ void ActivityViewModel::loadSelected() {
             return run;
         },
         [this](std::future<SelectedRun> run) {
-            // A selection that was cleared meanwhile stays so.
-            if (selectedId_)
+            if (!selectedId_) // cleared meanwhile
+                return;
+            try {
                 showSelected(run.get());
+            } catch (const std::exception& error) {
+                say(qtText(printable(error.what())));
+            }
         });
 }
 
@@ -149,7 +157,7 @@ void ActivityViewModel::undo(const QString& runId) {
     if (!id || undoing_.isBusy())
         return;
     const auto token = std::make_shared<JobToken>(context_.activity().beginToken(
-        context_.texts().text("cache.undoing"), selected_[QStringLiteral("toolID")].toString()));
+        context_.texts().text("cache.undoing"), selected_.value(QStringLiteral("toolID")).toString()));
     undoing_.run(
         [id = *id, stores = context_.runStores(), texts = context_.texts().current(),
          token](const Background::Task& task) {
@@ -157,17 +165,20 @@ void ActivityViewModel::undo(const QString& runId) {
         },
         [this](std::future<UndoResult> result) {
             try {
-                const UndoResult undone = result.get();
-                QStringList lines{qtText(printable(undone.record.summary))};
-                for (const SkippedItem& item : undone.skipped)
-                    lines << displayPath(item.path, context_.session().folders().home) +
-                                 QStringLiteral(" — ") + qtText(printable(item.reason));
-                say(lines.join(u'\n'));
+                say(undoMessage(result.get()));
             } catch (const std::exception& error) {
                 say(qtText(printable(error.what())));
             }
             loadSelected();
         });
+}
+
+QString ActivityViewModel::undoMessage(const UndoResult& undone) const {
+    QStringList lines{qtText(printable(undone.record.summary))};
+    for (const SkippedItem& item : undone.skipped | std::views::take(shownReasons))
+        lines << displayPath(item.path, context_.session().folders().home) + QStringLiteral(" — ") +
+                     qtText(printable(item.reason));
+    return lines.join(u'\n');
 }
 
 bool ActivityViewModel::exportCsv(const QString& fileUrlOrPath) {

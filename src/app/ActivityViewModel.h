@@ -9,6 +9,10 @@
 #include <QVariantMap>
 #include <optional>
 
+namespace vh {
+struct UndoResult;
+}
+
 namespace vh::app {
 
 class AppContext;
@@ -101,6 +105,7 @@ private:
     void show(ActivityRows shown);
     void loadSelected();
     void showSelected(SelectedRun run);
+    QString undoMessage(const UndoResult& undone) const;
     void say(const QString& message);
 
     AppContext& context_;

@@ -14,6 +14,8 @@
 #include "app/Session.h"
 #include "app/ToolLook.h"
 
+#include <utility>
+
 namespace vh::app {
 
 namespace {
@@ -45,7 +47,8 @@ struct HomeViewModel::Runs {
 };
 
 HomeViewModel::HomeViewModel(AppContext& context)
-    : context_(context), hostName_(hostName()), systemName_(systemName()) {
+    : context_(context), hostName_(hostName()), systemName_(systemName()),
+      toldOn_(context.calendar().startOfDay(context.now())) {
     connect(&context_.texts(), &AppTexts::changed, this, &HomeViewModel::retell);
     connect(&context_.activity(), &ActivityCenter::changed, this, &HomeViewModel::runningChanged);
     timer_.setInterval(refreshInterval);
@@ -64,29 +67,41 @@ void HomeViewModel::openLog() {
 
 void HomeViewModel::refresh() {
     readDisks();
-    retell();
+    const Date today = context_.calendar().startOfDay(context_.now());
+    if (std::exchange(toldOn_, today) == today)
+        emit timeChanged();
+    else
+        retell();
 }
 
 void HomeViewModel::readDisks() {
     readingDisks_.run([](const Background::Task&) { return mountedVolumes(); },
                       [this](std::future<std::vector<Volume>> volumes) {
-                          volumes_ = volumes.get();
-                          emit disksChanged();
+                          const QVariantList before = disks();
+                          try {
+                              volumes_ = volumes.get();
+                          } catch (const std::exception&) {
+                              return; // shown as last known until the next look
+                          }
+                          if (disks() != before)
+                              emit disksChanged();
                       });
 }
 
 void HomeViewModel::readRuns() {
     readingRuns_.run(
         [&log = context_.session().runLog()](const Background::Task&) {
-            Runs runs{.recent = log.recent(recentCount)};
+            Runs runs{.recent = log.recent(recentCount), .last = {}};
             for (const RunRecord& record : log.all())
                 runs.last.insert_or_assign(std::string(ToolCatalog::resolve(record.toolID)), record);
             return runs;
         },
         [this](std::future<Runs> runs) {
+            const QVariantList before = tools();
             runs_ = std::make_unique<Runs>(runs.get());
             emit recentChanged();
-            emit toolsChanged();
+            if (tools() != before)
+                emit toolsChanged();
         });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Date.h"
 #include "Platform/Volumes.h"
 #include "app/Background.h"
 
@@ -61,6 +62,7 @@ private:
     AppContext& context_;
     const std::string hostName_;
     const std::string systemName_;
+    Date toldOn_; ///< the day that the texts speak of as today
     std::vector<Volume> volumes_;
     std::unique_ptr<Runs> runs_; ///< nothing until read
     QTimer timer_;

@@ -242,7 +242,7 @@ void ScanCleanViewModel::setStage(Stage stage) {
 }
 
 void ScanCleanViewModel::setProgress(double fraction, const QString& text) {
-    progress_ = fraction;
+    progress_ = fraction < 0 ? -1 : fraction;
     progressText_ = text;
     emit progressChanged();
     if (job_)
@@ -327,7 +327,14 @@ void ScanCleanViewModel::start() {
          stores = context_.runStores(), texts = context_.texts().current()](const Background::Task& task) {
             return runClean(*module_, report, selection, Trigger::manual, stores, texts, controlOf(task));
         },
-        [this](std::future<CleanJobResult> result) { finishClean(result.get()); });
+        [this](std::future<CleanJobResult> result) {
+            try {
+                finishClean(result.get());
+            } catch (const std::exception& error) {
+                showResult(Outcome::failed, error.what());
+            }
+            endWork();
+        });
 }
 
 void ScanCleanViewModel::finishClean(CleanJobResult result) {
@@ -350,7 +357,6 @@ void ScanCleanViewModel::finishClean(CleanJobResult result) {
     rebuildRows();
     emit reportChanged();
     emit selectionChanged();
-    endWork();
 }
 
 void ScanCleanViewModel::undo() {

@@ -24,6 +24,12 @@ bool offers(const QVariantList& options, const QString& value) {
         options, [&](const QVariant& each) { return each.toMap().value(QStringLiteral("value")) == value; });
 }
 
+/// What is stored; as the system has it when that is no longer, or not yet, to be had.
+QString offered(const QVariantList& options, const std::string& stored) {
+    const QString value = qtText(stored);
+    return offers(options, value) ? value : QStringLiteral("system");
+}
+
 } // namespace
 
 SettingsViewModel::SettingsViewModel(AppContext& context) : context_(context) {
@@ -38,7 +44,7 @@ DatabaseCare& SettingsViewModel::care() const {
 }
 
 QString SettingsViewModel::language() const {
-    return qtText(context_.texts().setting());
+    return offered(languageOptions(), context_.texts().setting());
 }
 
 void SettingsViewModel::setLanguage(const QString& value) {
@@ -56,9 +62,8 @@ QVariantList SettingsViewModel::languageOptions() const {
 }
 
 QString SettingsViewModel::appearance() const {
-    const auto stored = context_.session().defaults().get<std::string>(appearanceKey);
-    const QString value = qtText(stored.value_or("system"));
-    return offers(appearanceOptions(), value) ? value : QStringLiteral("system");
+    return offered(appearanceOptions(),
+                   context_.session().defaults().get<std::string>(appearanceKey).value_or(""));
 }
 
 void SettingsViewModel::setAppearance(const QString& value) {
