@@ -132,10 +132,15 @@ void RunFiles::removeAll() const {
         removeList(listFile(run));
 }
 
-void RunFiles::copyLists(const std::string& fromFolder, const std::string& toFolder) {
+void RunFiles::copyLists(const std::string& fromFolder, const std::string& toFolder,
+                         std::vector<std::string>& made) {
     makeFolders(listFolder(toFolder));
-    for (const auto& run : runsIn(listFolder(fromFolder)))
-        copyList(listFolder(fromFolder) + "/" + fileName(run), listFolder(toFolder) + "/" + fileName(run));
+    for (const auto& run : runsIn(listFolder(fromFolder))) {
+        const std::string target = listFolder(toFolder) + "/" + fileName(run);
+        if (!statusOf(target))
+            made.push_back(target);
+        copyList(listFolder(fromFolder) + "/" + fileName(run), target);
+    }
 }
 
 void RunFiles::removeLists(const std::string& folder) {

@@ -59,8 +59,10 @@ public:
                const std::set<Uuid>& keeping) const;
     void removeAll() const;
 
-    /// The two halves of a move, for RunLog::relocate: every list appears in `folder` too; then the old ones go.
-    static void copyLists(const std::string& fromFolder, const std::string& toFolder);
+    /// The two halves of a move, for RunLog::relocate: every list appears in `toFolder` too, and `made` gets the new
+    /// files; then the old ones go.
+    static void copyLists(const std::string& fromFolder, const std::string& toFolder,
+                          std::vector<std::string>& made);
     static void removeLists(const std::string& folder);
 
 private:

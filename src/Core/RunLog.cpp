@@ -125,27 +125,37 @@ void RunLog::clearAll() {
 
 namespace {
 
-void copyDatabase(const std::string& from, const std::string& to) {
-    const std::string target = logFile(to);
-    if (const auto text = readFileIfPresent(logFile(from)))
-        writeFileAtomically(target, *text);
-    else if (statusOf(target))
-        removePermanently(target);
-    RunFiles::copyLists(from, to);
-}
-
-void removeDatabase(const std::string& folder) {
-    RunFiles::removeLists(folder);
-    if (statusOf(logFile(folder)))
-        removePermanently(logFile(folder));
-}
-
 /// What stays behind in a folder that is not in use does no harm.
-void tryRemoveDatabase(const std::string& folder) {
+void tryRemove(const std::string& path) {
     try {
-        removeDatabase(folder);
+        if (statusOf(path))
+            removePermanently(path);
     } catch (const SystemError&) {
     }
+}
+
+/// The log last, since it may replace another one. After a failure the target folder is as it was.
+void copyDatabase(const std::string& from, const std::string& to) {
+    std::vector<std::string> made;
+    try {
+        RunFiles::copyLists(from, to, made);
+        if (const auto text = readFileIfPresent(logFile(from)))
+            writeFileAtomically(logFile(to), *text);
+        else if (statusOf(logFile(to)))
+            removePermanently(logFile(to));
+    } catch (const SystemError&) {
+        for (const auto& path : made)
+            tryRemove(path);
+        throw;
+    }
+}
+
+void tryRemoveDatabase(const std::string& folder) {
+    try {
+        RunFiles::removeLists(folder);
+    } catch (const SystemError&) {
+    }
+    tryRemove(logFile(folder));
 }
 
 } // namespace
@@ -169,12 +179,7 @@ void RunLog::relocate(const std::string& folder) {
         makeFolders(folder);
         if (std::filesystem::equivalent(lock.folder(), folder))
             return;
-        try {
-            copyDatabase(lock.folder(), folder);
-        } catch (const SystemError&) {
-            tryRemoveDatabase(folder);
-            throw;
-        }
+        copyDatabase(lock.folder(), folder);
         storeFolder(folder);
         tryRemoveDatabase(lock.folder());
         follow(folder);
