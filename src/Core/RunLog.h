@@ -59,8 +59,8 @@ public:
     std::string location() const; ///< the file
     int64_t bytes() const;
 
-    /// Moves the log and the file lists to another folder (an absolute path), for every process. A kill at any moment leaves either place
-    /// whole and in use. Throws SystemError and leaves all as it was.
+    /// Moves the log and the file lists to another folder, an absolute path, for every process. A kill at any moment
+    /// leaves either place whole and in use. Throws SystemError and leaves all as it was.
     void relocate(const std::string& folder);
     /// Forgets records begun before `before`, and file lists without a record or written before `filesBefore`.
     void prune(std::optional<Date> before, std::optional<Date> filesBefore);
