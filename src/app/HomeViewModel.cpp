@@ -22,6 +22,8 @@ namespace {
 
 constexpr size_t recentCount = 5;
 constexpr std::chrono::seconds refreshInterval{60};
+/// Opening a long log takes the main thread some tens of milliseconds; by then the first frame is there.
+constexpr std::chrono::milliseconds openLogDelay{100};
 
 /// From what share of a disk in use it is worth a look, and worth a worry.
 constexpr double warningShare = 0.9;
@@ -54,7 +56,7 @@ HomeViewModel::HomeViewModel(AppContext& context)
     timer_.setInterval(refreshInterval);
     connect(&timer_, &QTimer::timeout, this, &HomeViewModel::refresh);
     timer_.start();
-    QTimer::singleShot(0, this, &HomeViewModel::openLog);
+    QTimer::singleShot(openLogDelay, this, &HomeViewModel::openLog);
     readDisks();
 }
 
@@ -81,10 +83,12 @@ void HomeViewModel::readDisks() {
                           try {
                               volumes_ = volumes.get();
                           } catch (const std::exception&) {
-                              return; // shown as last known until the next look
+                              // Shown as last known until the next look.
+                              volumes_ = volumes_.value_or(std::vector<Volume>());
                           }
                           if (disks() != before)
                               emit disksChanged();
+                          emit loadingChanged();
                       });
 }
 
@@ -102,6 +106,7 @@ void HomeViewModel::readRuns() {
             emit recentChanged();
             if (tools() != before)
                 emit toolsChanged();
+            emit loadingChanged();
         });
 }
 
@@ -129,7 +134,7 @@ QString HomeViewModel::hostLine() const {
 
 QVariantList HomeViewModel::disks() const {
     QVariantList list;
-    for (const Volume& volume : volumes_) {
+    for (const Volume& volume : volumes_.value_or(std::vector<Volume>())) {
         if (volume.totalBytes == 0)
             continue;
         const double share = 1 - double(volume.freeBytes) / double(volume.totalBytes);

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QVariantList>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,8 @@ class HomeViewModel : public QObject {
     Q_PROPERTY(QVariantList tools READ tools NOTIFY toolsChanged)
     Q_PROPERTY(QVariantList running READ running NOTIFY runningChanged)
     Q_PROPERTY(QVariantList recent READ recent NOTIFY recentChanged)
+    /// Until disks and runs have been read for the first time.
+    Q_PROPERTY(bool isLoading READ isLoading NOTIFY loadingChanged)
 public:
     explicit HomeViewModel(AppContext& context);
     ~HomeViewModel() override;
@@ -41,6 +44,7 @@ public:
     QVariantList tools() const;
     QVariantList running() const;
     QVariantList recent() const;
+    bool isLoading() const { return !volumes_ || !runs_; }
 
 signals:
     void timeChanged();
@@ -48,6 +52,7 @@ signals:
     void toolsChanged();
     void runningChanged();
     void recentChanged();
+    void loadingChanged();
 
 private:
     struct Runs;
@@ -62,9 +67,9 @@ private:
     AppContext& context_;
     const std::string hostName_;
     const std::string systemName_;
-    Date toldOn_; ///< the day that the texts speak of as today
-    std::vector<Volume> volumes_;
-    std::unique_ptr<Runs> runs_; ///< nothing until read
+    Date toldOn_;                                ///< the day that the texts speak of as today
+    std::optional<std::vector<Volume>> volumes_; ///< nothing until read
+    std::unique_ptr<Runs> runs_;
     QTimer timer_;
     Background readingDisks_;
     Background readingRuns_;

@@ -8,25 +8,16 @@
 #include "Core/ToolTexts.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
-#include "app/ModuleRegistry.h"
 #include "app/PathText.h"
 #include "app/Session.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace vh::app {
 
 namespace {
 
 constexpr std::string_view categoryKeyPrefix = "scan.category.";
-
-std::shared_ptr<SuiteModule> moduleOf(AppContext& context, const QString& id) {
-    auto module = context.session().registry().module(id.toStdString());
-    if (!module)
-        throw std::invalid_argument("There is no module \"" + id.toStdString() + "\".");
-    return module;
-}
 
 QString nameOf(Selected selected) {
     switch (selected) {
@@ -50,9 +41,6 @@ ScanCleanViewModel::ScanCleanViewModel(AppContext& context, std::shared_ptr<Suit
     : context_(context), module_(std::move(module)), rows_(ScanItemRow::roles()) {
     connect(&context_.texts(), &AppTexts::changed, this, &ScanCleanViewModel::retell);
 }
-
-ScanCleanViewModel::ScanCleanViewModel(AppContext& context, const QString& moduleID)
-    : ScanCleanViewModel(context, moduleOf(context, moduleID)) {}
 
 ScanCleanViewModel::~ScanCleanViewModel() = default;
 

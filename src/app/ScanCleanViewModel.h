@@ -62,8 +62,6 @@ public:
     enum class Stage { idle, scanned, review, working, done };
 
     ScanCleanViewModel(AppContext& context, std::shared_ptr<SuiteModule> module);
-    /// Throws std::invalid_argument when there is no such module.
-    ScanCleanViewModel(AppContext& context, const QString& moduleID);
     /// Stops what runs and waits for its end: a clean still writes its record.
     ~ScanCleanViewModel() override;
 

@@ -101,7 +101,9 @@ TEST(Home, TellsWhatRunsAndWhatWasDone) {
     EXPECT_THAT(home.recent(), IsEmpty()) << "nothing is read before the first frame";
     EXPECT_EQ(home.tools().size(), static_cast<qsizetype>(ToolCatalog::mainTools().size()));
     EXPECT_EQ(line("sync"), ToolCatalog::tool("sync")->summary);
-    ASSERT_TRUE(waitFor([&] { return !home.recent().isEmpty() && !home.disks().isEmpty(); }));
+    EXPECT_TRUE(home.isLoading());
+    ASSERT_TRUE(waitFor([&] { return !home.isLoading(); }));
+    EXPECT_FALSE(home.disks().isEmpty());
     EXPECT_THAT(column(home.recent(), "summary"),
                 ElementsAre("clean 5", "clean 4", "clean 3", "clean 2", "clean 1"));
     EXPECT_EQ(column(home.recent(), "timeText")[0], "11:00");
