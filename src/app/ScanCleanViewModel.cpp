@@ -348,8 +348,9 @@ void ScanCleanViewModel::finishClean(CleanJobResult result) {
 }
 
 void ScanCleanViewModel::undo() {
-    if (!canUndo() || !isIdle())
+    if (!canUndo() || isCleaning())
         return;
+    isScanning_ = false; // what was found before the undo would be out of date
     beginWork("cache.undoing");
     work_.run(
         [this, run = *undoableRun_, stores = context_.runStores(),
