@@ -62,6 +62,8 @@ QtObject {
     readonly property int fieldHeight: 30
     readonly property int itemHeight: 28
     readonly property int sidebarWidth: 224
+    readonly property int tileHeight: 92
+    readonly property int tileHeightTall: 106
     readonly property int footHeight: 58
     readonly property int scrollBarWidth: 8
     readonly property int windowWidth: 1280

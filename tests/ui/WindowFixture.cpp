@@ -16,6 +16,13 @@ void gather(QtMsgType type, const QMessageLogContext&, const QString& message) {
         *gathered << message;
 }
 
+void putVariable(const char* name, const std::optional<QByteArray>& value) {
+    if (value)
+        qputenv(name, *value);
+    else
+        qunsetenv(name);
+}
+
 void addShown(QQuickItem* item, std::vector<QQuickItem*>& list) {
     if (!item->isVisible())
         return;
@@ -27,11 +34,14 @@ void addShown(QQuickItem* item, std::vector<QQuickItem*>& list) {
 } // namespace
 
 WindowFixture::WindowFixture() {
-    for (const auto* name : {"HOME", "TMPDIR", "XDG_RUNTIME_DIR"})
-        qputenv(name, QByteArray::fromStdString(home_.path()));
+    const auto temporary = QString::fromStdString(home_ / "tmp");
+    QDir().mkpath(temporary);
+    setVariable("TMPDIR", temporary.toUtf8());
+    for (const auto* name : {"HOME", "XDG_RUNTIME_DIR"})
+        setVariable(name, QByteArray::fromStdString(home_.path()));
     for (const auto* name : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-        qunsetenv(name);
-    qputenv("LC_ALL", "C.UTF-8");
+        setVariable(name, std::nullopt);
+    setVariable("LC_ALL", "C.UTF-8");
     gathered = &warnings_;
     qInstallMessageHandler(gather);
 }
@@ -41,6 +51,17 @@ WindowFixture::~WindowFixture() {
     session_.reset();
     qInstallMessageHandler(nullptr);
     gathered = nullptr;
+    for (const auto& [name, value] : variablesBefore_)
+        putVariable(name.c_str(), value);
+}
+
+void WindowFixture::setVariable(const char* name, const std::optional<QByteArray>& value) {
+    variablesBefore_[name] = qEnvironmentVariableIsSet(name) ? std::optional(qgetenv(name)) : std::nullopt;
+    putVariable(name, value);
+}
+
+void WindowFixture::TearDown() {
+    EXPECT_EQ(warnings_, QStringList());
 }
 
 void WindowFixture::fillCaches() {
@@ -79,7 +100,7 @@ void WindowFixture::press(int key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(&window_->quickWindow(), static_cast<Qt::Key>(key), modifiers);
 }
 
-std::vector<QQuickItem*> WindowFixture::shownItems() const {
+std::vector<QQuickItem*> WindowFixture::shownItems() {
     std::vector<QQuickItem*> list;
     addShown(window_->quickWindow().contentItem(), list);
     return list;

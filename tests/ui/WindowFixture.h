@@ -7,15 +7,25 @@
 #include <QQuickItem>
 #include <functional>
 #include <gtest/gtest.h>
+#include <map>
 #include <optional>
+
+/// For messages of failed checks.
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QStringList& list, std::ostream* out) {
+    *out << '[' << list.join(QStringLiteral(" | ")).toStdString() << ']';
+}
 
 namespace vh::test {
 
-/// A home of its own with something to clean in it, and a window over it. What Qt and QML warn of is gathered.
+/// A home of its own with something to clean in it, and a window over it. Whatever Qt or QML warns of fails the test.
 class WindowFixture : public testing::Test {
 protected:
     WindowFixture();
     ~WindowFixture() override;
+    void TearDown() override;
 
     /// Three caches of 1000, 2000 and 3000 bytes, called "small", "middle" and "large".
     void fillCaches();
@@ -27,16 +37,16 @@ protected:
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
     /// All items that are shown, from the window's root down, in the order of the tree.
-    std::vector<QQuickItem*> shownItems() const;
+    std::vector<QQuickItem*> shownItems();
     /// The item that has the keyboard.
-    QQuickItem* focused() const { return window_->quickWindow().activeFocusItem(); }
+    QQuickItem* focused() { return window_->quickWindow().activeFocusItem(); }
     QObject& junk() { return *window_->app().scanClean(QStringLiteral("system-junk")); }
 
-    const QStringList& warnings() const { return warnings_; }
-    const TempDir& home() const { return home_; }
-
 private:
+    void setVariable(const char* name, const std::optional<QByteArray>& value);
+
     TempDir home_;
+    std::map<std::string, std::optional<QByteArray>> variablesBefore_;
     QStringList warnings_;
     std::optional<app::Session> session_;
     std::optional<ui::Window> window_;

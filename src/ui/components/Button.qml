@@ -32,8 +32,8 @@ T.Button {
     font: Theme.medium
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
-    Keys.onReturnPressed: control.click()
-    Keys.onEnterPressed: control.click()
+    Keys.onReturnPressed: control.clicked()
+    Keys.onEnterPressed: control.clicked()
 
     contentItem: Item {
         implicitWidth: row.implicitWidth

@@ -10,7 +10,7 @@ Rectangle {
 
     signal dropped(var paths)
 
-    implicitHeight: 92
+    implicitHeight: Theme.tileHeight
     radius: Theme.radiusCard
     color: over ? Theme.soft : "transparent"
     border.width: over ? Theme.ring : Theme.hairline

@@ -17,8 +17,8 @@ T.AbstractButton {
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: current
-    Keys.onReturnPressed: item.click()
-    Keys.onEnterPressed: item.click()
+    Keys.onReturnPressed: item.clicked()
+    Keys.onEnterPressed: item.clicked()
 
     readonly property color ink: current ? Theme.accent : available ? Theme.second : Theme.third
 

@@ -10,13 +10,13 @@ T.AbstractButton {
     property string line
     property bool available: true
 
-    implicitHeight: 92
+    implicitHeight: Theme.tileHeight
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     Accessible.name: text
     Accessible.description: line
-    Keys.onReturnPressed: tile.click()
-    Keys.onEnterPressed: tile.click()
+    Keys.onReturnPressed: tile.clicked()
+    Keys.onEnterPressed: tile.clicked()
 
     background: Rectangle {
         radius: Theme.radiusCard
@@ -67,7 +67,7 @@ T.AbstractButton {
             font: Theme.label
             color: tile.available ? Theme.second : Theme.third
             wrapMode: Text.Wrap
-            maximumLineCount: 2
+            maximumLineCount: 3
             Accessible.ignored: true
         }
     }

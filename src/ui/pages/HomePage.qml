@@ -94,6 +94,7 @@ Page {
                     required property var modelData
 
                     width: (tiles.width - (page.columns - 1) * tiles.spacing) / page.columns
+                    height: page.columns > 3 ? Theme.tileHeight : Theme.tileHeightTall
                     text: modelData.name
                     iconName: modelData.icon
                     line: modelData.available ? page.firstSentence(modelData.line) : Tr.t("home.tool.absent")

@@ -42,6 +42,8 @@ Card {
         width: parent.width
         text: card.line()
         color: Theme.second
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
     }
     StackedBar {
         id: stack

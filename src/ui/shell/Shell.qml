@@ -1,3 +1,4 @@
+import QtQml
 import QtQuick
 import Varnholt
 
@@ -65,23 +66,21 @@ FocusScope {
         sequences: [StandardKey.Preferences, "Ctrl+,"]
         onActivated: shell.open("settings")
     }
-    Repeater {
+    Instantiator {
         model: pages.fixed
 
-        Item {
+        Shortcut {
             required property var modelData
             required property int index
 
-            Shortcut {
-                sequence: "Ctrl+" + (parent.index + 1)
-                onActivated: shell.open(parent.modelData.id)
-            }
+            sequence: "Ctrl+" + (index + 1)
+            onActivated: shell.open(modelData.id)
         }
     }
 
     Sidebar {
         id: sidebar
-        width: Theme.sidebarWidth
+        width: Math.max(Theme.sidebarWidth, wanted)
         height: parent.height
         fixed: pages.fixed
         current: shell.pageId

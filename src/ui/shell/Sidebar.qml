@@ -26,6 +26,15 @@ Rectangle {
         return shown(current) ? current : "home";
     }
 
+    // As wide as the longest name of the language needs.
+    readonly property real wanted: entries.concat(fixed).reduce((most, entry) =>
+        Math.max(most, metrics.advanceWidth(entry.title)), 0) + 2 * Theme.space12 + 2 * Theme.space16 + Theme.space24
+
+    FontMetrics {
+        id: metrics
+        font: Theme.medium
+    }
+
     function focusSearch() {
         search.forceActiveFocus(Qt.ShortcutFocusReason);
         search.selectAll();
