@@ -20,7 +20,7 @@ std::optional<double> withinBounds(std::optional<double> progress) {
 ActivityCenter::ActivityCenter(Clock clock) : clock_(std::move(clock)), door_(this) {}
 
 QString ActivityCenter::begin(const QString& title, const QString& tool) {
-    const QString key = QString::fromStdString(Uuid::random().text());
+    QString key = QString::fromStdString(Uuid::random().text());
     report({.key = key, .title = title, .toolID = tool});
     return key;
 }

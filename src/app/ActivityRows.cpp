@@ -195,7 +195,7 @@ QVariantMap ActivityWords::facts(const RunRecord& record) const {
     };
 }
 
-std::vector<FileRow> ActivityWords::files(const std::vector<RunFileRow>& rows) const {
+std::vector<FileRow> ActivityWords::files(std::span<const RunFileRow> rows) const {
     std::vector<FileRow> files;
     for (const RunFileRow& row : rows) {
         const std::string key = "run-file.state." + row.state;

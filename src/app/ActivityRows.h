@@ -9,6 +9,7 @@
 #include <QString>
 #include <QVariantList>
 #include <QVariantMap>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -78,7 +79,7 @@ struct ActivityWords {
                       const CancelToken& cancel) const;
     QVariantList outcomes() const;
     QVariantMap facts(const RunRecord& record) const;
-    std::vector<FileRow> files(const std::vector<RunFileRow>& rows) const;
+    std::vector<FileRow> files(std::span<const RunFileRow> rows) const;
 
 private:
     QString text(std::string_view key) const;

@@ -17,7 +17,7 @@
 
 #include <algorithm>
 #include <array>
-#include <ranges>
+#include <span>
 
 namespace vh::app {
 
@@ -33,6 +33,11 @@ constexpr size_t shownReasons = 3;
 constexpr unsigned exportMode = 0644;
 
 constexpr std::array periods{"all", "today", "yesterday", "7", "30", "90", "range"};
+
+template <class T>
+std::span<const T> firstOf(const std::vector<T>& list, size_t count) {
+    return std::span(list).first(std::min(list.size(), count));
+}
 
 } // namespace
 
@@ -130,7 +135,7 @@ void ActivityViewModel::loadSelected() {
             SelectedRun run{.facts = words.facts(*found)};
             run.facts[QStringLiteral("canUndo")] = canUndo(rows);
             run.facts[QStringLiteral("fileCount")] = static_cast<int>(rows.size());
-            run.files = words.files({rows.begin(), rows.begin() + std::min(rows.size(), shownFiles)});
+            run.files = words.files(firstOf(rows, shownFiles));
             return run;
         },
         [this](std::future<SelectedRun> run) {
@@ -175,7 +180,7 @@ void ActivityViewModel::undo(const QString& runId) {
 
 QString ActivityViewModel::undoMessage(const UndoResult& undone) const {
     QStringList lines{qtText(printable(undone.record.summary))};
-    for (const SkippedItem& item : undone.skipped | std::views::take(shownReasons))
+    for (const SkippedItem& item : firstOf(undone.skipped, shownReasons))
         lines << displayPath(item.path, context_.session().folders().home) + QStringLiteral(" — ") +
                      qtText(printable(item.reason));
     return lines.join(u'\n');

@@ -77,6 +77,7 @@ std::vector<const ToolDescriptor*> ToolSearch::find(std::string_view text) {
     }
     std::ranges::stable_sort(hits, {}, &Hit::rank);
     std::vector<const ToolDescriptor*> tools;
+    tools.reserve(hits.size());
     for (const Hit& hit : hits)
         tools.push_back(hit.tool);
     return tools;
