@@ -2,6 +2,7 @@
 
 #include "Core/ByteFormat.h"
 #include "Core/CleanReason.h"
+#include "Core/JournalLines.h"
 #include "Core/PathAllowlist.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
@@ -163,13 +164,13 @@ CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const Cle
     return CleanJob(module, selection.method, texts, control, *journal).run(report, selection);
 }
 
-std::optional<RunFileRow> resolveCleanStep(const std::string&, const std::string& path) {
+std::optional<RunFileRow> resolveCleanStep(const JournalHeader& run, const std::string& path) {
     RunFileRow row{.path = path};
     if (const auto status = statusOf(path)) {
         row.state = cleanState::inPlace;
         return row;
     }
-    row.place = findInTrash(path);
+    row.place = findInTrash(path, std::chrono::floor<std::chrono::seconds>(run.startedAt));
     if (!row.place)
         return std::nullopt;
     row.state = cleanState::trashed;

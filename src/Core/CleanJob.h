@@ -13,6 +13,7 @@
 namespace vh {
 
 class RunJournals;
+struct JournalHeader;
 class RunLog;
 class SuiteModule;
 class Texts;
@@ -58,6 +59,6 @@ CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const Cle
                         const JobControl& control);
 
 /// What became of the item at which a clean was killed, for RunJournals::recoverInterrupted.
-std::optional<RunFileRow> resolveCleanStep(const std::string& toolID, const std::string& path);
+std::optional<RunFileRow> resolveCleanStep(const JournalHeader& run, const std::string& path);
 
 } // namespace vh

@@ -32,7 +32,7 @@ struct TakeIn {
 std::vector<RunFileRow> Journal::rowsWith(const StepResolver& resolve) const {
     std::vector<RunFileRow> all = rows;
     for (const auto& path : open) {
-        auto found = resolve ? resolve(header.toolID, path) : std::nullopt;
+        auto found = resolve ? resolve(header, path) : std::nullopt;
         all.push_back(found ? std::move(*found)
                             : RunFileRow{.path = path, .state = std::string(unknownState)});
     }

@@ -13,10 +13,6 @@
 
 namespace vh {
 
-/// What became of a step that was begun when the run was killed; nothing when that cannot be found out.
-using StepResolver =
-    std::function<std::optional<RunFileRow>(const std::string& toolID, const std::string& path)>;
-
 struct JournalHeader {
     Uuid id;
     std::string toolID;
@@ -25,6 +21,10 @@ struct JournalHeader {
     std::string title;
     std::optional<std::map<std::string, std::string>> details;
 };
+
+/// What became of a step that was begun when the run was killed; nothing when that cannot be found out.
+using StepResolver =
+    std::function<std::optional<RunFileRow>(const JournalHeader& run, const std::string& path)>;
 
 /// A step is about to be taken at this path.
 struct JournalIntent {

@@ -262,21 +262,22 @@ void RunLog::forEachNewestFirst(Visit visit) const {
     for (auto each = waiting_.rbegin(); each != waiting_.rend() && left > 0; ++each, --left)
         if (!visit(each->record))
             return;
-    const auto& entries = file_.entries();
-    for (auto each = entries.rbegin(); each != entries.rend() && left > 0; ++each, --left)
-        if (!visit(each->record))
+    for (size_t i = 0; i < left; ++i) {
+        const auto* entry = file_.newest(i);
+        if (!entry || !visit(entry->record))
             return;
+    }
 }
 
 std::vector<RunRecord> RunLog::recent(size_t n) const {
     const std::lock_guard guard(mutex_);
     catchUp();
     std::vector<RunRecord> found;
-    found.reserve(std::min(n, file_.entries().size() + waiting_.size()));
     forEachNewestFirst([&](const RunRecord& record) {
-        if (found.size() < n)
-            found.push_back(record);
-        return found.size() < n;
+        if (found.size() == n)
+            return false;
+        found.push_back(record);
+        return true;
     });
     return found;
 }

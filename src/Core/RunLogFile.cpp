@@ -5,7 +5,6 @@
 #include "Platform/SystemError.h"
 
 #include <algorithm>
-#include <iterator>
 #include <vector>
 
 namespace vh {
@@ -18,28 +17,6 @@ std::optional<RunRecord> decodeLine(JsonDocument& parser, std::string_view line)
     } catch (const DecodeError&) {
         return std::nullopt;
     }
-}
-
-std::vector<std::string_view> split(std::string_view lines) {
-    std::vector<std::string_view> found;
-    while (!lines.empty()) {
-        found.push_back(lines.substr(0, lines.find('\n')));
-        lines.remove_prefix(found.back().size() + 1);
-    }
-    return found;
-}
-
-/// The last `most` of the lines that are records, oldest first. Reads from the end, so that a file that has grown far
-/// too long costs no more than one of full length. `start` is where the lines begin in the file.
-std::deque<RunLogFile::Entry> lastRecords(JsonDocument& parser, const std::vector<std::string_view>& lines,
-                                          int64_t start, size_t most) {
-    std::deque<RunLogFile::Entry> found;
-    for (auto line = lines.rbegin(); line != lines.rend() && found.size() < most; ++line) {
-        const int64_t offset = start + (line->data() - lines.front().data());
-        if (auto record = line->empty() ? std::nullopt : decodeLine(parser, *line))
-            found.push_front({std::move(*record), offset, line->size()});
-    }
-    return found;
 }
 
 /// The front part that ends with a line feed.
@@ -57,9 +34,36 @@ void RunLogFile::switchTo(std::string path) {
     open_.reset();
 }
 
+/// Moves up to `count` records from the end of undecoded_ to the front of entries_.
+void RunLogFile::decodeOlder(size_t count) {
+    std::string_view rest = undecoded_;
+    for (; count > 0 && !rest.empty() && entries_.size() < maxRecords_; --count) {
+        rest.remove_suffix(1); // the line feed
+        const size_t offset = rest.rfind('\n') + 1;
+        const std::string_view line = rest.substr(offset);
+        if (auto record = line.empty() ? std::nullopt : decodeLine(parser_, line))
+            entries_.push_front({std::move(*record), static_cast<int64_t>(offset), line.size()});
+        rest = rest.substr(0, offset);
+    }
+    undecoded_.resize(entries_.size() < maxRecords_ ? rest.size() : 0);
+    if (undecoded_.empty())
+        undecoded_.shrink_to_fit();
+}
+
+const std::deque<RunLogFile::Entry>& RunLogFile::entries() {
+    decodeOlder(undecoded_.size());
+    return entries_;
+}
+
+const RunLogFile::Entry* RunLogFile::newest(size_t index) {
+    while (index >= entries_.size() && !undecoded_.empty())
+        decodeOlder(std::max<size_t>(index, 64)); // twice as many each time
+    return index < entries_.size() ? &entries_[entries_.size() - 1 - index] : nullptr;
+}
+
 bool RunLogFile::catchUp() {
     const auto now = stampOf(path_);
-    if (!now && !open_ && entries_.empty())
+    if (!now && !open_ && entries_.empty() && undecoded_.empty())
         return false;
     if (!now || !open_ || open_->stamp().identity != now->identity || now->byteSize < consumed_)
         return reload();
@@ -68,14 +72,15 @@ bool RunLogFile::catchUp() {
 
 bool RunLogFile::reload() {
     auto opened = GrowingFile::openIfPresent(path_);
-    const std::string text = opened ? opened->readFrom(0) : std::string();
-    const bool hadEntries = !entries_.empty();
+    std::string text = opened ? opened->readFrom(0) : std::string();
+    const bool hadEntries = !entries_.empty() || !undecoded_.empty();
+    text.resize(wholeLines(text).size());
     open_ = std::move(opened);
     entries_.clear();
-    lines_ = 0;
-    consumed_ = 0;
-    takeIn(wholeLines(text));
-    return hadEntries || !entries_.empty();
+    undecoded_ = std::move(text);
+    lines_ = static_cast<size_t>(std::ranges::count(undecoded_, '\n'));
+    consumed_ = static_cast<int64_t>(undecoded_.size());
+    return hadEntries || !undecoded_.empty();
 }
 
 bool RunLogFile::readOn() {
@@ -86,16 +91,18 @@ bool RunLogFile::readOn() {
 }
 
 void RunLogFile::takeIn(std::string_view text) {
-    const auto lines = split(text);
-    auto found = lastRecords(parser_, lines, consumed_, maxRecords_);
-    if (entries_.empty())
-        entries_ = std::move(found);
-    else
-        std::ranges::move(found, std::back_inserter(entries_));
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        if (auto record = line.empty() ? std::nullopt : decodeLine(parser_, line))
+            entries_.push_back({std::move(*record), consumed_, line.size()});
+        ++lines_;
+        consumed_ += static_cast<int64_t>(line.size()) + 1;
+        text.remove_prefix(line.size() + 1);
+    }
     while (entries_.size() > maxRecords_)
         entries_.pop_front();
-    lines_ += lines.size();
-    consumed_ += static_cast<int64_t>(text.size());
+    if (entries_.size() == maxRecords_)
+        undecoded_.clear();
 }
 
 /// A line that somebody could not end is damaged; the next must not be glued to it.
@@ -123,6 +130,7 @@ void RunLogFile::rewrite(const std::function<bool(const RunRecord&)>& keep) {
     const std::string old = open_ ? open_->readFrom(0) : std::string();
     std::string text;
     std::vector<size_t> kept;
+    entries();
     for (size_t i = 0; i < entries_.size(); ++i) {
         if (!keep(entries_[i].record))
             continue;
@@ -132,15 +140,15 @@ void RunLogFile::rewrite(const std::function<bool(const RunRecord&)>& keep) {
     writeFileAtomically(path_, text);
     auto opened = GrowingFile::openIfPresent(path_);
 
-    std::deque<Entry> entries;
+    std::deque<Entry> rewritten;
     int64_t offset = 0;
     for (const size_t i : kept) {
-        auto& entry = entries.emplace_back(std::move(entries_[i]));
+        auto& entry = rewritten.emplace_back(std::move(entries_[i]));
         entry.offset = offset;
         offset += static_cast<int64_t>(entry.length) + 1;
     }
     open_ = std::move(opened);
-    entries_ = std::move(entries);
+    entries_ = std::move(rewritten);
     lines_ = entries_.size();
     consumed_ = offset;
 }

@@ -12,8 +12,9 @@
 
 namespace vh {
 
-/// One log file and the last `maxRecords` records read from it. A line counts once it has its line feed; one that
-/// cannot be read costs no other. Not for sharing between threads.
+/// One log file and the last `maxRecords` records in it, each decoded when first asked for, newest first: who wants the
+/// last few does not pay for twenty thousand. A line counts once it has its line feed; one that cannot be read costs no
+/// other. Not for sharing between threads.
 class RunLogFile {
 public:
     RunLogFile(std::string path, size_t maxRecords);
@@ -24,7 +25,9 @@ public:
         int64_t offset = 0; ///< of its line in the file
         size_t length = 0;  ///< without the line feed
     };
-    const std::deque<Entry>& entries() const { return entries_; } ///< oldest first
+    const std::deque<Entry>& entries(); ///< all, oldest first
+    /// The entry that `index` newer ones follow; nullptr beyond the oldest. Valid until the next call that changes the log.
+    const Entry* newest(size_t index);
 
     /// Goes on with another file, which the next catchUp reads.
     void switchTo(std::string path);
@@ -43,14 +46,16 @@ private:
     bool reload();
     bool readOn();
     void takeIn(std::string_view text);
+    void decodeOlder(size_t count);
     bool hasCutLine() const;
 
     std::string path_;
     size_t maxRecords_;
     JsonDocument parser_;
     std::optional<GrowingFile> open_;
-    int64_t consumed_ = 0; // bytes of whole lines read
-    size_t lines_ = 0;     // those lines
+    int64_t consumed_ = 0;  // bytes of whole lines read
+    size_t lines_ = 0;      // those lines
+    std::string undecoded_; // the file's first bytes, whole lines whose records stand before entries_
     std::deque<Entry> entries_;
 };
 

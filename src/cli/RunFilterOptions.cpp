@@ -94,15 +94,16 @@ RunFilter RunFilterOptions::filter(const LocalCalendar& calendar) const {
     return filter;
 }
 
-std::vector<RunRecord> matchingRuns(app::Session& session, const RunFilter& filter) {
+std::vector<RunRecord> matchingRuns(app::Session& session, const RunFilter& filter, size_t most) {
     if (filter == RunFilter())
-        return session.runLog().recent(RunLog::defaultMaxRecords);
+        return session.runLog().recent(most);
     const auto nameOf = [&](const std::string& id) {
         return toolName(session.texts(), id);
     };
     auto runs =
         filter.apply(session.runLog().all(), {nameOf, RunLog::thisComputer(), systemNow(), LocalCalendar()});
     std::ranges::reverse(runs);
+    runs.resize(std::min(runs.size(), most));
     return runs;
 }
 

@@ -45,10 +45,10 @@ std::string outcomeTitle(const Texts& texts, Outcome outcome) {
 }
 
 Exit listRuns(Context& context, const ListOptions& options) {
-    auto runs = matchingRuns(context.session, options.filter.filter(LocalCalendar()));
-    const size_t found = runs.size();
-    if (options.limit > 0 && found > options.limit)
-        runs.resize(options.limit);
+    const size_t limit = options.limit > 0 ? options.limit : RunLog::defaultMaxRecords;
+    auto runs = matchingRuns(context.session, options.filter.filter(LocalCalendar()), limit + 1);
+    const bool isCut = runs.size() > limit;
+    runs.resize(std::min(runs.size(), limit));
     if (context.format == Format::json) {
         printJson(runs);
         return Exit::done;
@@ -59,8 +59,8 @@ Exit listRuns(Context& context, const ListOptions& options) {
         return Exit::done;
     }
     printRuns(runs, texts);
-    if (runs.size() < found)
-        print(texts.text("cli.runs.more", {{"count", found - runs.size()}}) + "\n");
+    if (isCut)
+        print(texts.text("cli.runs.more") + "\n");
     return Exit::done;
 }
 

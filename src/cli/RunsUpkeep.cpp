@@ -104,7 +104,8 @@ Exit undo(Context& context, const std::string& word) {
 
 Exit exportRuns(Context& context, const ExportOptions& options) {
     const Texts& texts = context.session.texts();
-    const auto runs = matchingRuns(context.session, options.filter.filter(LocalCalendar()));
+    const auto runs =
+        matchingRuns(context.session, options.filter.filter(LocalCalendar()), RunLog::defaultMaxRecords);
     const std::string csv =
         ActivityExport{texts, std::string(code(texts.language())), LocalCalendar()}.csv(runs);
     if (options.output.empty()) {

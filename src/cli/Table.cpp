@@ -71,8 +71,12 @@ std::string shorten(const std::string& text, size_t columns) {
         return {};
     const size_t head = (columns - 1) / 3;
     const size_t tail = columns - 1 - head;
-    const size_t from = bytesOfColumns(text, displayWidth(text) - tail);
-    return text.substr(0, bytesOfColumns(text, head)) + std::string(ellipsis) + text.substr(from);
+    auto from = static_cast<int32_t>(bytesOfColumns(text, displayWidth(text) - tail));
+    // A wide character across the cut goes too.
+    while (displayWidth(std::string_view(text).substr(static_cast<size_t>(from))) > tail)
+        U8_FWD_1(text.data(), from, static_cast<int32_t>(text.size()));
+    return text.substr(0, bytesOfColumns(text, head)) + std::string(ellipsis) +
+           text.substr(static_cast<size_t>(from));
 }
 
 void Table::add(std::vector<std::string> cells) {

@@ -97,8 +97,8 @@ TEST_F(RunJournalTest, AKilledRunGetsItsRecordAndListOnce) {
 TEST_F(RunJournalTest, TheCallerMayFindOutWhatBecameOfAStep) {
     killARun();
     Tracked base(dir.path());
-    const auto records = base.recover([](const std::string& tool, const std::string& path) {
-        return RunFileRow{.path = path, .place = "/trash", .state = tool + " removed"};
+    const auto records = base.recover([](const JournalHeader& run, const std::string& path) {
+        return RunFileRow{.path = path, .place = "/trash", .state = run.toolID + " removed"};
     });
     EXPECT_THAT(states(base.files.rows(records.at(0).id)),
                 ElementsAre("removed", "removed", "system-junk removed"));
