@@ -15,7 +15,7 @@ consteval const ToolDescriptor& catalogueRow(std::string_view id) {
 }
 
 consteval ModuleCard card(std::string_view id, std::string_view displayName, std::string_view summary) {
-    return {id, displayName, catalogueRow(id).symbolName, summary};
+    return {id, displayName, catalogueRow(id).sfSymbolName, summary};
 }
 
 consteval ModuleCard namedInCatalogue(std::string_view id, std::string_view summary) {

@@ -9,7 +9,7 @@ namespace vh {
 struct ModuleCard {
     std::string_view id;
     std::string_view displayName;
-    std::string_view symbolName; ///< a file in resources/icons
+    std::string_view sfSymbolName; ///< a file in resources/icons
     std::string_view summary;
 };
 

@@ -20,7 +20,7 @@ public:
 
     std::string_view id() const { return card_.id; }
     std::string_view displayName() const { return card_.displayName; }
-    std::string_view symbolName() const { return card_.symbolName; }
+    std::string_view sfSymbolName() const { return card_.sfSymbolName; }
     std::string_view summary() const { return card_.summary; }
 
     /// Both block and are called off the main thread. They throw Cancelled when stopped, and what keeps the whole job

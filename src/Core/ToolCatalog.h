@@ -41,15 +41,15 @@ using ToolStatus = std::variant<AvailableTool, PlannedTool>;
 template <>
 inline constexpr auto describe<AvailableTool> = record(field("moduleID", &AvailableTool::moduleID));
 template <>
-inline constexpr auto describe<ToolStatus> =
-    taggedUnion(unionCase<AvailableTool>("available"), unionCase<PlannedTool>("planned"));
+inline constexpr auto describe<ToolStatus> = taggedUnion(unionCase<AvailableTool>("available"),
+                                                         unionCase<PlannedTool>("planned"));
 
 /// One tool as the user sees it. The texts are English; Core/ToolTexts.h has those of every language.
 struct ToolDescriptor {
     std::string_view id; ///< stable, lower case with hyphens: the toolID of runs, schedules and flows
     std::string_view name;
     std::string_view summary;
-    std::string_view symbolName; ///< a file in resources/icons
+    std::string_view sfSymbolName; ///< a file in resources/icons
     ToolSection section = ToolSection::files;
     ToolComplexity complexity = ToolComplexity::low;
     ToolStatus status;
@@ -60,11 +60,13 @@ struct ToolDescriptor {
 };
 
 template <>
-inline constexpr auto describe<ToolDescriptor> =
-    record(field("id", &ToolDescriptor::id), field("name", &ToolDescriptor::name),
-           field("summary", &ToolDescriptor::summary), field("sfSymbolName", &ToolDescriptor::symbolName),
-           field("section", &ToolDescriptor::section), field("complexity", &ToolDescriptor::complexity),
-           field("status", &ToolDescriptor::status));
+inline constexpr auto describe<ToolDescriptor> = record(field("id", &ToolDescriptor::id),
+                                                        field("name", &ToolDescriptor::name),
+                                                        field("summary", &ToolDescriptor::summary),
+                                                        field("sfSymbolName", &ToolDescriptor::sfSymbolName),
+                                                        field("section", &ToolDescriptor::section),
+                                                        field("complexity", &ToolDescriptor::complexity),
+                                                        field("status", &ToolDescriptor::status));
 
 /// The tools of the program. All is constant and may be read from any thread; pointers stay valid for ever.
 struct ToolCatalog {

@@ -56,7 +56,7 @@ QVariantList ShellViewModel::sections() const {
             tools << QVariantMap{
                 {QStringLiteral("id"), qtText(tool->id)},
                 {QStringLiteral("name"), qtText(toolName(texts, tool->id))},
-                {QStringLiteral("icon"), qtText(tool->symbolName)},
+                {QStringLiteral("icon"), qtText(tool->sfSymbolName)},
                 {QStringLiteral("available"), context_.session().registry().hasEngine(tool->id)},
             };
         list << QVariantMap{
@@ -77,7 +77,7 @@ QVariantMap ShellViewModel::tool(const QString& id) const {
         {QStringLiteral("id"), qtText(tool->id)},
         {QStringLiteral("name"), qtText(toolName(texts, tool->id))},
         {QStringLiteral("summary"), qtText(toolSummary(texts, tool->id))},
-        {QStringLiteral("icon"), qtText(tool->symbolName)},
+        {QStringLiteral("icon"), qtText(tool->sfSymbolName)},
         {QStringLiteral("section"), qtText(rawValue(tool->section))},
         {QStringLiteral("sectionTitle"), qtText(sectionTitle(texts, tool->section))},
         {QStringLiteral("complexity"), qtText(complexityLabel(texts, tool->complexity))},
@@ -93,7 +93,7 @@ QVariantList ShellViewModel::search(const QString& text) const {
             {QStringLiteral("id"), qtText(tool->id)},
             {QStringLiteral("name"), qtText(toolName(texts, tool->id))},
             {QStringLiteral("summary"), qtText(toolSummary(texts, tool->id))},
-            {QStringLiteral("icon"), qtText(tool->symbolName)},
+            {QStringLiteral("icon"), qtText(tool->sfSymbolName)},
             {QStringLiteral("sectionTitle"), qtText(sectionTitle(texts, tool->section))},
         };
     return list;

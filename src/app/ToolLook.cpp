@@ -7,7 +7,7 @@ namespace vh::app {
 
 QString toolIcon(std::string_view toolID) {
     const ToolDescriptor* tool = ToolCatalog::tool(toolID);
-    return tool ? qtText(tool->symbolName) : QStringLiteral("bolt");
+    return tool ? qtText(tool->sfSymbolName) : QStringLiteral("bolt");
 }
 
 } // namespace vh::app

@@ -91,7 +91,7 @@ TEST(ModuleCards, AreTheRegistrysModules) {
     EXPECT_EQ(moduleCard("system-junk")->displayName, "System Junk");
     EXPECT_EQ(moduleCard("lan-scanner")->displayName, "LAN Scanner");
     EXPECT_EQ(moduleCard("ftp")->displayName, "FTP");
-    EXPECT_EQ(moduleCard("sync")->symbolName, ToolCatalog::tool("sync")->symbolName);
+    EXPECT_EQ(moduleCard("sync")->sfSymbolName, ToolCatalog::tool("sync")->sfSymbolName);
     EXPECT_EQ(moduleCard("pdf-to-word")->summary, ToolCatalog::tool("pdf-to-word")->summary);
     EXPECT_FALSE(moduleCard("no-such-tool"));
 }

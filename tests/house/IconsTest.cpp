@@ -16,9 +16,9 @@ void expectIcon(std::string_view symbol) {
 
 TEST(Icons, EveryToolAndModuleHasItsPicture) {
     for (const auto& tool : ToolCatalog::all())
-        expectIcon(tool.symbolName);
+        expectIcon(tool.sfSymbolName);
     for (const auto& card : moduleCards())
-        expectIcon(card.symbolName);
+        expectIcon(card.sfSymbolName);
 }
 
 } // namespace
