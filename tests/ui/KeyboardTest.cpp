@@ -127,6 +127,8 @@ TEST_F(Keyboard, findsAToolFromTheSearchField) {
         press(key);
     press(Qt::Key_Return);
     EXPECT_EQ(page(), "system-junk");
+    waitUntil("the page has come to rest", [&] { return !junk().property("isScanning").toBool(); });
+    EXPECT_EQ(nameOfFocused(), "Scan again") << "the page that was found has the keyboard";
 
     press(Qt::Key_K, Qt::ControlModifier);
     press(Qt::Key_S);

@@ -33,6 +33,7 @@ FocusScope {
         return false;
     }
 
+    focus: true
     Accessible.role: Accessible.Pane
     Accessible.name: title
 

@@ -81,6 +81,8 @@ Card {
         id: heading
         anchors.top: head.bottom
         anchors.topMargin: Theme.space12
+        width: parent.width
+        wrapMode: Text.Wrap
         text: card.run.fileCount > 0 ? Tr.t("activity.files", {count: card.run.fileCount}) : Tr.t("activity.files.none")
         font: Theme.label
         color: Theme.second

@@ -85,6 +85,10 @@ FocusScope {
         fixed: pages.fixed
         current: shell.pageId
         onPicked: id => shell.open(id)
+        onFound: id => {
+            shell.open(id);
+            sidebar.lastStop.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason);
+        }
     }
 
     Loader {

@@ -8,8 +8,11 @@ Rectangle {
 
     property var fixed: []
     property string current
+    readonly property Item lastStop: settings
 
     signal picked(string id)
+    // Picked in the search: the page gets the keyboard.
+    signal found(string id)
 
     readonly property var entries: {
         const rows = [];
@@ -44,6 +47,15 @@ Rectangle {
         focusSearch();
         search.text = text;
     }
+
+    function revealCurrent() {
+        const item = stops().find(stop => stop.current);
+        if (item && item !== settings)
+            flick.reveal(item);
+    }
+
+    onCurrentChanged: Qt.callLater(revealCurrent)
+    onHeightChanged: Qt.callLater(revealCurrent)
 
     function stops(): var {
         const list = [];
@@ -90,7 +102,7 @@ Rectangle {
         x: Theme.space12
         y: 48
         width: parent.width - 2 * Theme.space12 - Theme.hairline
-        onPicked: id => sidebar.picked(id)
+        onPicked: id => sidebar.found(id)
     }
 
     Flickable {
