@@ -66,6 +66,20 @@ QtObject {
     readonly property int tileHeightTall: 106
     readonly property int footHeight: 58
     readonly property int scrollBarWidth: 8
+    readonly property int fieldWidth: 260
+    readonly property int fieldWidthMiddle: 200
+    readonly property int fieldWidthShort: 104
+    readonly property int sizeWidth: 76
+    readonly property int textWidth: 460
+    readonly property int sheetWidth: 520
+    readonly property int paneWidth: 332
+    readonly property int listWidth: 400
+    readonly property int wideWidth: 760
+    readonly property int fourTilesWidth: 860
+    readonly property int summaryHeight: 100
+    readonly property int topCardHeight: 164
+    readonly property int noticeHeight: 220
+    readonly property real mainShare: 0.593
     readonly property int windowWidth: 1280
     readonly property int windowHeight: 820
     readonly property int windowMinimumWidth: 960

@@ -18,7 +18,7 @@ T.Popup {
 
     parent: T.Overlay.overlay
     anchors.centerIn: parent
-    width: Math.min(520, (parent ? parent.width : 520) - 2 * Theme.space32)
+    width: Math.min(Theme.sheetWidth, (parent ? parent.width : Theme.sheetWidth) - 2 * Theme.space32)
     implicitHeight: implicitContentHeight + 2 * padding
     padding: Theme.space24
     modal: true

@@ -16,7 +16,7 @@ Column {
 
     Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
-        width: 44
+        width: Theme.rowHeightTwo
         height: width
         radius: Theme.radiusCard
         color: Theme.soft
@@ -39,7 +39,7 @@ Column {
     Label {
         visible: text !== ""
         anchors.horizontalCenter: parent.horizontalCenter
-        width: Math.min(implicitWidth, empty.width, 460)
+        width: Math.min(implicitWidth, empty.width, Theme.textWidth)
         text: empty.detail
         color: Theme.second
         wrapMode: Text.Wrap

@@ -7,7 +7,7 @@ Item {
 
     property string label
     property string value
-    property int labelWidth: 104
+    property int labelWidth: Theme.fieldWidthShort
 
     implicitHeight: Math.max(name.implicitHeight, worth.implicitHeight) + Theme.space8
     Accessible.role: Accessible.StaticText

@@ -8,7 +8,7 @@ T.TextField {
 
     property string name: placeholderText
 
-    implicitWidth: 260
+    implicitWidth: Theme.fieldWidth
     implicitHeight: Theme.fieldHeight
     leftPadding: Theme.space8 + 2
     rightPadding: Theme.space8 + 2

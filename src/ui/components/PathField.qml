@@ -12,7 +12,7 @@ FocusScope {
 
     signal edited(string path)
 
-    implicitWidth: 360
+    implicitWidth: Theme.listWidth
     implicitHeight: Theme.fieldHeight
     Accessible.name: name
 

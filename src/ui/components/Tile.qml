@@ -35,7 +35,7 @@ T.AbstractButton {
             id: plate
             x: Theme.space16 - 2
             y: Theme.space16 - 2
-            width: 30
+            width: Theme.fieldHeight
             height: width
             radius: Theme.radiusButton
             color: tile.available ? Theme.soft : Theme.sunken

@@ -18,7 +18,7 @@ Page {
 
     Card {
         width: parent.width
-        height: Math.min(parent.height, 220)
+        height: Math.min(parent.height, Theme.noticeHeight)
 
         EmptyState {
             anchors.centerIn: parent

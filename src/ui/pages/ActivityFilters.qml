@@ -10,7 +10,7 @@ Flow {
     spacing: Theme.space8
 
     SearchField {
-        width: 200
+        width: Theme.fieldWidthMiddle
         placeholderText: Tr.t("activity.search")
         text: filters.activity.text
         onTextChanged: filters.activity.text = text
@@ -23,7 +23,7 @@ Flow {
     }
     Field {
         visible: filters.activity.period === "range"
-        width: 104
+        width: Theme.fieldWidthShort
         name: Tr.t("activity.filter.from")
         placeholderText: Tr.t("activity.filter.date")
         text: filters.activity.from
@@ -31,14 +31,14 @@ Flow {
     }
     Field {
         visible: filters.activity.period === "range"
-        width: 104
+        width: Theme.fieldWidthShort
         name: Tr.t("activity.filter.to")
         placeholderText: Tr.t("activity.filter.date")
         text: filters.activity.to
         onEditingFinished: filters.activity.to = text
     }
     ComboField {
-        width: Math.min(implicitWidth, 200)
+        width: Math.min(implicitWidth, Theme.fieldWidthMiddle)
         name: Tr.t("activity.filter.tool")
         options: filters.activity.toolOptions
         value: filters.activity.toolID
@@ -51,7 +51,7 @@ Flow {
         onChosen: value => filters.activity.outcome = value
     }
     ComboField {
-        width: Math.min(implicitWidth, 200)
+        width: Math.min(implicitWidth, Theme.fieldWidthMiddle)
         name: Tr.t("activity.filter.trigger")
         options: filters.activity.triggerOptions
         value: filters.activity.trigger
@@ -59,7 +59,7 @@ Flow {
     }
     ComboField {
         visible: options.length > 2
-        width: Math.min(implicitWidth, 200)
+        width: Math.min(implicitWidth, Theme.fieldWidthMiddle)
         name: Tr.t("activity.filter.computer")
         options: filters.activity.computerOptions
         value: filters.activity.computer

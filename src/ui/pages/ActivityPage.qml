@@ -7,12 +7,17 @@ Page {
 
     readonly property var activity: App.activity
     readonly property bool detailed: activity.selectedRun.runId !== undefined && activity.selectedRun.runId !== ""
-    readonly property int paneWidth: 332
 
     signal said(string text)
 
     function showState(name: string): bool {
-        if (name !== "details" || table.count === 0)
+        if (activity.runCount === 0)
+            return false;
+        if (name === "export") {
+            exportSheet.open();
+            return true;
+        }
+        if (name !== "details")
             return false;
         table.focusRow(0);
         table.opened(0);
@@ -67,14 +72,14 @@ Page {
         anchors.top: totals.bottom
         anchors.topMargin: Theme.space8
         anchors.bottom: parent.bottom
-        width: parent.width - (page.detailed ? page.paneWidth + Theme.space16 : 0)
+        width: parent.width - (page.detailed ? Theme.paneWidth + Theme.space16 : 0)
         name: page.title
         model: page.activity.runs
         header: count > 0 ? heading : null
         list.section.property: "dayText"
         list.section.delegate: ActivityDay { width: table.width }
         delegate: ActivityRow {
-            wide: table.width > 760
+            wide: table.width > Theme.wideWidth
             chosen: page.activity.selectedRun.runId === runId
             onClicked: page.activity.select(runId)
         }
@@ -84,7 +89,7 @@ Page {
 
         Component {
             id: heading
-            ActivityHeader { wide: table.width > 760 }
+            ActivityHeader { wide: table.width > Theme.wideWidth }
         }
         EmptyState {
             anchors.centerIn: parent
@@ -103,7 +108,7 @@ Page {
         anchors.right: parent.right
         anchors.top: table.top
         anchors.bottom: parent.bottom
-        width: page.paneWidth
+        width: Theme.paneWidth
         sourceComponent: ActivityDetails { activity: page.activity }
     }
 

@@ -77,7 +77,7 @@ Page {
 
         SearchField {
             id: search
-            width: Math.min(260, parent.width / 3)
+            width: Math.min(Theme.fieldWidth, parent.width / 3)
             placeholderText: Tr.t("cache.search", {count: page.junk.itemCount})
             text: page.junk.search
             onTextChanged: page.junk.search = text
@@ -95,7 +95,7 @@ Page {
         Label {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            visible: parent.width > 760
+            visible: parent.width > Theme.wideWidth
             text: Tr.t("cache.largest-first")
             color: Theme.second
         }

@@ -7,7 +7,7 @@ Page {
     readonly property var home: App.home
     readonly property var junk: App.scanClean("system-junk")
     property bool allTools: false
-    readonly property int columns: body.width > 860 ? 4 : 3
+    readonly property int columns: body.width > Theme.fourTilesWidth ? 4 : 3
     readonly property int firstTools: 2 * columns
 
     signal navigate(string id)
@@ -47,8 +47,8 @@ Page {
 
             JunkCard {
                 id: junkCard
-                width: Math.round((parent.width - parent.spacing) * 0.593)
-                height: Math.max(164, disks.implicitHeight)
+                width: Math.round((parent.width - parent.spacing) * Theme.mainShare)
+                height: Math.max(Theme.topCardHeight, disks.implicitHeight)
                 junk: page.junk
                 onOpened: page.navigate("system-junk")
             }

@@ -76,7 +76,7 @@ TableRow {
         id: size
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        width: 76
+        width: Theme.sizeWidth
         text: row.sizeText
         horizontalAlignment: Text.AlignRight
         Accessible.ignored: true

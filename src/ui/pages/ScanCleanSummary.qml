@@ -7,7 +7,7 @@ Card {
 
     required property var junk
 
-    implicitHeight: 100
+    implicitHeight: Theme.summaryHeight
 
     Label {
         id: label

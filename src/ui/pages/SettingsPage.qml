@@ -6,14 +6,27 @@ Page {
 
     readonly property var settings: App.settings
 
+    function showState(name: string): bool {
+        if (name !== "move")
+            return false;
+        moveSheet.open();
+        return true;
+    }
+
     title: Tr.t("shell.page.settings")
     line: Tr.t("settings.line")
     scrolls: true
 
     Column {
-        width: Math.min(parent.width, 760)
+        width: Math.min(parent.width, Theme.wideWidth)
         spacing: Theme.space16
 
+        ErrorNote {
+            width: parent.width
+            visible: page.settings.message !== ""
+            title: Tr.t("settings.not-stored")
+            text: page.settings.message
+        }
         SettingsCard {
             width: parent.width
             title: Tr.t("settings.look")

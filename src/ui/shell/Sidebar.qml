@@ -50,7 +50,7 @@ Rectangle {
 
     function revealCurrent() {
         const item = stops().find(stop => stop.current);
-        if (item && item !== settings)
+        if (item && item !== settings && flick.height > item.height)
             flick.reveal(item);
     }
 
@@ -100,7 +100,7 @@ Rectangle {
     ToolSearch {
         id: search
         x: Theme.space12
-        y: 48
+        y: Theme.space32 + Theme.space16
         width: parent.width - 2 * Theme.space12 - Theme.hairline
         onPicked: id => sidebar.found(id)
     }

@@ -29,7 +29,7 @@ SearchField {
 
     T.Popup {
         y: field.height + Theme.space4
-        width: 400
+        width: Theme.listWidth
         height: field.results.length > 0 ? Math.min(list.contentHeight, 9 * Theme.rowHeightTwo) + 2 * padding : none.implicitHeight + 2 * padding
         padding: Theme.space4
         visible: field.text.trim() !== "" && field.activeFocus
