@@ -9,8 +9,14 @@ trap 'rm -rf "$HOME"' EXIT
 unset XDG_DATA_HOME XDG_CONFIG_HOME
 
 mkdir -p "$HOME/.local/share/Varnholt"
-line='{"computer":"atelier","details":{"bytes":"123456","failed":"0","files":"31"},"duration":1.25,"id":"0B5F6A0E-7C1E-4B0B-9F0C-XXXXXXXXXXXX","metrics":{"errors":0,"filesRemoved":31,"freedBytes":123456789},"outcome":"success","startedAt":"2026-11-22T20:18:55Z","summary":"31 items moved to the Trash, 123.5 MB.","toolID":"system-junk","trigger":"manual"}'
-seq -f %012.0f 1 20000 | sed "s|\(.*\)|$line|; s|XXXXXXXXXXXX||" | awk '{ n = sprintf("%012d", NR); sub(/9F0C-/, "9F0C-" n); print }' >"$HOME/.local/share/Varnholt/runs.jsonl"
+awk 'BEGIN {
+    for (i = 1; i <= 20000; i++)
+        printf "{\"computer\":\"atelier\",\"details\":{\"bytes\":\"123456\",\"failed\":\"0\",\"files\":\"31\"}," \
+            "\"duration\":1.25,\"id\":\"0B5F6A0E-7C1E-4B0B-9F0C-%012d\"," \
+            "\"metrics\":{\"errors\":0,\"filesRemoved\":31,\"freedBytes\":123456789},\"outcome\":\"success\"," \
+            "\"startedAt\":\"2026-11-22T20:18:55Z\",\"summary\":\"31 items moved to the Trash, 123.5 MB.\"," \
+            "\"toolID\":\"system-junk\",\"trigger\":\"manual\"}\n", i
+}' >"$HOME/.local/share/Varnholt/runs.jsonl"
 
 median() { # words
     local i
