@@ -1,5 +1,6 @@
 #include "WindowFixture.h"
 
+#include <QGuiApplication>
 #include <set>
 
 namespace vh::test {
@@ -89,6 +90,18 @@ TEST_F(Keyboard, theReviewKeepsTheKeyboardAndEscapeClosesItWithNothingRemoved) {
         EXPECT_EQ(stage(), "scanned");
     }
     EXPECT_EQ(junk().property("itemCount").toInt(), 3);
+}
+
+TEST_F(Keyboard, choosesAFolderWithoutTheMouse) {
+    openWindow();
+    openPage("settings");
+    tabTo("Move…");
+    press(Qt::Key_Return);
+    tabTo("Choose…");
+    press(Qt::Key_Return);
+    waitUntil("the dialog has the keyboard", [&] {
+        return nameOfFocused() != "Choose…" || QGuiApplication::focusWindow() != &window().quickWindow();
+    });
 }
 
 TEST_F(Keyboard, goesFromPageToPageAndBack) {

@@ -24,8 +24,7 @@ Page {
         ErrorNote {
             width: parent.width
             visible: page.settings.message !== ""
-            title: Tr.t("settings.not-stored")
-            text: page.settings.message
+            title: page.settings.message
         }
         SettingsCard {
             width: parent.width
