@@ -12,6 +12,7 @@
 #include "app/ShellViewModel.h"
 #include "ui/Tr.h"
 
+#include <QDir>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QStandardPaths>
@@ -89,7 +90,8 @@ QString App::fontFamily() const {
 }
 
 QString App::documentsFolder() const {
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QDir(documents).exists() ? documents : QDir::homePath();
 }
 
 } // namespace vh::ui

@@ -61,6 +61,7 @@ public:
     bool isDark() const;
     bool reducedMotion() const { return systemLook_.wantsLessMotion(); }
     QString fontFamily() const;
+    /// The home where there is no folder for documents.
     QString documentsFolder() const;
     /// The path of a file's URL; of any other, nothing.
     Q_INVOKABLE QString localPath(const QUrl& url) const { return url.toLocalFile(); }

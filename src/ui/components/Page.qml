@@ -74,14 +74,15 @@ FocusScope {
     Flickable {
         id: flick
         anchors.top: head.bottom
-        anchors.topMargin: Theme.space16
+        // The ring of what stands at the top needs room inside the clip.
+        anchors.topMargin: Theme.space16 - body.y
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.bottom: bar.top
         clip: true
         interactive: page.scrolls
         boundsBehavior: Flickable.StopAtBounds
-        contentHeight: page.scrolls ? body.childrenRect.height + Theme.space24 : height
+        contentHeight: page.scrolls ? body.y + body.childrenRect.height + Theme.space24 : height
 
         // The keyboard never leads to what cannot be seen.
         function reveal(item: Item) {
@@ -109,8 +110,9 @@ FocusScope {
         Item {
             id: body
             x: page.margin
+            y: Theme.space4
             width: flick.width - 2 * page.margin
-            height: flick.height - Theme.space24
+            height: flick.height - y - Theme.space24
         }
     }
 

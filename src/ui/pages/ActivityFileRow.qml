@@ -27,6 +27,7 @@ TableRow {
         text: [row.stateTitle, row.place].filter(text => text !== "").join(" · ")
         font: Theme.label
         color: Theme.second
+        elide: Text.ElideMiddle
         Accessible.ignored: true
     }
     Label {

@@ -120,7 +120,7 @@ Page {
     Connections {
         target: page.activity
         function onMessageChanged() {
-            if (page.activity.message !== "")
+            if (page.activity.message !== "" && !exportSheet.visible)
                 page.said(page.activity.message);
         }
     }
