@@ -13,6 +13,7 @@
 #include "ui/Tr.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QStandardPaths>
@@ -92,6 +93,12 @@ QString App::fontFamily() const {
 QString App::documentsFolder() const {
     const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QDir(documents).exists() ? documents : QDir::homePath();
+}
+
+QUrl App::folderUrl(const QString& path) const {
+    const bool isUnderHome = path == QLatin1String("~") || path.startsWith(QLatin1String("~/"));
+    const QFileInfo place(isUnderHome ? QDir::homePath() + path.mid(1) : path);
+    return QUrl::fromLocalFile(place.isDir() ? place.filePath() : place.path());
 }
 
 } // namespace vh::ui

@@ -66,6 +66,9 @@ public:
     /// The path of a file's URL; of any other, nothing.
     Q_INVOKABLE QString localPath(const QUrl& url) const { return url.toLocalFile(); }
 
+    /// The URL of the folder a path leads to, with "~" for the home; of the one above where it is no folder.
+    Q_INVOKABLE QUrl folderUrl(const QString& path) const;
+
 signals:
     void darkChanged();
 

@@ -4,6 +4,7 @@
 #include "ui/IconProvider.h"
 
 #include <QGuiApplication>
+#include <QQuickStyle>
 #include <QtPlugin>
 #include <QtQml/QQmlExtensionPlugin>
 #include <stdexcept>
@@ -20,6 +21,9 @@ void useNoDisplay() {
 Window::Window(app::Session& session, const LookOverride& look) : app_(session, look) {
     // The system's own glyphs: at 13 px sharper than scaled outlines.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    // Only what Qt draws itself, such as a file dialog where the desktop has none.
+    if (const auto basic = QStringLiteral("Basic"); QQuickStyle::name() != basic)
+        QQuickStyle::setStyle(basic);
     app_.installIn(engine_);
     engine_.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine_.addImageProvider(QStringLiteral("icons"), new IconProvider);

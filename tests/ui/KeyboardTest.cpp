@@ -99,6 +99,8 @@ TEST_F(Keyboard, choosesAFolderWithoutTheMouse) {
     press(Qt::Key_Return);
     tabTo("Choose…");
     press(Qt::Key_Return);
+    EXPECT_EQ(window().app().folderUrl("~/tmp").toLocalFile().toStdString(), home() / "tmp");
+    EXPECT_EQ(window().app().folderUrl("~/not there").toLocalFile().toStdString(), home().path());
     waitUntil("the dialog has the keyboard", [&] {
         return nameOfFocused() != "Choose…" || QGuiApplication::focusWindow() != &window().quickWindow();
     });

@@ -42,6 +42,8 @@ protected:
     QQuickItem* focused() { return window_->quickWindow().activeFocusItem(); }
     QObject& junk() { return *window_->app().scanClean(QStringLiteral("system-junk")); }
 
+    const TempDir& home() const { return home_; }
+
 private:
     void setVariable(const char* name, const std::optional<QByteArray>& value);
 

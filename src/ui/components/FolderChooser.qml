@@ -1,8 +1,12 @@
 import QtQuick
 import QtQuick.Dialogs
+import Varnholt
 
 FolderDialog {
+    property string path
+
     signal chosen(url url)
 
+    currentFolder: App.folderUrl(path)
     onAccepted: chosen(selectedFolder)
 }

@@ -38,13 +38,16 @@ FocusScope {
         id: choose
         anchors.right: parent.right
         text: Tr.t("shell.choose")
-        onClicked: dialog.active ? dialog.item.open() : dialog.active = true
+        onClicked: {
+            dialog.active = true;
+            dialog.item.path = control.path;
+            dialog.item.open();
+        }
     }
     Loader {
         id: dialog
         active: false
         source: control.folders ? "FolderChooser.qml" : "FileChooser.qml"
-        onLoaded: item.open()
     }
     Connections {
         target: dialog.item
