@@ -92,6 +92,13 @@ void WindowFixture::openPage(const QString& id) {
               [&] { return window_->quickWindow().property("settled").toBool(); });
 }
 
+bool WindowFixture::showState(const QString& name) {
+    bool shown = false;
+    QMetaObject::invokeMethod(&window_->quickWindow(), "showState", Q_RETURN_ARG(bool, shown),
+                              Q_ARG(QString, name));
+    return shown;
+}
+
 void WindowFixture::waitUntil(const char* what, const std::function<bool()>& holds) {
     ASSERT_TRUE(QTest::qWaitFor(holds, 20'000)) << "waited in vain until " << what;
 }

@@ -33,6 +33,8 @@ protected:
     ui::Window& window() { return *window_; }
     /// Opens a page and waits until it has nothing under way.
     void openPage(const QString& id);
+    /// False when the page has no such state.
+    bool showState(const QString& name);
     void waitUntil(const char* what, const std::function<bool()>& holds);
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 

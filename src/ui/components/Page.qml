@@ -20,6 +20,10 @@ FocusScope {
     // A page that has nothing under way; a picture of it may be taken.
     property bool settled: true
 
+    // Asks the shell for another page, and to say something in passing.
+    signal navigate(string id)
+    signal said(string text)
+
     // Takes the page to a named state for a picture; says whether it knows that state.
     function showState(name: string): bool {
         return false;

@@ -54,6 +54,8 @@ T.AbstractButton {
             anchors.verticalCenter: plate.verticalCenter
             text: tile.text
             font: Theme.strong
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
             color: tile.available ? Theme.text : Theme.second
             Accessible.ignored: true
         }

@@ -8,8 +8,6 @@ Page {
     readonly property var activity: App.activity
     readonly property bool detailed: activity.selectedRun.runId !== undefined && activity.selectedRun.runId !== ""
 
-    signal said(string text)
-
     function showState(name: string): bool {
         if (activity.runCount === 0)
             return false;

@@ -9,9 +9,6 @@ Page {
     readonly property bool busy: junk.isScanning || junk.isCleaning
     readonly property bool filtered: junk.search !== "" || junk.category !== ""
 
-    signal navigate(string id)
-    signal said(string text)
-
     function showState(name: string): bool {
         if (name !== "selected" && name !== "review")
             return false;

@@ -10,8 +10,6 @@ Page {
     readonly property int columns: body.width > Theme.fourTilesWidth ? 4 : 3
     readonly property int firstTools: 2 * columns
 
-    signal navigate(string id)
-
     title: home.greeting
     line: home.hostLine
     scrolls: true

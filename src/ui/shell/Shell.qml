@@ -100,7 +100,6 @@ FocusScope {
     }
     Connections {
         target: shell.page
-        ignoreUnknownSignals: true
         function onNavigate(id: string) { shell.open(id); }
         function onSaid(text: string) { toast.show(text); }
     }
