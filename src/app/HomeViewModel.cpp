@@ -4,6 +4,7 @@
 #include "Core/RunLog.h"
 #include "Core/ToolCatalog.h"
 #include "Core/ToolTexts.h"
+#include "Core/VolumeTitle.h"
 #include "Platform/Host.h"
 #include "app/ActivityCenter.h"
 #include "app/AppContext.h"
@@ -139,7 +140,7 @@ QVariantList HomeViewModel::disks() const {
             continue;
         const double share = 1 - double(volume.freeBytes) / double(volume.totalBytes);
         list << QVariantMap{
-            {QStringLiteral("name"), qtText(printable(volume.name))},
+            {QStringLiteral("name"), qtText(volumeTitle(context_.texts().current(), volume))},
             {QStringLiteral("freeText"), context_.texts().sizeText(static_cast<int64_t>(volume.freeBytes))},
             {QStringLiteral("totalText"), context_.texts().sizeText(static_cast<int64_t>(volume.totalBytes))},
             {QStringLiteral("fraction"), share},

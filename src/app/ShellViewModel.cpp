@@ -85,10 +85,17 @@ QVariantMap ShellViewModel::tool(const QString& id) const {
     };
 }
 
+QString ShellViewModel::idOf(const QString& word) const {
+    const ToolDescriptor* tool = ToolCatalog::tool(word.toStdString());
+    if (!tool)
+        tool = search_.named(word.toStdString());
+    return tool ? qtText(tool->id) : QString();
+}
+
 QVariantList ShellViewModel::search(const QString& text) const {
     const Texts& texts = context_.texts().current();
     QVariantList list;
-    for (const ToolDescriptor* tool : search_.find(text.toStdString()))
+    for (const ToolDescriptor* tool : search_.find(text.toStdString(), texts.language()))
         list << QVariantMap{
             {QStringLiteral("id"), qtText(tool->id)},
             {QStringLiteral("name"), qtText(toolName(texts, tool->id))},

@@ -29,6 +29,8 @@ public:
     Q_INVOKABLE void setMode(const QString& mode);
     /// The tool of an identifier, folded ones included; empty for an unknown one.
     Q_INVOKABLE QVariantMap tool(const QString& id) const;
+    /// The identifier of a tool that is called by its identifier, a folded one, or its name in any language; else empty.
+    Q_INVOKABLE QString idOf(const QString& word) const;
     /// Tools by name, summary and former identifiers in every language, best match first.
     Q_INVOKABLE QVariantList search(const QString& text) const;
 

@@ -53,7 +53,7 @@ std::string identifiersOf(const ToolDescriptor& tool) {
 
 } // namespace
 
-std::vector<const ToolDescriptor*> ToolSearch::find(std::string_view text) {
+std::vector<const ToolDescriptor*> ToolSearch::find(std::string_view text, Language language) {
     build();
     const auto words = wordsOf(text);
     if (words.empty())
@@ -66,11 +66,11 @@ std::vector<const ToolDescriptor*> ToolSearch::find(std::string_view text) {
     for (const Entry& entry : entries_) {
         int sum = 0;
         const bool holdsAll = std::ranges::all_of(words, [&](const std::string& word) {
-            Rank best = elsewhere;
-            for (const std::string& each : entry.names)
-                best = std::min(best, rankIn(each, word));
+            int best = 2 * elsewhere;
+            for (size_t i = 0; i < entry.names.size(); ++i)
+                best = std::min(best, 2 * rankIn(entry.names[i], word) + (allLanguages[i] != language));
             sum += best;
-            return best != elsewhere || entry.rest.find(word) != std::string::npos;
+            return best < 2 * elsewhere || entry.rest.find(word) != std::string::npos;
         });
         if (holdsAll)
             hits.push_back({sum, entry.tool});
@@ -83,15 +83,23 @@ std::vector<const ToolDescriptor*> ToolSearch::find(std::string_view text) {
     return tools;
 }
 
+const ToolDescriptor* ToolSearch::named(std::string_view name) {
+    build();
+    const auto found = std::ranges::find_if(entries_, [wanted = foldForSearch(name)](const Entry& entry) {
+        return std::ranges::find(entry.names, wanted) != entry.names.end();
+    });
+    return found == entries_.end() ? nullptr : found->tool;
+}
+
 void ToolSearch::build() {
     if (!entries_.empty())
         return;
     for (const ToolDescriptor& tool : ToolCatalog::all()) {
         Entry entry{.tool = &tool};
         std::string rest = identifiersOf(tool);
-        for (const Language language : allLanguages) {
-            const Texts texts(language);
-            entry.names.push_back(foldForSearch(toolName(texts, tool.id)));
+        for (size_t i = 0; i < allLanguages.size(); ++i) {
+            const Texts texts(allLanguages[i]);
+            entry.names[i] = foldForSearch(toolName(texts, tool.id));
             rest.append(" ").append(toolSummary(texts, tool.id));
         }
         entry.rest = foldForSearch(rest);

@@ -2,6 +2,7 @@
 #include "Core/Codec.h"
 #include "Core/Printable.h"
 #include "Core/SuiteModule.h"
+#include "Core/VolumeTitle.h"
 #include "Platform/Host.h"
 #include "Platform/Volumes.h"
 #include "app/ModuleRegistry.h"
@@ -91,7 +92,7 @@ std::string diskTable(const std::vector<Volume>& disks, const Texts& texts) {
                  {texts.text("cli.column.total"), Align::right},
                  {texts.text("cli.column.path"), Align::left, true}});
     for (const Volume& disk : disks)
-        table.add({printable(disk.name),
+        table.add({volumeTitle(texts, disk),
                    sizeText(static_cast<int64_t>(disk.totalBytes - disk.freeBytes), texts.language()),
                    sizeText(static_cast<int64_t>(disk.freeBytes), texts.language()),
                    sizeText(static_cast<int64_t>(disk.totalBytes), texts.language()), printable(disk.path)});

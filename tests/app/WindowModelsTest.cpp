@@ -40,6 +40,11 @@ TEST(Shell, FindsToolsInEveryLanguageAndByFormerNames) {
     }
     EXPECT_EQ(column(shell.search("cache"), "id").front(), "system-junk")
         << "its name before other tools' summaries";
+    EXPECT_TRUE(shell.search("c").front().toMap()["name"].toString().startsWith("C"))
+        << "a name that is shown before one in another language";
+    EXPECT_EQ(shell.idOf("Caché"), "system-junk");
+    EXPECT_EQ(shell.idOf("lan-scanner"), "net-diagnostics");
+    EXPECT_EQ(shell.idOf("no such tool"), "");
     for (const Language language : allLanguages)
         for (const ToolDescriptor& tool : ToolCatalog::all()) {
             const QString name = qtText(toolName(Texts(language), tool.id));

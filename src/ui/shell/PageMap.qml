@@ -19,9 +19,9 @@ QtObject {
         "system-junk": "CachePage"
     })
 
-    // The page that answers to an identifier, folded ones included; "" for none.
+    // The page that answers to an identifier, folded ones included, or to a tool's name; "" for none.
     function resolve(id: string): string {
-        return id === "settings" || fixed.some(page => page.id === id) ? id : App.shell.tool(id).id ?? "";
+        return id === "settings" || fixed.some(page => page.id === id) ? id : App.shell.idOf(id);
     }
 
     // All but the tools.
