@@ -2,15 +2,12 @@
 
 #include "Core/ByteFormat.h"
 #include "Core/CleanReason.h"
-#include "Core/JournalLines.h"
 #include "Core/PathAllowlist.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
 #include "Core/RunLog.h"
 #include "Core/SuiteModule.h"
 #include "Core/ToolTexts.h"
-#include "Platform/Files.h"
-#include "Platform/TrashSearch.h"
 
 #include <chrono>
 
@@ -41,6 +38,9 @@ public:
 private:
     void removeAll(const ScanReport& report, const CleanSelection& selection);
     void removeItem(const ScanItem& item);
+    const char* removedState() const {
+        return method_ == RemovalMethod::trash ? cleanState::trashed : cleanState::deleted;
+    }
     void take(const ScanItem& item, CleanResult result);
     void skip(const ScanItem& item, const std::string& line);
     void reportProgress(size_t index, size_t count, const std::string& path);
@@ -72,7 +72,7 @@ void CleanJob::removeAll(const ScanReport& report, const CleanSelection& selecti
 }
 
 void CleanJob::removeItem(const ScanItem& item) {
-    journal_.doing(item.path);
+    journal_.doing({.path = item.path, .bytes = item.byteSize, .state = removedState()});
     try {
         take(item, module_.clean({{item.id}, method_}, {control_.cancel, {}}));
     } catch (...) {
@@ -82,10 +82,9 @@ void CleanJob::removeItem(const ScanItem& item) {
 }
 
 void CleanJob::take(const ScanItem& item, CleanResult result) {
-    const std::string removed = method_ == RemovalMethod::trash ? cleanState::trashed : cleanState::deleted;
     const bool isRemoved = result.removedCount > 0;
     journal_.done({item.path, result.items.empty() ? std::nullopt : result.items.front().landed,
-                   item.byteSize, isRemoved ? removed : cleanState::failed});
+                   item.byteSize, isRemoved ? removedState() : cleanState::failed});
     CleanResult& all = done_.result;
     all.removedCount += result.removedCount;
     all.freedBytes += result.freedBytes;
@@ -162,19 +161,6 @@ CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const Cle
     const auto run = stores.log.begin(std::string(module.id()), trigger);
     const auto journal = stores.journals.open(run, toolName(texts, module.id()));
     return CleanJob(module, selection.method, texts, control, *journal).run(report, selection);
-}
-
-std::optional<RunFileRow> resolveCleanStep(const JournalHeader& run, const std::string& path) {
-    RunFileRow row{.path = path};
-    if (const auto status = statusOf(path)) {
-        row.state = cleanState::inPlace;
-        return row;
-    }
-    row.place = findInTrash(path, std::chrono::floor<std::chrono::seconds>(run.startedAt));
-    if (!row.place)
-        return std::nullopt;
-    row.state = cleanState::trashed;
-    return row;
 }
 
 } // namespace vh

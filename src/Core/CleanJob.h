@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/CleanState.h"
 #include "Core/JobControl.h"
 #include "Core/RunFiles.h"
 #include "Core/RunRecord.h"
@@ -13,19 +14,9 @@
 namespace vh {
 
 class RunJournals;
-struct JournalHeader;
 class RunLog;
 class SuiteModule;
 class Texts;
-
-/// The states of a clean's rows in its file list.
-namespace cleanState {
-inline constexpr const char* trashed = "trashed";   ///< lies in the Trash at the row's place
-inline constexpr const char* deleted = "deleted";   ///< gone for good
-inline constexpr const char* failed = "failed";     ///< still there
-inline constexpr const char* restored = "restored"; ///< put back by an undo
-inline constexpr const char* inPlace = "inPlace";   ///< there when the run was killed at this item
-} // namespace cleanState
 
 /// An item that a clean or an undo left alone.
 struct SkippedItem {
@@ -57,8 +48,5 @@ struct CleanJobResult {
 CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const CleanSelection& selection,
                         Trigger trigger, const RunStores& stores, const Texts& texts,
                         const JobControl& control);
-
-/// What became of the item at which a clean was killed, for RunJournals::recoverInterrupted.
-std::optional<RunFileRow> resolveCleanStep(const JournalHeader& run, const std::string& path);
 
 } // namespace vh

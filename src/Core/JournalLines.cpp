@@ -1,5 +1,6 @@
 #include "Core/JournalLines.h"
 
+#include "Core/InterruptedStep.h"
 #include "Core/RunLog.h"
 
 #include <algorithm>
@@ -16,10 +17,11 @@ struct TakeIn {
         journal.header = std::move(header);
         hasHeader = true;
     }
-    void operator()(JournalIntent intent) const { journal.open.push_back(std::move(intent.path)); }
+    void operator()(JournalIntent intent) const { journal.open.push_back(std::move(intent.goal)); }
     void operator()(RunFileRow row) const {
         // Steps mostly end in turn, so the one that ended is found at the end.
-        const auto begun = std::find(journal.open.rbegin(), journal.open.rend(), row.path);
+        const auto begun =
+            std::ranges::find(journal.open.rbegin(), journal.open.rend(), row.path, &RunFileRow::path);
         if (begun != journal.open.rend())
             journal.open.erase(std::next(begun).base());
         journal.rows.push_back(std::move(row));
@@ -29,13 +31,10 @@ struct TakeIn {
 
 } // namespace
 
-std::vector<RunFileRow> Journal::rowsWith(const StepResolver& resolve) const {
+std::vector<RunFileRow> Journal::allRows() const {
     std::vector<RunFileRow> all = rows;
-    for (const auto& path : open) {
-        auto found = resolve ? resolve(header, path) : std::nullopt;
-        all.push_back(found ? std::move(*found)
-                            : RunFileRow{.path = path, .state = std::string(unknownState)});
-    }
+    for (const auto& goal : open)
+        all.push_back(afterInterruption(goal, header.startedAt));
     return all;
 }
 

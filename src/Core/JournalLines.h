@@ -4,7 +4,6 @@
 #include "Core/RunFiles.h"
 #include "Core/RunRecord.h"
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,14 +21,9 @@ struct JournalHeader {
     std::optional<std::map<std::string, std::string>> details;
 };
 
-/// What became of a step that was begun when the run was killed; nothing when that cannot be found out.
-using StepResolver =
-    std::function<std::optional<RunFileRow>(const JournalHeader& run, const std::string& path)>;
-
-/// A step is about to be taken at this path.
+/// A step is about to be taken.
 struct JournalIntent {
-    std::string path;
-    std::string state = "doing";
+    RunFileRow goal; ///< the row that it leaves when it succeeds, as far as that is known
 };
 
 /// A run's track is one of these a line: the header first, an intent before and a row after each step, the record at
@@ -44,8 +38,7 @@ inline constexpr auto describe<JournalHeader> = record(field("id", &JournalHeade
                                                        field("title", &JournalHeader::title),
                                                        field("details", &JournalHeader::details));
 template <>
-inline constexpr auto describe<JournalIntent> = record(field("path", &JournalIntent::path),
-                                                       field("state", &JournalIntent::state));
+inline constexpr auto describe<JournalIntent> = record(field("goal", &JournalIntent::goal));
 template <>
 inline constexpr auto
     describe<JournalLine> = taggedUnion(unionCase<JournalHeader>("begin"), unionCase<JournalIntent>("step"),
@@ -53,15 +46,13 @@ inline constexpr auto
 
 /// A track that was read.
 struct Journal {
-    static constexpr std::string_view unknownState = "unknown";
-
     JournalHeader header;
     std::vector<RunFileRow> rows;
-    std::vector<std::string> open; ///< steps begun and not known to have ended
+    std::vector<RunFileRow> open; ///< goals of the steps begun and not known to have ended
     std::optional<RunRecord> finished;
 
-    /// All rows; a step that never ended becomes what `resolve` finds out, else a row whose state is "unknown".
-    std::vector<RunFileRow> rowsWith(const StepResolver& resolve) const;
+    /// All rows; a step that never ended gives what can be found out about it now.
+    std::vector<RunFileRow> allRows() const;
 };
 
 /// Damaged lines are left out. Nothing when the header cannot be read: such a run had not begun.

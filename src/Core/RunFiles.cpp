@@ -10,6 +10,7 @@
 #include "Platform/SystemError.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 
@@ -83,7 +84,11 @@ void RunFiles::save(const Uuid& run, const std::vector<RunFileRow>& rows) const 
 
 std::vector<RunFileRow> RunFiles::rows(const Uuid& run, size_t limit) const {
     std::vector<RunFileRow> rows;
-    std::ifstream file(listFile(run), std::ios::binary);
+    const std::string path = listFile(run);
+    errno = 0;
+    std::ifstream file(path, std::ios::binary);
+    if (!file.is_open() && errno == ENOENT)
+        return rows;
     JsonDocument parser;
     for (std::string line; rows.size() < limit && std::getline(file, line);) {
         try {
@@ -92,6 +97,8 @@ std::vector<RunFileRow> RunFiles::rows(const Uuid& run, size_t limit) const {
             // One damaged line never costs the others.
         }
     }
+    if (!file.is_open() || file.bad())
+        throw SystemError(errno != 0 ? errno : EIO, path);
     return rows;
 }
 

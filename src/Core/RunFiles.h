@@ -41,7 +41,8 @@ public:
 
     /// Writes the list whole. Throws SystemError.
     void save(const Uuid& run, const std::vector<RunFileRow>& rows) const;
-    /// The first `limit` rows that can be read; reads no further. None when there is no list.
+    /// The first `limit` rows that can be read; reads no further. None when there is no list; throws
+    /// SystemError when there is one that cannot be read.
     std::vector<RunFileRow> rows(const Uuid& run, size_t limit = noLimit) const;
     bool has(const Uuid& run) const;
     /// The runs that have a list.

@@ -72,8 +72,8 @@ void RunJournal::write(const JournalLine& line) {
         attempt([&] { appendToFile(path_, encodeJson(line) + "\n"); });
 }
 
-void RunJournal::doing(const std::string& path) {
-    write(JournalIntent{path});
+void RunJournal::doing(RunFileRow goal) {
+    write(JournalIntent{std::move(goal)});
 }
 
 void RunJournal::done(RunFileRow row) {
@@ -115,13 +115,12 @@ std::unique_ptr<RunJournal> RunJournals::open(std::shared_ptr<RunHandle> run, co
     return journal;
 }
 
-std::vector<RunRecord> RunJournals::recoverInterrupted(const SummaryOfInterrupted& summary,
-                                                       const StepResolver& resolve) {
+std::vector<RunRecord> RunJournals::recoverInterrupted(const SummaryOfInterrupted& summary) {
     std::vector<RunRecord> written;
     for (const auto& track : tracksIn(folder_)) {
         try {
             if (const FileLock lock = claim(folder_, track))
-                if (auto record = recover(track, summary, resolve))
+                if (auto record = recover(track, summary))
                     written.push_back(std::move(*record));
         } catch (const SystemError&) {
             // It stays for the next call; one track's trouble is not the others'.
@@ -131,8 +130,7 @@ std::vector<RunRecord> RunJournals::recoverInterrupted(const SummaryOfInterrupte
 }
 
 /// The record first, then the list, then the track goes: stopped anywhere, the next call goes on.
-std::optional<RunRecord> RunJournals::recover(const std::string& track, const SummaryOfInterrupted& summary,
-                                              const StepResolver& resolve) {
+std::optional<RunRecord> RunJournals::recover(const std::string& track, const SummaryOfInterrupted& summary) {
     const auto found = readJournal(readFileIfPresent(track).value_or(""));
     std::optional<RunRecord> written;
     if (found) {
@@ -145,7 +143,7 @@ std::optional<RunRecord> RunJournals::recover(const std::string& track, const Su
         }
         if (stored == RunLog::Stored::inMemory)
             return written;
-        const auto rows = found->rowsWith(resolve);
+        const auto rows = found->allRows();
         if (!rows.empty() && !files_.has(id))
             files_.save(id, rows);
     }

@@ -20,8 +20,8 @@ class RunJournal {
 public:
     ~RunJournal();
 
-    /// Before a step.
-    void doing(const std::string& path);
+    /// Before a step, with the row that it leaves when it succeeds.
+    void doing(RunFileRow goal);
     /// After it, with what became of that path.
     void done(RunFileRow row);
     /// Writes the record and then the list of all rows; then the track goes. Does not throw.
@@ -65,12 +65,10 @@ public:
 
     /// Gives every run that was killed its record (failed, unless it had already finished) and its file list. Returns
     /// the records written by this call; what cannot be stored is left for the next.
-    std::vector<RunRecord> recoverInterrupted(const SummaryOfInterrupted& summary,
-                                              const StepResolver& resolve = {});
+    std::vector<RunRecord> recoverInterrupted(const SummaryOfInterrupted& summary);
 
 private:
-    std::optional<RunRecord> recover(const std::string& track, const SummaryOfInterrupted& summary,
-                                     const StepResolver& resolve);
+    std::optional<RunRecord> recover(const std::string& track, const SummaryOfInterrupted& summary);
 
     std::string folder_;
     RunLog& log_;

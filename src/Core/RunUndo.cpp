@@ -43,6 +43,8 @@ public:
         }
     }
 
+    bool hasRestored() const { return done_.restoredCount > 0; }
+
     UndoResult finish(const std::string& savingFailure) {
         done_.record = journal_.finish(outcome(!savingFailure.empty()), message(savingFailure),
                                        {{RunMetric::itemsProcessed, static_cast<double>(done_.restoredCount)},
@@ -55,11 +57,12 @@ public:
 
 private:
     void restore(RunFileRow& row) {
+        const bool isTaken = statusOf(row.path).has_value();
         if (!isInTrash(*row.place, row.path))
-            return skip(row, texts_.text("undo.reason.not-in-trash"));
-        if (statusOf(row.path))
+            return skip(row, texts_.text(isTaken ? "undo.reason.back" : "undo.reason.not-in-trash"));
+        if (isTaken)
             return skip(row, texts_.text("undo.reason.something-there"));
-        journal_.doing(row.path);
+        journal_.doing({row.path, row.place, row.bytes, cleanState::restored, {}});
         try {
             restoreFromTrash(*row.place, row.path);
             row.state = cleanState::restored;
@@ -68,8 +71,8 @@ private:
         } catch (const SystemError& error) {
             skip(row, error.reason());
         }
-        journal_.done({row.path, std::nullopt, row.bytes,
-                       row.state == cleanState::restored ? cleanState::restored : cleanState::failed});
+        const bool isRestored = row.state == cleanState::restored;
+        journal_.done({row.path, isRestored ? std::nullopt : row.place, row.bytes, row.state, {}});
     }
 
     void skip(const RunFileRow& row, std::string reason) {
@@ -129,7 +132,8 @@ UndoResult undoRun(const Uuid& runID, Trigger trigger, const RunStores& stores, 
     const auto journal = stores.journals.open(run, toolName(texts, undone.toolID));
     Undo undo(rows, texts, control, *journal);
     undo.restoreAll();
-    return undo.finish(save(stores.files, runID, rows));
+    // A list of which nothing came back stays as it is: it may be one that could not be read.
+    return undo.finish(undo.hasRestored() ? save(stores.files, runID, rows) : std::string());
 }
 
 } // namespace vh

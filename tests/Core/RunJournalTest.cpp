@@ -21,9 +21,9 @@ struct Tracked : Database {
     explicit Tracked(const std::string& where)
         : Database(where), journals(where + "/open-runs", log, files) {}
 
-    std::vector<RunRecord> recover(const StepResolver& resolve = {}) {
+    std::vector<RunRecord> recover() {
         return journals.recoverInterrupted(
-            [](const std::string& title) { return title + " was interrupted"; }, resolve);
+            [](const std::string& title) { return title + " was interrupted"; });
     }
     size_t tracks() const {
         const auto folder = root + "/open-runs";
@@ -38,10 +38,10 @@ void clean(const std::string& root, bool dies) {
     auto journal =
         base.journals.open(base.log.begin("system-junk", Trigger::flow, {{RunDetail::flow, "F"}}), "Junk");
     for (const std::string path : {"/a\xff", "/b"}) {
-        journal->doing(path);
+        journal->doing({.path = path, .state = "removed"});
         journal->done({.path = path, .bytes = 5, .state = "removed"});
     }
-    journal->doing("/c");
+    journal->doing({.path = "/c", .state = "removed"});
     if (dies)
         ::kill(::getpid(), SIGKILL);
     journal->done({.path = "/c", .state = "failed"});
@@ -94,21 +94,11 @@ TEST_F(RunJournalTest, AKilledRunGetsItsRecordAndListOnce) {
     EXPECT_EQ(base.tracks(), 0u);
 }
 
-TEST_F(RunJournalTest, TheCallerMayFindOutWhatBecameOfAStep) {
-    killARun();
-    Tracked base(dir.path());
-    const auto records = base.recover([](const JournalHeader& run, const std::string& path) {
-        return RunFileRow{.path = path, .place = "/trash", .state = run.toolID + " removed"};
-    });
-    EXPECT_THAT(states(base.files.rows(records.at(0).id)),
-                ElementsAre("removed", "removed", "system-junk removed"));
-}
-
 TEST_F(RunJournalTest, ALivingRunIsLeftAlone) {
     Tracked base(dir.path());
     auto run = base.log.begin("system-junk", Trigger::manual);
     auto journal = base.journals.open(run, "Junk");
-    journal->doing("/a");
+    journal->doing({.path = "/a", .state = "removed"});
     EXPECT_THAT(base.recover(), IsEmpty());
     EXPECT_EQ(test::runInChild([&] {
                   if (!Tracked(dir.path()).recover().empty())
@@ -173,7 +163,7 @@ TEST_F(RunJournalTest, NoFaultStopsTheRunOrLosesItsRecord) {
     };
     const auto work = [&] {
         auto journal = base->journals.open(base->log.begin("system-junk", Trigger::manual), "Junk");
-        journal->doing("/a");
+        journal->doing({.path = "/a", .state = "removed"});
         journal->done({.path = "/a", .state = "removed"});
         journal->finish(Outcome::success, "Cleaned");
     };

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 
 namespace vh::junk::test {
@@ -174,58 +175,134 @@ TEST(CleanRun, GoesOnWhenTheLogHasNoRoom) {
     EXPECT_EQ(outcome.status, 0) << outcome.message;
 }
 
-/// Killed anywhere, every item is in its place, in the Trash or (deleted for good) gone, and the log says which.
+/// What tests under faults and kills do again and again, and what has to hold after each.
+class FaultyRun {
+public:
+    explicit FaultyRun(RemovalMethod method) : method_(method) { RunLog::thisComputer(); }
+
+    /// Two items, of which the log knows nothing yet, and an earlier run in the log.
+    void setUp() {
+        home_.reset();
+        home_ = std::make_unique<Sandbox>();
+        write(home_->cache("a/one"), "111");
+        write(home_->cache("b"), "1");
+        module_ = std::make_unique<SystemJunkModule>(home_->configuration());
+        report_ = module_->scan({});
+        Stores().log.begin("system-junk", Trigger::manual)->finish(Outcome::success, "earlier");
+    }
+    void clean() {
+        Stores stores;
+        const CleanJobResult done = runClean(*module_, report_, CleanSelection::all(report_, method_),
+                                             Trigger::manual, stores.all(), stores.texts, {});
+        cleanID_ = done.record.id;
+        trackingFailure_ = done.trackingFailure;
+    }
+    void undo() {
+        Stores stores;
+        undoRun(cleanID_, Trigger::manual, stores.all(), stores.texts, {});
+    }
+
+    /// The next start of a program: gives killed runs their record, and reads the log. Newest first.
+    std::vector<RunRecord> runsAfterNextStart() const {
+        Stores stores;
+        stores.journals.recoverInterrupted([](const std::string& title) { return title + " killed"; });
+        auto runs = stores.log.recent(9);
+        EXPECT_FALSE(runs.empty());
+        EXPECT_EQ(runs.empty() ? "" : runs.back().summary, "earlier");
+        return runs;
+    }
+
+    /// Every item is where its row says, and one without a row is in its place.
+    void expectTruth(const std::vector<RunFileRow>& rows) const {
+        for (const ScanItem& item : report_.items) {
+            const auto row = std::ranges::find(rows, item.path, &RunFileRow::path);
+            const bool exists = fs::exists(item.path);
+            if (row == rows.end()) {
+                EXPECT_TRUE(exists) << "lost " << item.path;
+                continue;
+            }
+            const bool goneOrInTrash = row->state == cleanState::deleted || row->state == cleanState::trashed;
+            EXPECT_EQ(exists, !goneOrInTrash) << item.path << " is " << row->state;
+            EXPECT_EQ(row->state == cleanState::trashed, row->place && isInTrash(*row->place, item.path));
+        }
+    }
+    /// Nothing that went to the Trash is ever out of reach of an undo.
+    void expectUndoBringsBackAll(const Uuid& run) const {
+        Stores stores;
+        undoRun(run, Trigger::manual, stores.all(), stores.texts, {});
+        expectAllInPlace();
+    }
+    void expectAllInPlace() const {
+        EXPECT_TRUE(fs::exists(home_->cache("a/one")) && readFile(home_->cache("a/one")) == "111");
+        EXPECT_TRUE(fs::exists(home_->cache("b")) && readFile(home_->cache("b")) == "1");
+    }
+    bool toTrash() const { return method_ == RemovalMethod::trash; }
+    const Uuid& cleanID() const { return cleanID_; }
+    /// What the person was told of the list that could not be kept.
+    const std::string& trackingFailure() const { return trackingFailure_; }
+
+private:
+    RemovalMethod method_;
+    std::unique_ptr<Sandbox> home_;
+    std::unique_ptr<SystemJunkModule> module_;
+    ScanReport report_;
+    Uuid cleanID_ = Uuid::random();
+    std::string trackingFailure_;
+};
+
+void expectCleanIsAccountedFor(const FaultyRun& run) {
+    const auto runs = run.runsAfterNextStart();
+    ASSERT_LE(runs.size(), 2u);
+    const bool hasRecord = runs.size() == 2;
+    run.expectTruth(hasRecord ? Stores().files.rows(runs[0].id) : std::vector<RunFileRow>());
+    if (run.toTrash() && hasRecord)
+        run.expectUndoBringsBackAll(runs[0].id);
+}
+
 TEST(CleanRun, KilledAnywhereNothingIsLostFromSight) {
     for (const auto method : {RemovalMethod::trash, RemovalMethod::permanent}) {
-        std::unique_ptr<Sandbox> home;
-        std::unique_ptr<SystemJunkModule> module;
-        ScanReport report;
-        vh::test::forEachKill(
-            [&] {
-                home.reset();
-                home = std::make_unique<Sandbox>();
-                write(home->cache("a/one"), "111");
-                write(home->cache("b"), "1");
-                module = std::make_unique<SystemJunkModule>(home->configuration());
-                report = module->scan({});
-            },
-            [&] {
-                Stores stores;
-                runClean(*module, report, CleanSelection::all(report, method), Trigger::manual, stores.all(),
-                         stores.texts, {});
-            },
-            [&](const vh::test::FaultPoint& fault) {
-                Stores stores;
-                stores.journals.recoverInterrupted([](const std::string& title) { return title + " killed"; },
-                                                   resolveCleanStep);
-                const auto records = stores.log.all();
-                ASSERT_LE(records.size(), 1u) << fault.text();
-                std::map<std::string, RunFileRow> rows;
-                if (!records.empty())
-                    for (const RunFileRow& row : stores.files.rows(records[0].id))
-                        rows[row.path] = row;
-                for (const ScanItem& item : report.items) {
-                    const bool exists = fs::exists(item.path);
-                    const auto row = rows.find(item.path);
-                    if (row == rows.end()) {
-                        EXPECT_TRUE(exists) << fault.text() << " lost " << item.path;
-                    } else if (row->second.state == cleanState::trashed) {
-                        EXPECT_FALSE(exists) << fault.text();
-                        EXPECT_TRUE(isInTrash(*row->second.place, item.path)) << fault.text();
-                    } else if (row->second.state == cleanState::inPlace) {
-                        EXPECT_TRUE(exists) << fault.text();
-                    } else {
-                        EXPECT_EQ(method, RemovalMethod::permanent) << fault.text() << row->second.state;
-                        EXPECT_FALSE(exists) << fault.text();
-                    }
-                }
-                if (method == RemovalMethod::trash && !records.empty()) {
-                    undoRun(records[0].id, Trigger::manual, stores.all(), stores.texts, {});
-                    EXPECT_EQ(readFile(home->cache("a/one")), "111") << fault.text();
-                    EXPECT_EQ(readFile(home->cache("b")), "1") << fault.text();
-                }
-            });
+        FaultyRun run(method);
+        vh::test::forEachKill([&] { run.setUp(); }, [&] { run.clean(); },
+                              [&](const vh::test::FaultPoint&) { expectCleanIsAccountedFor(run); });
     }
+}
+
+TEST(CleanRun, NoFailingCallLosesAnythingFromSight) {
+    for (const auto method : {RemovalMethod::trash, RemovalMethod::permanent}) {
+        FaultyRun run(method);
+        vh::test::forEachFault([&] { run.setUp(); }, [&] { run.clean(); },
+                               [&](const vh::test::FaultPoint& fault) {
+                                   EXPECT_EQ(fault.thrown, std::nullopt);
+                                   // Deleting makes room, so a full disk does not stop it; but it is said.
+                                   if (fault.kind == vh::test::FaultKind::fullDisk && !run.toTrash())
+                                       EXPECT_NE(run.trackingFailure(), "");
+                                   else
+                                       expectCleanIsAccountedFor(run);
+                               });
+    }
+}
+
+/// Whatever happens to an undo, the undo's list and the clean's say where things are, and a second one puts back all.
+TEST(CleanRun, AnUndoThatMeetsAFaultOrIsKilledCanBeAskedForAgain) {
+    FaultyRun run(RemovalMethod::trash);
+    const auto setUp = [&] {
+        run.setUp();
+        run.clean();
+    };
+    const auto check = [&](const vh::test::FaultPoint& fault) {
+        const auto runs = run.runsAfterNextStart();
+        ASSERT_GE(runs.size(), 2u);
+        ASSERT_LE(runs.size(), 3u);
+        auto rows = runs.size() == 3 ? Stores().files.rows(runs[0].id) : std::vector<RunFileRow>();
+        std::ranges::move(Stores().files.rows(run.cleanID()), std::back_inserter(rows));
+        if (fault.kind != vh::test::FaultKind::fullDisk) // which has room for neither list
+            run.expectTruth(rows);
+        run.expectUndoBringsBackAll(run.cleanID());
+    };
+    vh::test::forEachFault(
+        setUp, [&] { run.undo(); }, check);
+    vh::test::forEachKill(
+        setUp, [&] { run.undo(); }, check);
 }
 
 } // namespace
