@@ -19,6 +19,11 @@ FileLock::FileLock(const std::string& path) : file_(openLockFile(path)) {
         throwErrno(path);
 }
 
+FileLock::~FileLock() {
+    if (file_)
+        ::flock(file_.get(), LOCK_UN);
+}
+
 FileLock FileLock::tryLock(const std::string& path) {
     FileLock lock;
     FileDescriptor file = openLockFile(path);
