@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/FileIdentity.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -30,6 +32,7 @@ struct FileStatus {
     int64_t byteSize = 0;
     int64_t modifiedSeconds = 0; ///< since 1970, UTC
     uint32_t owner = 0;
+    FileIdentity identity;
 };
 std::optional<FileStatus> statusOf(const std::string& path);
 

@@ -6,6 +6,7 @@
 #include "Platform/Linux/TrashInfo.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/PathParts.h"
+#include "Platform/Posix/StatusType.h"
 #include "Platform/Volumes.h"
 
 #include <algorithm>
@@ -22,7 +23,7 @@ std::optional<FileIdentity> identityAt(int folder, const std::string& name) {
     struct stat status {};
     if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return std::nullopt;
-    return FileIdentity{static_cast<uint64_t>(status.st_dev), static_cast<uint64_t>(status.st_ino)};
+    return identityIn(status);
 }
 
 std::string localTimeNow() {

@@ -1,6 +1,6 @@
 #include "Platform/FileIdentity.h"
 
-#include <sys/stat.h>
+#include "Platform/Posix/StatusType.h"
 
 namespace vh {
 
@@ -8,7 +8,7 @@ std::optional<FileIdentity> identityOf(const std::string& path) {
     struct stat status {};
     if (::lstat(path.c_str(), &status) != 0)
         return std::nullopt;
-    return FileIdentity{static_cast<uint64_t>(status.st_dev), static_cast<uint64_t>(status.st_ino)};
+    return identityIn(status);
 }
 
 } // namespace vh

@@ -43,7 +43,8 @@ std::optional<FileStatus> statusOf(const std::string& path) {
     struct stat status {};
     if (::lstat(path.c_str(), &status) != 0)
         return std::nullopt;
-    return FileStatus{typeOfMode(status.st_mode), status.st_size, status.st_mtime, status.st_uid};
+    return FileStatus{typeOfMode(status.st_mode), status.st_size, status.st_mtime, status.st_uid,
+                      identityIn(status)};
 }
 
 bool isWritable(const std::string& path) {

@@ -1,6 +1,7 @@
 #include "Platform/GrowingFile.h"
 
 #include "Platform/Posix/Calls.h"
+#include "Platform/Posix/StatusType.h"
 
 #include <algorithm>
 #include <unistd.h>
@@ -15,9 +16,7 @@ FileStamp stampFrom(const struct stat& status) {
 #else
     const timespec modified = status.st_mtim;
 #endif
-    return {{static_cast<uint64_t>(status.st_dev), static_cast<uint64_t>(status.st_ino)},
-            status.st_size,
-            int64_t{modified.tv_sec} * 1'000'000'000 + modified.tv_nsec};
+    return {identityIn(status), status.st_size, int64_t{modified.tv_sec} * 1'000'000'000 + modified.tv_nsec};
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "Platform/Posix/FolderStream.h"
 #include "Platform/Posix/MountOfFolder.h"
 #include "Platform/Posix/PathParts.h"
+#include "Platform/Posix/StatusType.h"
 #include "Platform/Posix/UniqueName.h"
 
 #include <unistd.h>
@@ -17,8 +18,7 @@ constexpr int deepestDescent = 32;
 
 void refuseUnlessExpected(const struct stat& status, const std::optional<FileIdentity>& expected,
                           const std::string& path) {
-    if (expected &&
-        *expected != FileIdentity{static_cast<uint64_t>(status.st_dev), static_cast<uint64_t>(status.st_ino)})
+    if (expected && *expected != identityIn(status))
         throw SystemError(path, "Something else lies there by now");
 }
 

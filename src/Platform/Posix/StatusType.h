@@ -21,4 +21,8 @@ inline FileType typeOfMode(mode_t mode) {
     }
 }
 
+inline FileIdentity identityIn(const struct stat& status) {
+    return {static_cast<uint64_t>(status.st_dev), static_cast<uint64_t>(status.st_ino)};
+}
+
 } // namespace vh

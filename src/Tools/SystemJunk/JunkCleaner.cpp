@@ -69,7 +69,7 @@ std::optional<std::string> JunkCleaner::remove(const ScanItem& item, RemovalMeth
     if (const auto status = statusOf(path)) {
         if (auto reason = guard_.reasonToKeep(path, *root, *status))
             throw std::move(*reason);
-        if (item.identity && identityOf(path) != item.identity)
+        if (item.identity && status->identity != item.identity)
             throw JunkCleanerError(Kind::changedSinceScan, path);
     }
     return removeItem(path, method, item.identity);

@@ -3,6 +3,7 @@
 #include "Platform/OpenFiles.h"
 #include "Platform/Volumes.h"
 #include "Tools/SystemJunk/LogEntries.h"
+#include "Tools/SystemJunk/Places.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -13,22 +14,12 @@ namespace {
 
 constexpr std::chrono::seconds maxAge{1};
 
-bool isOrHolds(std::string_view folder, std::string_view path) {
-    return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
 bool holdsOneOf(std::string_view folder, const std::vector<std::string>& paths) {
     return std::ranges::any_of(paths, [&](const std::string& path) { return isOrHolds(folder, path); });
 }
 
 bool liesInOneOf(std::string_view path, const std::vector<std::string>& folders) {
     return std::ranges::any_of(folders, [&](const std::string& folder) { return isOrHolds(folder, path); });
-}
-
-std::string withoutLinks(const std::string& path) {
-    std::error_code failed;
-    const auto real = std::filesystem::weakly_canonical(path, failed);
-    return failed ? path : real.string();
 }
 
 /// As it is written and as it is without links, since a link may lead into a root.

@@ -19,7 +19,6 @@ struct Found {
     std::string path;
     RootKind kind = RootKind::other;
     FileStatus status;
-    std::optional<FileIdentity> identity;
     bool holdsEndpoint = false;
     int64_t byteSize = 0;
 };
@@ -60,7 +59,7 @@ private:
         // What the user cannot write, the user cannot clean.
         if (!status || guard_.reasonToKeep(path, root, *status) || !isWritable(path))
             return;
-        found_.push_back({path, configuration_.kinds[root], *status, identityOf(path)});
+        found_.push_back({path, configuration_.kinds[root], *status});
     }
 
     const SystemJunkConfiguration& configuration_;
@@ -138,7 +137,7 @@ ScanReport JunkScanner::scan(std::string moduleID, const JobControl& control) co
     for (Found& item : found)
         if (!item.holdsEndpoint)
             report.items.push_back({Uuid::random(), std::move(item.path), item.byteSize,
-                                    std::string(categoryName(item.kind)), item.identity});
+                                    std::string(categoryName(item.kind)), item.status.identity});
     std::ranges::stable_sort(report.items, std::greater(), &ScanItem::byteSize);
     return report;
 }

@@ -1,6 +1,7 @@
 #include "Tools/SystemJunk/SystemJunkConfiguration.h"
 
 #include "Platform/Files.h"
+#include "Tools/SystemJunk/Places.h"
 
 #include <utility>
 
@@ -10,26 +11,31 @@ namespace {
 
 using Root = std::pair<std::string, RootKind>;
 
-/// A variable of the environment can make a root of the home folder or of what lies above it, and then everything a
-/// person owns would be junk. Only the temporary folder may lie above: what holds the home folder is never an item.
-bool isUsable(const Root& root, const std::string& home) {
-    if (root.first.empty() || root.first == "/" || root.first == home)
+/// A variable of the environment, or a link it names, can make a root of the home folder, of a folder for data or
+/// settings, or of what lies above one, and then everything a person owns would be junk. Only the temporary folder may
+/// lie above the home: what holds the home is never an item. All paths without links.
+bool isUsable(const std::string& root, RootKind kind, const Folders& folders) {
+    const std::string home = withoutLinks(folders.home);
+    if (root.empty() || root == "/" || root == home)
         return false;
-    return root.second == RootKind::temporary || !home.starts_with(root.first + '/');
+    if (isOrHolds(root, home))
+        return kind == RootKind::temporary;
+    return !isOrHolds(root, withoutLinks(folders.data)) && !isOrHolds(root, withoutLinks(folders.config));
 }
 
 } // namespace
 
 SystemJunkConfiguration SystemJunkConfiguration::userDefaults(const Folders& folders,
                                                               const std::string& databaseFolder) {
-    const std::string home = PathAllowlist::normalize(folders.home);
     std::vector<std::string> paths;
+    std::set<std::string> realPaths;
     std::vector<RootKind> kinds;
     for (const auto& [path, kind] :
          {Root{folders.caches, RootKind::caches}, Root{folders.logs, RootKind::logs},
           Root{folders.temporary, RootKind::temporary}}) {
         Root root{PathAllowlist::normalize(path), kind};
-        if (!isUsable(root, home) || std::ranges::find(paths, root.first) != paths.end())
+        const std::string real = withoutLinks(root.first);
+        if (!isUsable(real, kind, folders) || !realPaths.insert(real).second)
             continue;
         paths.push_back(std::move(root.first));
         kinds.push_back(kind);

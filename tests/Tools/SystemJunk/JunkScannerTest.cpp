@@ -1,5 +1,6 @@
 #include "Tools/SystemJunk/JunkScanner.h"
 #include "Tools/SystemJunk/ItemSize.h"
+#include "Tools/SystemJunk/Places.h"
 
 #include "Platform/FileDescriptor.h"
 #include "Platform/Removal.h"
@@ -79,14 +80,31 @@ TEST(JunkScanner, NeverListsWhatHoldsTheHomeTheDatabaseOrTheWorkingFolder) {
     EXPECT_EQ(paths(report), (std::set{temporary / "junk", temporary / "alias/.cache/app"}));
 }
 
-TEST(JunkScanner, ARootThatIsTheHomeIsNoRoot) {
+/// The variables that name the folders may say anything.
+TEST(JunkScanner, ARootThatIsOrHoldsWhatAPersonOwnsIsNoRoot) {
     const Sandbox home;
-    Folders folders = Folders::ofUser();
-    folders.caches = folders.home;
-    folders.logs = fs::path(folders.home).parent_path();
-    write(home / "Documents/thesis", "x");
-    EXPECT_EQ(SystemJunkConfiguration::userDefaults(folders).allowlist.allowedPrefixes(),
-              std::vector<std::string>{home / "tmp"});
+    fs::create_directories(home / ".local/share");
+    fs::create_directories(home / ".config");
+    fs::create_directory_symlink(home / "", home / "homeByLink");
+    fs::create_directory_symlink(home / ".cache", home / "cachesByLink");
+    for (const auto& wrong :
+         {home / "", fs::path(home / "").parent_path().parent_path().string(), home / "homeByLink",
+          home / ".local/share", home / ".config", home / ".local"}) {
+        Folders folders = Folders::ofUser();
+        folders.caches = wrong;
+        folders.logs = wrong;
+        EXPECT_EQ(SystemJunkConfiguration::userDefaults(folders).allowlist.allowedPrefixes(),
+                  std::vector<std::string>{home / "tmp"})
+            << wrong;
+        folders = Folders::ofUser();
+        folders.logs = home / "cachesByLink"; // the same folder once more
+        folders.temporary = wrong;
+        const bool isAbove = wrong != home / "" && isOrHolds(wrong, home / "x");
+        EXPECT_EQ(SystemJunkConfiguration::userDefaults(folders).allowlist.allowedPrefixes(),
+                  isAbove ? (std::vector<std::string>{home / ".cache", wrong})
+                          : std::vector<std::string>{home / ".cache"})
+            << wrong;
+    }
 }
 
 TEST(JunkScanner, LeavesOutWhatRunningProgramsHold) {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vh::junk {
+
+/// True when `path` is `folder` or lies below it. Compares text.
+bool isOrHolds(std::string_view folder, std::string_view path);
+
+/// The path with its links resolved as far as it exists; as it is when that cannot be found out.
+std::string withoutLinks(const std::string& path);
+
+} // namespace vh::junk
