@@ -12,7 +12,9 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <sys/mman.h>
+#include <sys/socket.h>
 #include <sys/sysmacros.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 using namespace vh;
@@ -159,7 +161,7 @@ TEST(Volumes, knowThisMachinesMounts) {
 
 TEST(OpenFiles, areFoundThroughEveryKindOfHold) {
     const TempDir folder;
-    for (const char* name : {"open", "stood/deeper", "mapped", "nobody's"})
+    for (const char* name : {"open", "stood/deeper", "mapped", "heard", "nobody's"})
         fs::create_directories(folder / name);
     for (const char* name : {"open/file", "mapped/line\nend", "gone", "top file"})
         std::ofstream(folder / name) << "text";
@@ -171,6 +173,12 @@ TEST(OpenFiles, areFoundThroughEveryKindOfHold) {
     const int mapped = ::open((folder / "mapped/line\nend").c_str(), O_RDONLY);
     void* const memory = ::mmap(nullptr, 4, PROT_READ, MAP_PRIVATE, mapped, 0);
     ::close(mapped);
+    const int server = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{.sun_family = AF_UNIX};
+    const std::string socketPath = folder / "heard/at";
+    ASSERT_LT(socketPath.size(), sizeof(address.sun_path));
+    std::ranges::copy(socketPath, address.sun_path);
+    ASSERT_EQ(::bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
     std::set<std::string> found;
     ProcessRequest other{.arguments = {"sh", "-c", "echo; cat"}, .folder = folder / "stood/deeper"};
     other.timeLimit = std::chrono::milliseconds(5000);
@@ -184,7 +192,8 @@ TEST(OpenFiles, areFoundThroughEveryKindOfHold) {
     ::munmap(memory, 4);
     ::close(open);
     ::close(deleted);
-    EXPECT_THAT(found, ElementsAre("mapped", "open", "stood"));
+    ::close(server);
+    EXPECT_THAT(found, ElementsAre("heard", "mapped", "open", "stood"));
 }
 
 TEST(OpenFiles, readMapsByWholeComponents) {

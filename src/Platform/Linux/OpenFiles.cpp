@@ -7,7 +7,7 @@
 #include "Platform/Posix/PathParts.h"
 
 #include <algorithm>
-#include <unistd.h>
+#include <string_view>
 
 namespace vh {
 
@@ -18,11 +18,14 @@ class ChildGatherer {
 public:
     explicit ChildGatherer(const std::string& folder) : prefix_(joinPath(realFolder(folder), "")) {}
 
+    void addPath(std::string_view path) {
+        if (path.starts_with(prefix_))
+            children_.emplace(path.substr(prefix_.size(), path.find('/', prefix_.size()) - prefix_.size()));
+    }
+
     void addLink(int folder, const std::string& name) {
-        const std::string target = readLinkAt(folder, name);
-        if (target.starts_with(prefix_) && !target.ends_with(" (deleted)"))
-            children_.insert(
-                target.substr(prefix_.size(), target.find('/', prefix_.size()) - prefix_.size()));
+        if (const std::string target = readLinkAt(folder, name); !target.ends_with(" (deleted)"))
+            addPath(target);
     }
 
     void addMapped(std::string_view maps) { addMappedNames(maps, prefix_, children_); }
@@ -49,11 +52,20 @@ void addProcess(const FolderReader& processes, const std::string& id, ChildGathe
     }
 }
 
-bool isProcessOf(uid_t user, const FolderReader& processes, std::string_view name) {
-    struct stat status {};
-    return std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; }) &&
-           ::fstatat(processes.descriptor(), std::string(name).c_str(), &status, 0) == 0 &&
-           status.st_uid == user;
+bool isProcess(std::string_view name) {
+    return std::ranges::all_of(name, [](char c) { return c >= '0' && c <= '9'; });
+}
+
+/// Each line ends with the path that a socket is bound to, if it is; the descriptor itself does not say it.
+void addSockets(ChildGatherer& gatherer) {
+    const std::string text = readFileIfPresent("/proc/net/unix").value_or("");
+    std::string_view table = text;
+    while (!table.empty()) {
+        const std::string_view line = table.substr(0, table.find('\n'));
+        table.remove_prefix(std::min(line.size() + 1, table.size()));
+        if (const size_t path = line.find(" /"); path != std::string_view::npos)
+            gatherer.addPath(line.substr(path + 1));
+    }
 }
 
 } // namespace
@@ -62,8 +74,9 @@ std::set<std::string> childrenInUse(const std::string& folder) {
     ChildGatherer gatherer(folder);
     FolderReader processes("/proc");
     while (const auto entry = processes.next())
-        if (isProcessOf(::geteuid(), processes, entry->name))
+        if (isProcess(entry->name))
             addProcess(processes, std::string(entry->name), gatherer);
+    addSockets(gatherer);
     return gatherer.take();
 }
 
