@@ -3,11 +3,11 @@
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
 #include "Core/SuiteModule.h"
-#include "Platform/Terminal.h"
 #include "app/ModuleRegistry.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
+#include "cli/Consent.h"
 #include "cli/JunkSelection.h"
 #include "cli/Reply.h"
 #include "cli/Table.h"
@@ -98,24 +98,13 @@ Exit scanJunk(Context& context) {
     return Exit::done;
 }
 
-/// Shows what goes and asks, or takes --yes for an answer. Nothing means: go on.
-std::optional<Exit> refusal(Context& context, const CleanOptions& options,
-                            const std::vector<ScanItem>& items) {
-    if (options.yes)
-        return std::nullopt;
+std::optional<Exit> unlessAgreed(Context& context, const CleanOptions& options,
+                                 const std::vector<ScanItem>& items) {
     const Texts& texts = context.session.texts();
-    if (context.format == Format::json || !isTerminal(StandardStream::input)) {
-        complain(texts.text("cli.needs-yes"));
-        return Exit::usage;
-    }
-    printItems(items, texts);
     const auto question =
         texts.text(options.permanent ? "cli.junk.ask-permanent" : "cli.junk.ask-trash",
                    {{"count", items.size()}, {"size", sizeText(bytesOf(items), texts.language())}});
-    if (confirm(question, texts.text("cli.yes-letters")))
-        return std::nullopt;
-    complain(texts.text("cli.cancelled"));
-    return Exit::cancelled;
+    return unlessAgreed(context, options.yes, question, [&] { printItems(items, texts); });
 }
 
 Exit printClean(const CleanJobResult& clean, Context& context) {
@@ -159,7 +148,7 @@ Exit cleanJunk(Context& context, const CleanOptions& options) {
             print(texts.text("cli.junk.nothing") + "\n");
         return Exit::done;
     }
-    if (const auto exit = refusal(context, options, selection.items))
+    if (const auto exit = unlessAgreed(context, options, selection.items))
         return *exit;
 
     CleanSelection chosen{{}, options.permanent ? RemovalMethod::permanent : RemovalMethod::trash};

@@ -6,9 +6,9 @@
 #include "Core/RunJournal.h"
 #include "Core/RunUndo.h"
 #include "Platform/Files.h"
-#include "Platform/Terminal.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
+#include "cli/Consent.h"
 #include "cli/Reply.h"
 #include "cli/RunFilterOptions.h"
 #include "cli/RunsCommand.h"
@@ -71,6 +71,12 @@ constexpr unsigned exportMode = 0644;
 struct ExportOptions {
     RunFilterOptions filter;
     std::string output;
+    bool yes = false;
+};
+
+struct MoveOptions {
+    std::string folder;
+    bool yes = false;
 };
 
 struct PruneOptions {
@@ -102,6 +108,14 @@ Exit undo(Context& context, const std::string& word) {
     return exitOf(result.record.outcome);
 }
 
+/// What is not a plain file (a device, a pipe) holds nothing that could be lost.
+std::optional<Exit> unlessReplaceable(Context& context, bool yes, const std::string& file) {
+    const auto status = statusOf(file);
+    const bool isLost = status && (status->type == FileType::file || status->type == FileType::link);
+    return unlessAgreed(context, yes || !isLost,
+                        context.session.texts().text("cli.ask-replace", {{"path", printable(file)}}));
+}
+
 Exit exportRuns(Context& context, const ExportOptions& options) {
     const Texts& texts = context.session.texts();
     const auto runs =
@@ -112,16 +126,19 @@ Exit exportRuns(Context& context, const ExportOptions& options) {
         print(csv);
         return Exit::done;
     }
-    writeFileAtomically(std::filesystem::absolute(options.output).native(), csv, exportMode);
+    const std::string file = std::filesystem::absolute(options.output).native();
+    if (const auto exit = unlessReplaceable(context, options.yes, file))
+        return *exit;
+    writeFileAtomically(file, csv, exportMode);
     complain(texts.text("cli.runs.exported", {{"count", runs.size()}, {"path", printable(options.output)}}));
     return Exit::done;
 }
 
-/// What stays: as the words say, else as the settings do.
-std::optional<Date> pruneDate(Context& context, const PruneOptions& options) {
+/// What stays: as the words say, else as the setting does.
+std::optional<Date> pruneDate(Context& context, const PruneOptions& options, std::string_view settingKey) {
     if (!options.before.empty())
         return parseDay(options.before, LocalCalendar());
-    const auto word = options.keep.empty() ? context.session.defaults().get<std::string>(keepRunsKey)
+    const auto word = options.keep.empty() ? context.session.defaults().get<std::string>(settingKey)
                                            : std::optional(options.keep);
     const auto keep = word ? fromRaw<Keep>(*word) : std::optional(Keep::always);
     if (!keep)
@@ -132,20 +149,14 @@ std::optional<Date> pruneDate(Context& context, const PruneOptions& options) {
 Exit prune(Context& context, const PruneOptions& options) {
     RunLog& log = context.session.runLog();
     const Texts& texts = context.session.texts();
-    const auto before = pruneDate(context, options);
+    const auto before = pruneDate(context, options, keepRunsKey);
     const size_t kept = before ? log.since(*before).size() : log.all().size();
     const size_t count = log.all().size() - kept;
-    if (count > 0 && !options.yes) {
-        if (context.format == Format::json || !isTerminal(StandardStream::input)) {
-            complain(texts.text("cli.needs-yes"));
-            return Exit::usage;
-        }
-        if (!confirm(texts.text("cli.runs.ask-prune", {{"count", count}}), texts.text("cli.yes-letters"))) {
-            complain(texts.text("cli.cancelled"));
-            return Exit::cancelled;
-        }
-    }
-    log.prune(before, before);
+    const bool removesNone = count == 0;
+    if (const auto exit = unlessAgreed(context, options.yes || removesNone,
+                                       texts.text("cli.runs.ask-prune", {{"count", count}})))
+        return *exit;
+    log.prune(before, pruneDate(context, options, keepFilesKey));
     if (context.format == Format::json)
         printJson(PruneReply{static_cast<int64_t>(count)});
     else
@@ -164,8 +175,14 @@ Exit showLocation(Context& context) {
     return Exit::done;
 }
 
-Exit moveDatabase(Context& context, const std::string& folder) {
-    context.session.runLog().relocate(std::filesystem::absolute(folder).lexically_normal().native());
+Exit moveDatabase(Context& context, const MoveOptions& options) {
+    RunLog& log = context.session.runLog();
+    const auto folder = std::filesystem::absolute(options.folder).lexically_normal();
+    const std::string file = (folder / "runs.jsonl").native();
+    const bool isThisLog = identityOf(file) && identityOf(file) == identityOf(log.location());
+    if (const auto exit = unlessReplaceable(context, options.yes || isThisLog, file))
+        return *exit;
+    log.relocate(folder.native());
     return showLocation(context);
 }
 
@@ -182,6 +199,7 @@ void describeRunsUpkeep(CLI::App& noun, CommandLine& line) {
     exportOptions->filter.addTo(*exportVerb, line);
     exportVerb->add_option("--output,-o", exportOptions->output, line.text("cli.runs.output"))
         ->type_name("FILE");
+    exportVerb->add_flag("--yes,-y", exportOptions->yes, line.text("cli.yes"));
     line.on(exportVerb, [exportOptions](Context& context) { return exportRuns(context, *exportOptions); });
 
     auto pruneOptions = std::make_shared<PruneOptions>();
@@ -196,10 +214,13 @@ void describeRunsUpkeep(CLI::App& noun, CommandLine& line) {
 
     line.on(noun.add_subcommand("location", line.text("cli.runs.location")), showLocation);
 
-    auto folder = std::make_shared<std::string>();
+    auto moveOptions = std::make_shared<MoveOptions>();
     CLI::App* move = noun.add_subcommand("move", line.text("cli.runs.move"));
-    move->add_option("folder", *folder, line.text("cli.runs.folder"))->required()->type_name("FOLDER");
-    line.on(move, [folder](Context& context) { return moveDatabase(context, *folder); });
+    move->add_option("folder", moveOptions->folder, line.text("cli.runs.folder"))
+        ->required()
+        ->type_name("FOLDER");
+    move->add_flag("--yes,-y", moveOptions->yes, line.text("cli.yes"));
+    line.on(move, [moveOptions](Context& context) { return moveDatabase(context, *moveOptions); });
 }
 
 } // namespace vh::cli

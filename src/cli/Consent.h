@@ -1,0 +1,14 @@
+#pragma once
+
+#include "cli/CommandLine.h"
+
+#include <optional>
+
+namespace vh::cli {
+
+/// Asks on a terminal before something is removed or replaced, unless --yes has answered; `show` first prints what it
+/// is about. Nothing means: go on. Without a terminal it refuses.
+std::optional<Exit> unlessAgreed(Context& context, bool yes, const std::string& question,
+                                 const std::function<void()>& show = {});
+
+} // namespace vh::cli
