@@ -130,9 +130,8 @@ private:
     std::vector<const Column*> columnsOf(const std::vector<RunFileRow>& rows) const {
         std::vector<const Column*> shown;
         for (const Column& column : columnTable)
-            if (std::ranges::any_of(rows, [&](const RunFileRow& row) {
-                    return column.cell(row, texts_).has_value();
-                }))
+            if (std::ranges::any_of(
+                    rows, [&](const RunFileRow& row) { return column.cell(row, texts_).has_value(); }))
                 shown.push_back(&column);
         return shown;
     }

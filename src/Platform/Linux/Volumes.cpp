@@ -45,12 +45,20 @@ bool isFolder(const std::string& path) {
     return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+/// The root is always there, but in a changed root the table does not name it.
+std::vector<MountEntry> entriesWithRoot() {
+    auto entries = entriesForPeople(mountTable());
+    if (entries.empty() || entries.front().path != "/")
+        entries.insert(entries.begin(), MountEntry{.path = "/"});
+    return entries;
+}
+
 } // namespace
 
 std::vector<Volume> mountedVolumes() {
     const std::map<std::string, std::string> labels = labelsByDevice();
     std::vector<Volume> volumes;
-    for (const MountEntry& entry : entriesForPeople(mountTable())) {
+    for (const MountEntry& entry : entriesWithRoot()) {
         struct statvfs space {};
         if (!isFolder(entry.path) || ::statvfs(entry.path.c_str(), &space) != 0 || space.f_blocks == 0)
             continue;
