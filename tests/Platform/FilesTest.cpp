@@ -6,6 +6,7 @@
 #include "Platform/Posix/PathParts.h"
 #include "Platform/Process.h"
 #include "Platform/SystemError.h"
+#include "support/ErrorOf.h"
 #include "support/FaultInjector.h"
 #include "support/SmallDisk.h"
 
@@ -25,16 +26,6 @@ namespace {
 unsigned modeOf(const std::string& path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 07777 : 0;
-}
-
-template <class Work>
-std::string errorOf(Work work) {
-    try {
-        work();
-    } catch (const SystemError& error) {
-        return error.what();
-    }
-    return "no error";
 }
 
 TEST(PathParts, areTextAlone) {

@@ -3,6 +3,7 @@
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
 #include "Platform/SystemError.h"
+#include "support/ErrorOf.h"
 #include "support/FaultInjector.h"
 #include "support/SmallDisk.h"
 
@@ -23,16 +24,6 @@ namespace {
 
 void put(const std::string& path) {
     std::ofstream(path) << "text";
-}
-
-template <class Work>
-std::string errorOf(Work work) {
-    try {
-        work();
-    } catch (const SystemError& error) {
-        return error.what();
-    }
-    return "no error";
 }
 
 TEST(Removal, takesLinksAndNeverWhatTheyPointTo) {

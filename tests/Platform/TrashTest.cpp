@@ -5,6 +5,7 @@
 #include "Platform/Linux/Rename.h"
 #include "Platform/Linux/TrashInfo.h"
 #include "Platform/SystemError.h"
+#include "support/ErrorOf.h"
 #include "support/FaultInjector.h"
 #include "support/SmallDisk.h"
 
@@ -26,16 +27,6 @@ namespace {
 
 void put(const std::string& path, const std::string& text = "text") {
     std::ofstream(path) << text;
-}
-
-template <class Work>
-std::string errorOf(Work work) {
-    try {
-        work();
-    } catch (const SystemError& error) {
-        return error.what();
-    }
-    return "no error";
 }
 
 TEST(TrashInfo, encodesEveryByteThatIsNotUnreserved) {

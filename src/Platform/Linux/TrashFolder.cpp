@@ -64,7 +64,7 @@ TrashFolder TrashFolder::ofVolume(const std::string& topFolder) {
         try {
             return openTrash(openOwn(shared, user, path), path, topFolder);
         } catch (const SystemError&) {
-            // The specification has the user's own folder tried next.
+            // By the Trash rules the user's own folder is tried next.
         }
     }
     const std::string name = ".Trash-" + user;
