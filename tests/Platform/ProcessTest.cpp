@@ -3,6 +3,7 @@
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
 #include "Platform/SystemError.h"
+#include "support/ErrorOf.h"
 #include "support/TempDir.h"
 
 #include <csignal>
@@ -23,13 +24,8 @@ ProcessRequest shell(const std::string& script) {
     return {.arguments = {"sh", "-c", script}};
 }
 
-std::string errorOf(const ProcessRequest& request) {
-    try {
-        (void)runProcess(request);
-    } catch (const SystemError& error) {
-        return error.what();
-    }
-    return "no error";
+std::string startErrorOf(const ProcessRequest& request) {
+    return errorOf([&] { (void)runProcess(request); });
 }
 
 bool isAlive(pid_t process) {
@@ -78,13 +74,13 @@ TEST(Process, failsToStartWithTheReason) {
     const TempDir folder;
     std::ofstream(folder / "text") << "no program";
     const std::string text = folder / "text";
-    EXPECT_EQ(errorOf({.arguments = {"no-such-program"}}), "no-such-program: No such file or directory");
-    EXPECT_EQ(errorOf({.arguments = {text}}), text + ": Permission denied");
+    EXPECT_EQ(startErrorOf({.arguments = {"no-such-program"}}), "no-such-program: No such file or directory");
+    EXPECT_EQ(startErrorOf({.arguments = {text}}), text + ": Permission denied");
     ASSERT_EQ(::chmod(text.c_str(), 0700), 0);
-    EXPECT_EQ(errorOf({.arguments = {text}}), text + ": Exec format error");
-    EXPECT_EQ(errorOf({.arguments = {"true"}, .folder = folder / "none"}),
+    EXPECT_EQ(startErrorOf({.arguments = {text}}), text + ": Exec format error");
+    EXPECT_EQ(startErrorOf({.arguments = {"true"}, .folder = folder / "none"}),
               (folder / "none") + ": No such file or directory");
-    EXPECT_NE(errorOf({}), "no error");
+    EXPECT_NE(startErrorOf({}), "no error");
 }
 
 TEST(Process, getsArgumentsEnvironmentAndFolderAsTheyAre) {
