@@ -13,6 +13,8 @@ struct Folders {
     std::string config;
     std::string runtime; ///< sockets and locks; a folder of the temporary one when the system offers none
     std::string temporary;
+    /// The administrator is at work in another user's home, where all that is made would be out of that user's reach.
+    bool homeIsAnothers = false;
 
     /// Read from the environment and the user database at every call. Throws SystemError when the user has no home.
     static Folders ofUser();

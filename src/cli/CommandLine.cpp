@@ -33,6 +33,16 @@ void CommandLine::on(CLI::App* verb, Action action) {
     verb->callback([this, action = std::move(action)] { action_ = action; });
 }
 
+void CommandLine::onChange(CLI::App* verb, Action action) {
+    on(verb, [action = std::move(action)](Context& context) {
+        const Folders& folders = context.session.folders();
+        if (!folders.homeIsAnothers)
+            return action(context);
+        complain(context.session.texts().text("cli.home-is-anothers", {{"home", printable(folders.home)}}));
+        return Exit::failed;
+    });
+}
+
 Exit CommandLine::run(int argc, const char* const* argv) {
     const std::string_view noun = argc > 1 ? argv[1] : "";
     if (!noun.empty() && !noun.starts_with('-') &&

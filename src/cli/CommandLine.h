@@ -43,6 +43,8 @@ public:
 
     /// Makes `verb` (or a noun without verbs) run `action`, and gives it the --json flag.
     void on(CLI::App* verb, Action action);
+    /// The same for what changes files. It refuses to in another user's home.
+    void onChange(CLI::App* verb, Action action);
 
     /// Reads the words and runs what they ask for.
     Exit run(int argc, const char* const* argv);

@@ -178,7 +178,7 @@ void describeJunk(CLI::App& noun, CommandLine& line) {
     clean->add_option("--path", options->words.paths, line.text("cli.junk.path"))->type_name("PATH");
     clean->add_flag("--permanent", options->permanent, line.text("cli.junk.permanent"));
     clean->add_flag("--yes,-y", options->yes, line.text("cli.yes"));
-    line.on(clean, [options](Context& context) { return cleanJunk(context, *options); });
+    line.onChange(clean, [options](Context& context) { return cleanJunk(context, *options); });
 }
 
 } // namespace vh::cli

@@ -192,7 +192,7 @@ void describeRunsUpkeep(CLI::App& noun, CommandLine& line) {
     auto word = std::make_shared<std::string>();
     CLI::App* undoVerb = noun.add_subcommand("undo", line.text("cli.runs.undo"));
     undoVerb->add_option("id", *word, line.text("cli.runs.id"))->required()->type_name("ID");
-    line.on(undoVerb, [word](Context& context) { return undo(context, *word); });
+    line.onChange(undoVerb, [word](Context& context) { return undo(context, *word); });
 
     auto exportOptions = std::make_shared<ExportOptions>();
     CLI::App* exportVerb = noun.add_subcommand("export", line.text("cli.runs.export"));
@@ -210,7 +210,7 @@ void describeRunsUpkeep(CLI::App& noun, CommandLine& line) {
         ->type_name("days30|days90|months6|year|always")
         ->excludes(before);
     pruneVerb->add_flag("--yes,-y", pruneOptions->yes, line.text("cli.yes"));
-    line.on(pruneVerb, [pruneOptions](Context& context) { return prune(context, *pruneOptions); });
+    line.onChange(pruneVerb, [pruneOptions](Context& context) { return prune(context, *pruneOptions); });
 
     line.on(noun.add_subcommand("location", line.text("cli.runs.location")), showLocation);
 
@@ -220,7 +220,7 @@ void describeRunsUpkeep(CLI::App& noun, CommandLine& line) {
         ->required()
         ->type_name("FOLDER");
     move->add_flag("--yes,-y", moveOptions->yes, line.text("cli.yes"));
-    line.on(move, [moveOptions](Context& context) { return moveDatabase(context, *moveOptions); });
+    line.onChange(move, [moveOptions](Context& context) { return moveDatabase(context, *moveOptions); });
 }
 
 } // namespace vh::cli

@@ -1,5 +1,6 @@
 #include "Platform/Folders.h"
 
+#include "Platform/Files.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/SystemError.h"
 
@@ -34,6 +35,11 @@ std::string homeFolder() {
     return standardisedPath(found->pw_dir);
 }
 
+bool isAnothers(const std::string& home) {
+    const auto status = ::geteuid() == 0 ? statusOf(home) : std::nullopt;
+    return status && status->owner != 0;
+}
+
 std::string orElse(std::string value, const std::string& otherwise) {
     return value.empty() ? otherwise : std::move(value);
 }
@@ -43,6 +49,7 @@ std::string orElse(std::string value, const std::string& otherwise) {
 Folders Folders::ofUser() {
     Folders folders;
     folders.home = homeFolder();
+    folders.homeIsAnothers = isAnothers(folders.home);
     folders.caches = orElse(absoluteVariable("XDG_CACHE_HOME"), joinPath(folders.home, ".cache"));
     folders.logs = orElse(absoluteVariable("XDG_STATE_HOME"), joinPath(folders.home, ".local/state"));
     folders.data = orElse(absoluteVariable("XDG_DATA_HOME"), joinPath(folders.home, ".local/share"));
