@@ -68,6 +68,27 @@ TEST_F(Components, segmentsGoAlongWithTheArrowKeysAndStopAtTheEnds) {
     }
 }
 
+TEST_F(Components, aComboKeepsItsChoiceWhenTheOptionsAreToldAnew) {
+    auto* combo = make(R"(ComboField { value: "b"; onChosen: value => this.value = value
+        options: [{value: "a", title: "Apple"}, {value: "b", title: "Pear"}] })");
+    ASSERT_NE(combo, nullptr);
+    const auto retell = [&](const char* first, const char* second) {
+        combo->setProperty("options", QVariantList{QVariantMap{{"value", "a"}, {"title", first}},
+                                                   QVariantMap{{"value", "b"}, {"title", second}}});
+    };
+    EXPECT_EQ(combo->property("displayText").toString(), "Pear");
+    retell("Pomme", "Poire");
+    EXPECT_EQ(combo->property("displayText").toString(), "Poire");
+    EXPECT_EQ(combo->property("currentIndex").toInt(), 1);
+    combo->forceActiveFocus();
+    press(Qt::Key_Up);
+    EXPECT_EQ(combo->property("value").toString(), "a");
+    retell("Manzana", "Pera");
+    EXPECT_EQ(combo->property("displayText").toString(), "Manzana");
+    combo->setProperty("value", "b");
+    EXPECT_EQ(combo->property("currentIndex").toInt(), 1);
+}
+
 TEST_F(Components, aListOfFiftyThousandRowsMakesOnlyThoseInView) {
     auto* table = make(R"(ListTable {
         width: 600; height: 440; name: "Rows"; model: 50000

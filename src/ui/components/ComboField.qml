@@ -12,6 +12,10 @@ T.ComboBox {
 
     signal chosen(string value)
 
+    function follow() {
+        currentIndex = Qt.binding(() => options.findIndex(option => option.value === value));
+    }
+
     // As wide as the longest choice, so that choosing moves nothing.
     readonly property real widest: {
         let most = 0;
@@ -28,13 +32,15 @@ T.ComboBox {
     model: options
     textRole: "title"
     valueRole: "value"
-    currentIndex: options.findIndex(option => option.value === value)
-    displayText: currentIndex < 0 ? "" : options[currentIndex].title
+    displayText: options.find(option => option.value === value)?.title ?? ""
     onActivated: index => {
         const picked = options[index].value;
-        currentIndex = Qt.binding(() => options.findIndex(option => option.value === value));
+        follow();
         chosen(picked);
     }
+    // The template goes to the first choice whenever its model is told anew.
+    onModelChanged: follow()
+    Component.onCompleted: follow()
     Accessible.name: name === "" ? displayText : name + ": " + displayText
     Keys.onReturnPressed: popup.open()
     Keys.onEnterPressed: popup.open()
