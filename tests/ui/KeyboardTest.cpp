@@ -70,6 +70,7 @@ TEST_F(Keyboard, aRowIsChosenWithSpaceAndReviewedWithReturn) {
 
 TEST_F(Keyboard, theReviewKeepsTheKeyboardAndEscapeClosesItWithNothingRemoved) {
     openCachePage();
+    tabTo("large, ");
     for (const auto* method : {"trash", "permanent"}) {
         SCOPED_TRACE(method);
         junk().setProperty("method", method);
@@ -88,6 +89,7 @@ TEST_F(Keyboard, theReviewKeepsTheKeyboardAndEscapeClosesItWithNothingRemoved) {
         EXPECT_FALSE(names.contains("Scan again")) << "the keyboard left the sheet";
         press(Qt::Key_Escape);
         EXPECT_EQ(stage(), "scanned");
+        waitUntil("the row has the keyboard again", [&] { return nameOfFocused().startsWith("large, "); });
     }
     EXPECT_EQ(junk().property("itemCount").toInt(), 3);
 }

@@ -1,5 +1,6 @@
 import QtQml
 import QtQuick
+import QtQuick.Window
 import Varnholt
 
 // Sidebar and the current page; only that page exists.
@@ -53,6 +54,16 @@ FocusScope {
     Keys.onEscapePressed: goBack()
 
     PageMap { id: pages }
+
+    // A sheet that closes, or a button that goes with what it did, leaves the keyboard to the window: it comes back
+    // to where it was.
+    Connections {
+        target: shell.Window.window
+        function onActiveFocusItemChanged() {
+            if (shell.Window.activeFocusItem === shell.parent)
+                shell.forceActiveFocus(Qt.TabFocusReason);
+        }
+    }
 
     Shortcut {
         sequences: ["Ctrl+F", "Ctrl+K"]

@@ -139,7 +139,7 @@ Rectangle {
                     text: modelData.title
                     iconName: modelData.icon
                     current: sidebar.current === modelData.id
-                    activeFocusOnTab: sidebar.tabStop === modelData.id
+                    activeFocusOnTab: activeFocus || sidebar.tabStop === modelData.id
                     onActiveFocusChanged: if (activeFocus) flick.reveal(this)
                     onClicked: sidebar.picked(modelData.id)
                 }
@@ -195,7 +195,7 @@ Rectangle {
                             iconName: entry.modelData.icon
                             available: entry.modelData.available
                             current: sidebar.current === entry.modelData.id
-                            activeFocusOnTab: sidebar.tabStop === entry.modelData.id
+                            activeFocusOnTab: activeFocus || sidebar.tabStop === entry.modelData.id
                             onActiveFocusChanged: if (activeFocus) flick.reveal(entry)
                             onClicked: sidebar.picked(entry.modelData.id)
                         }
@@ -224,7 +224,7 @@ Rectangle {
             text: Tr.t("shell.page.settings")
             iconName: "gearshape"
             current: sidebar.current === "settings"
-            activeFocusOnTab: sidebar.tabStop === "settings"
+            activeFocusOnTab: activeFocus || sidebar.tabStop === "settings"
             onClicked: sidebar.picked("settings")
         }
     }
