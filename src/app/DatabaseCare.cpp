@@ -27,13 +27,22 @@ void DatabaseCare::start() {
 
 void DatabaseCare::prune() {
     const Date now = clock_();
-    run([this, runs = cutoff(keepRuns(), now), files = cutoff(keepFiles(), now)] {
-        log_.prune(runs, files);
-    });
+    pruning_.run([this, runs = cutoff(keepRuns(), now),
+                  files = cutoff(keepFiles(), now)](const Background::Task&) { log_.prune(runs, files); },
+                 [this](std::future<void>) { measure(); });
 }
 
 void DatabaseCare::measure() {
-    run([] {});
+    measuring_.run([this](const Background::Task&) { return measured(); },
+                   [this](std::future<DatabaseUsage> result) {
+                       try {
+                           usage_ = result.get();
+                       } catch (const std::exception&) {
+                           // A folder that cannot be used now is looked at again next time; the usage stays as known.
+                           return;
+                       }
+                       emit changed();
+                   });
 }
 
 void DatabaseCare::move(const std::string& folder) {
@@ -75,23 +84,6 @@ void DatabaseCare::setKeepFiles(Keep keep) {
 
 std::string DatabaseCare::folder() const {
     return DatabaseLocation::folder(defaults_);
-}
-
-void DatabaseCare::run(std::function<void()> work) {
-    measuring_.run(
-        [this, work = std::move(work)](const Background::Task&) {
-            work();
-            return measured();
-        },
-        [this](std::future<DatabaseUsage> result) {
-            try {
-                usage_ = result.get();
-            } catch (const std::exception&) {
-                // A folder that cannot be used now is looked at again next time; the usage stays as last known.
-                return;
-            }
-            emit changed();
-        });
 }
 
 DatabaseUsage DatabaseCare::measured() const {

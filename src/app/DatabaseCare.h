@@ -58,7 +58,6 @@ signals:
     void changed();
 
 private:
-    void run(std::function<void()> work);
     DatabaseUsage measured() const;
 
     UserDefaults& defaults_;
@@ -68,6 +67,7 @@ private:
     std::optional<DatabaseUsage> usage_;
     QString moveFailure_;
     QTimer timer_;
+    Background pruning_;
     Background measuring_;
     Background moving_;
 };

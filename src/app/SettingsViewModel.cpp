@@ -10,6 +10,7 @@
 #include "app/DayTexts.h"
 #include "app/Options.h"
 #include "app/PathText.h"
+#include "app/RunLogWatch.h"
 #include "app/Session.h"
 
 #include <QCoreApplication>
@@ -40,6 +41,7 @@ SettingsViewModel::SettingsViewModel(AppContext& context) : context_(context) {
 DatabaseCare& SettingsViewModel::care() const {
     DatabaseCare& care = context_.databaseCare();
     connect(&care, &DatabaseCare::changed, this, &SettingsViewModel::databaseChanged, Qt::UniqueConnection);
+    connect(&context_.runs(), &RunLogWatch::changed, &care, &DatabaseCare::measure, Qt::UniqueConnection);
     return care;
 }
 

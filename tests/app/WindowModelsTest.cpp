@@ -169,6 +169,8 @@ TEST(Settings, TellOfTheDatabaseAndMoveIt) {
     };
     EXPECT_TRUE(waitFor([&] { return says("1 run, 0 file lists, "); }));
     EXPECT_TRUE(settings.usageText().endsWith("The oldest run: Yesterday."));
+    desk.log().record(makeRun("sync", "two", noon));
+    EXPECT_TRUE(waitFor([&] { return says("2 runs, "); })) << "it follows what is done meanwhile";
     settings.moveDatabase("~/kept here");
     EXPECT_TRUE(waitFor([&] { return settings.databaseFolder() == "~/kept here"; }));
     settings.moveDatabase("somewhere");
