@@ -21,7 +21,8 @@ struct ScanItemRow {
     bool selected = false;
     bool isProtected = false;
 
-    const Uuid& key() const { return id; }
+    /// The identifiers are new with every scan.
+    const QString& key() const { return path; }
 
     static std::span<const RecordListModel<ScanItemRow>::Role> roles();
 };

@@ -7,6 +7,8 @@ Text {
     color: Theme.text
     textFormat: Text.PlainText
     elide: Text.ElideRight
+    // A name in right-to-left letters stands where the others stand.
+    horizontalAlignment: Text.AlignLeft
     verticalAlignment: Text.AlignVCenter
     Accessible.role: Accessible.StaticText
     Accessible.name: text

@@ -21,7 +21,7 @@ ConfirmSheet {
         width: parent.width
         height: Math.min(Math.max(1, count) * Theme.rowHeightTwo + 2 * Theme.space4, 6.5 * Theme.rowHeightTwo)
         name: sheet.title
-        model: sheet.junk.selectedItems
+        model: sheet.visible ? sheet.junk.selectedItems : []
         delegate: TableRow {
             id: row
             required property var modelData
