@@ -53,7 +53,7 @@ Page {
             DiskCard {
                 id: disks
                 width: parent.width - parent.spacing - junkCard.width
-                height: junkCard.height
+                height: page.home.disks.length > 1 ? junkCard.height : implicitHeight
                 disks: page.home.disks
             }
         }

@@ -11,10 +11,9 @@ Column {
     spacing: Theme.space8
 
     Label {
-        leftPadding: Theme.space4
         text: group.title
         font: Theme.label
-        color: Theme.second
+        color: Theme.third
         Accessible.role: Accessible.Heading
     }
     Card {
