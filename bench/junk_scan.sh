@@ -3,6 +3,7 @@
 # both warm and in turn. Prints the medians of 15 runs each; fails when the scan is the slower one.
 set -euo pipefail
 bin=$(realpath "${1:-build/release/bin}")
+[ -x "$bin/junk_scan_bench" ] || { echo "$bin/junk_scan_bench is not built" >&2; exit 1; }
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
 
