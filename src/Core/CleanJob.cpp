@@ -82,9 +82,11 @@ void CleanJob::removeItem(const ScanItem& item) {
 }
 
 void CleanJob::take(const ScanItem& item, CleanResult result) {
+    const bool isGoneInPart = !result.items.empty() && result.items.front().isGoneInPart;
+    const char* const leftState = isGoneInPart ? cleanState::deletedInPart : cleanState::failed;
     const bool isRemoved = result.removedCount > 0;
     journal_.done({item.path, result.items.empty() ? std::nullopt : result.items.front().landed,
-                   item.byteSize, isRemoved ? removedState() : cleanState::failed});
+                   item.byteSize, isRemoved ? removedState() : leftState});
     CleanResult& all = done_.result;
     all.removedCount += result.removedCount;
     all.freedBytes += result.freedBytes;

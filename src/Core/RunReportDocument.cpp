@@ -58,9 +58,9 @@ Tone toneOf(Outcome outcome) {
 }
 
 Tone toneOfState(std::string_view state) {
-    if (state == "failed" || state == "damaged" || state == "missing")
+    if (state == "failed" || state == "deletedInPart" || state == "damaged" || state == "missing")
         return Tone::bad;
-    if (state == "skipped" || state == "unknown")
+    if (state == "skipped" || state == "doing" || state == "unknown")
         return Tone::warn;
     return state == "verified" ? Tone::good : Tone::normal;
 }

@@ -46,6 +46,7 @@ struct CleanedItem {
     int64_t byteSize = 0;
     std::optional<std::string> landed;  ///< where it lies in the Trash now
     std::optional<std::string> failure; ///< why it is still there
+    bool isGoneInPart = false;          ///< still there, but not all of it
 };
 
 struct CleanResult {
@@ -73,7 +74,8 @@ template <>
 inline constexpr auto describe<CleanedItem> = record(field("path", &CleanedItem::path),
                                                      field("byteSize", &CleanedItem::byteSize),
                                                      field("landed", &CleanedItem::landed),
-                                                     field("failure", &CleanedItem::failure));
+                                                     field("failure", &CleanedItem::failure),
+                                                     field("isGoneInPart", &CleanedItem::isGoneInPart));
 
 template <>
 inline constexpr auto describe<CleanResult> = record(field("removedCount", &CleanResult::removedCount),

@@ -29,6 +29,7 @@ public:
         : top_(std::move(top)), mount_(mount), path_(path) {}
 
     void removeContents() { removeContentsOf(top_, path_, 0); }
+    bool hasRemovedAny() const { return hasRemovedAny_; }
 
 private:
     /// A pass may miss names while it removes others, so passes go on until one finds nothing.
@@ -46,7 +47,11 @@ private:
     void removeEntry(const FileDescriptor& folder, const std::string& name, const std::string& folderPath,
                      int depth) {
         // Unlinking a folder fails with EISDIR on Linux and with EPERM where POSIX is followed.
-        if (::unlinkat(folder.get(), name.c_str(), 0) == 0 || errno == ENOENT)
+        if (::unlinkat(folder.get(), name.c_str(), 0) == 0) {
+            hasRemovedAny_ = true;
+            return;
+        }
+        if (errno == ENOENT)
             return;
         const int reason = errno;
         const std::string path = joinPath(folderPath, name);
@@ -64,6 +69,7 @@ private:
     FileDescriptor top_;
     uint64_t mount_;
     const std::string& path_;
+    bool hasRemovedAny_ = false;
 };
 
 /// A folder of ours that we may not even read is given the rights first.
@@ -92,8 +98,10 @@ void refuseOtherMount(const FileDescriptor& folder, const struct stat& status, u
 
 void FolderRemoval::removeFolder(const FileDescriptor& parent, const std::string& name,
                                  const std::string& path, int depth) {
-    if (::unlinkat(parent.get(), name.c_str(), AT_REMOVEDIR) == 0)
+    if (::unlinkat(parent.get(), name.c_str(), AT_REMOVEDIR) == 0) {
+        hasRemovedAny_ = true;
         return;
+    }
     const FileDescriptor folder = openFolder(parent, name, path);
     const struct stat status = statusOfOpen(folder, path);
     refuseOtherMount(folder, status, mount_, path);
@@ -106,6 +114,7 @@ void FolderRemoval::removeFolder(const FileDescriptor& parent, const std::string
     removeContentsOf(folder, path, depth + 1);
     if (::unlinkat(parent.get(), name.c_str(), AT_REMOVEDIR) != 0)
         throwErrno(path);
+    hasRemovedAny_ = true;
 }
 
 } // namespace
@@ -130,9 +139,16 @@ void removePermanently(const std::string& path, const std::optional<FileIdentity
     const uint64_t mount = mountOfFolder(parent.get(), statusOfOpen(parent, path));
     refuseOtherMount(top, opened, mount, path);
     makeEmptiable(top, opened, path);
-    FolderRemoval(std::move(top), mount, path).removeContents();
-    if (::unlinkat(parent.get(), parts.name.c_str(), AT_REMOVEDIR) != 0)
-        throwErrno(path);
+    FolderRemoval removal(std::move(top), mount, path);
+    try {
+        removal.removeContents();
+        if (::unlinkat(parent.get(), parts.name.c_str(), AT_REMOVEDIR) != 0)
+            throwErrno(path);
+    } catch (const SystemError& error) {
+        if (removal.hasRemovedAny())
+            throw PartlyRemoved(error);
+        throw;
+    }
 }
 
 } // namespace vh

@@ -1,7 +1,7 @@
 #include "Tools/SystemJunk/JunkCleaner.h"
 
 #include "Core/ItemRemoval.h"
-#include "Platform/SystemError.h"
+#include "Platform/Removal.h"
 
 #include <algorithm>
 
@@ -47,6 +47,7 @@ CleanResult JunkCleaner::clean(const ScanReport& report, const CleanSelection& s
             cleaned.landed = remove(item, selection.method);
         } catch (const std::exception& error) {
             cleaned.failure = descriptionOf(error);
+            cleaned.isGoneInPart = dynamic_cast<const PartlyRemoved*>(&error) != nullptr;
         }
         add(result, std::move(cleaned));
     }
