@@ -19,6 +19,14 @@ std::optional<RunRecord> decodeLine(JsonDocument& parser, std::string_view line)
     }
 }
 
+/// From find to find, each of which is the C library's vector code: much faster than byte by byte.
+size_t countLines(std::string_view text) {
+    size_t lines = 0;
+    for (size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1))
+        ++lines;
+    return lines;
+}
+
 /// The front part that ends with a line feed.
 std::string_view wholeLines(std::string_view text) {
     return text.substr(0, text.rfind('\n') + 1);
@@ -78,7 +86,7 @@ bool RunLogFile::reload() {
     open_ = std::move(opened);
     entries_.clear();
     undecoded_ = std::move(text);
-    lines_ = static_cast<size_t>(std::ranges::count(undecoded_, '\n'));
+    lines_ = countLines(undecoded_);
     consumed_ = static_cast<int64_t>(undecoded_.size());
     return hadEntries || !undecoded_.empty();
 }
