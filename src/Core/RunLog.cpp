@@ -4,6 +4,7 @@
 #include "Core/DatabaseLocation.h"
 #include "Core/RunFiles.h"
 #include "Core/UserDefaults.h"
+#include "Platform/FileIdentity.h"
 #include "Platform/Files.h"
 #include "Platform/Host.h"
 #include "Platform/Removal.h"
@@ -329,6 +330,11 @@ std::optional<RunLog::Stored> RunLog::find(const Uuid& id) const {
     if (std::ranges::any_of(waiting_, isIt))
         return Stored::inMemory;
     return std::nullopt;
+}
+
+bool RunLog::wouldReplace(const std::string& folder) const {
+    const auto there = identityOf(logFile(folder));
+    return there && there != identityOf(location());
 }
 
 std::string RunLog::location() const {

@@ -56,6 +56,9 @@ public:
     /// Nothing when there is no such record.
     std::optional<Stored> find(const Uuid& id) const;
 
+    /// True when a move to `folder` would take the place of another log.
+    bool wouldReplace(const std::string& folder) const;
+
     std::string location() const; ///< the file
     int64_t bytes() const;
 

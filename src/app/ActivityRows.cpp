@@ -48,95 +48,25 @@ QVariantList sorted(const QString& any, QVariantList list, const QLocale& locale
 } // namespace
 
 std::span<const RecordListModel<RunRow>::Role> RunRow::roles() {
-    using Row = const RunRow&;
-    static constexpr RecordListModel<RunRow>::Role table[] = {
-        {"runId",
-         [](Row row) {
-             return QVariant(row.runId);
-         }},
-        {"toolID",
-         [](Row row) {
-             return QVariant(row.toolID);
-         }},
-        {"toolName",
-         [](Row row) {
-             return QVariant(row.toolName);
-         }},
-        {"icon",
-         [](Row row) {
-             return QVariant(row.icon);
-         }},
-        {"computer",
-         [](Row row) {
-             return QVariant(row.computer);
-         }},
-        {"triggerTitle",
-         [](Row row) {
-             return QVariant(row.triggerTitle);
-         }},
-        {"outcome",
-         [](Row row) {
-             return QVariant(row.outcome);
-         }},
-        {"outcomeTitle",
-         [](Row row) {
-             return QVariant(row.outcomeTitle);
-         }},
-        {"summary",
-         [](Row row) {
-             return QVariant(row.summary);
-         }},
-        {"dayText",
-         [](Row row) {
-             return QVariant(row.dayText);
-         }},
-        {"timeText",
-         [](Row row) {
-             return QVariant(row.timeText);
-         }},
-        {"durationText",
-         [](Row row) {
-             return QVariant(row.durationText);
-         }},
-        {"filesText",
-         [](Row row) {
-             return QVariant(row.filesText);
-         }},
-        {"bytesText",
-         [](Row row) {
-             return QVariant(row.bytesText);
-         }},
+    using Model = RecordListModel<RunRow>;
+    static constexpr Model::Role table[] = {
+        Model::role<&RunRow::runId>("runId"),         Model::role<&RunRow::toolID>("toolID"),
+        Model::role<&RunRow::toolName>("toolName"),   Model::role<&RunRow::icon>("icon"),
+        Model::role<&RunRow::computer>("computer"),   Model::role<&RunRow::triggerTitle>("triggerTitle"),
+        Model::role<&RunRow::outcome>("outcome"),     Model::role<&RunRow::outcomeTitle>("outcomeTitle"),
+        Model::role<&RunRow::summary>("summary"),     Model::role<&RunRow::dayText>("dayText"),
+        Model::role<&RunRow::timeText>("timeText"),   Model::role<&RunRow::durationText>("durationText"),
+        Model::role<&RunRow::filesText>("filesText"), Model::role<&RunRow::bytesText>("bytesText"),
     };
     return table;
 }
 
 std::span<const RecordListModel<FileRow>::Role> FileRow::roles() {
-    using Row = const FileRow&;
-    static constexpr RecordListModel<FileRow>::Role table[] = {
-        {"path",
-         [](Row row) {
-             return QVariant(row.path);
-         }},
-        {"displayPath",
-         [](Row row) {
-             return QVariant(row.displayPath);
-         }},
-        {"place",
-         [](Row row) {
-             return QVariant(row.place);
-         }},
-        {"sizeText",
-         [](Row row) {
-             return QVariant(row.sizeText);
-         }},
-        {"state",
-         [](Row row) {
-             return QVariant(row.state);
-         }},
-        {"stateTitle",
-         [](Row row) {
-             return QVariant(row.stateTitle);
-         }},
+    using Model = RecordListModel<FileRow>;
+    static constexpr Model::Role table[] = {
+        Model::role<&FileRow::path>("path"),   Model::role<&FileRow::displayPath>("displayPath"),
+        Model::role<&FileRow::place>("place"), Model::role<&FileRow::sizeText>("sizeText"),
+        Model::role<&FileRow::state>("state"), Model::role<&FileRow::stateTitle>("stateTitle"),
     };
     return table;
 }

@@ -186,6 +186,15 @@ QString ActivityViewModel::undoMessage(const UndoResult& undone) const {
     return lines.join(u'\n');
 }
 
+QString ActivityViewModel::exportPath(const QString& folder) const {
+    const QString start = folder + u'/' + context_.texts().text("activity.export.file");
+    const std::string& home = context_.session().folders().home;
+    QString path = start + QStringLiteral(".csv");
+    for (int number = 2; statusOf(chosenPath(path, home)); ++number)
+        path = start + QStringLiteral(" %1.csv").arg(number);
+    return path;
+}
+
 bool ActivityViewModel::exportCsv(const QString& fileUrlOrPath) {
     const std::string path = chosenPath(fileUrlOrPath, context_.session().folders().home);
     if (path.empty()) {

@@ -86,6 +86,8 @@ public:
     Q_INVOKABLE void clearFilter();
     /// Puts back what the run moved to the Trash; `message` says what came of it.
     Q_INVOKABLE void undo(const QString& runId);
+    /// A path in the folder, as a person writes it, that an export would not take from another file.
+    Q_INVOKABLE QString exportPath(const QString& folder) const;
     /// Writes the runs shown as CSV to a path or a file's URL. False, and `message` says why, when it cannot.
     Q_INVOKABLE bool exportCsv(const QString& fileUrlOrPath);
 

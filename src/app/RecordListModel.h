@@ -17,6 +17,13 @@ public:
         const char* name;
         QVariant (*value)(const Row&);
     };
+    /// A role that is a member as it stands.
+    template <auto Member>
+    static constexpr Role role(const char* name) {
+        return {name, [](const Row& row) {
+                    return QVariant::fromValue(row.*Member);
+                }};
+    }
 
     explicit RecordListModel(std::span<const Role> roles) : roles_(roles) {}
 

@@ -6,51 +6,22 @@ namespace vh::app {
 
 std::span<const RecordListModel<ScanItemRow>::Role> ScanItemRow::roles() {
     using Row = const ScanItemRow&;
-    static constexpr RecordListModel<ScanItemRow>::Role table[] = {
+    using Model = RecordListModel<ScanItemRow>;
+    static constexpr Model::Role table[] = {
         {"itemId",
          [](Row row) {
              return QVariant(qtText(row.id.text()));
          }},
-        {"name",
-         [](Row row) {
-             return QVariant(row.name);
-         }},
-        {"path",
-         [](Row row) {
-             return QVariant(row.path);
-         }},
-        {"displayPath",
-         [](Row row) {
-             return QVariant(row.displayPath);
-         }},
-        {"byteSize",
-         [](Row row) {
-             return QVariant(row.byteSize);
-         }},
-        {"sizeText",
-         [](Row row) {
-             return QVariant(row.sizeText);
-         }},
-        {"fraction",
-         [](Row row) {
-             return QVariant(row.fraction);
-         }},
-        {"category",
-         [](Row row) {
-             return QVariant(row.category);
-         }},
-        {"categoryTitle",
-         [](Row row) {
-             return QVariant(row.categoryTitle);
-         }},
-        {"selected",
-         [](Row row) {
-             return QVariant(row.selected);
-         }},
-        {"isProtected",
-         [](Row row) {
-             return QVariant(row.isProtected);
-         }},
+        Model::role<&ScanItemRow::name>("name"),
+        Model::role<&ScanItemRow::path>("path"),
+        Model::role<&ScanItemRow::displayPath>("displayPath"),
+        Model::role<&ScanItemRow::byteSize>("byteSize"),
+        Model::role<&ScanItemRow::sizeText>("sizeText"),
+        Model::role<&ScanItemRow::fraction>("fraction"),
+        Model::role<&ScanItemRow::category>("category"),
+        Model::role<&ScanItemRow::categoryTitle>("categoryTitle"),
+        Model::role<&ScanItemRow::selected>("selected"),
+        Model::role<&ScanItemRow::isProtected>("isProtected"),
     };
     return table;
 }

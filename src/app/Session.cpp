@@ -1,6 +1,5 @@
 #include "app/Session.h"
 
-#include "Core/CleanJob.h"
 #include "Core/DatabaseLocation.h"
 #include "Core/RunJournal.h"
 #include "app/ModuleRegistry.h"

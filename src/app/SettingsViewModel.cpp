@@ -140,6 +140,8 @@ void SettingsViewModel::moveDatabase(const QString& folder) {
     const std::string path = chosenPath(folder, context_.session().folders().home);
     if (path.empty())
         say(context_.texts().text("settings.move.no-path", {{"path", folder.toStdString()}}));
+    else if (context_.session().runLog().wouldReplace(path))
+        say(context_.texts().text("settings.move.occupied", {{"path", folder.toStdString()}}));
     else
         care().move(path);
 }

@@ -38,7 +38,7 @@ void CommandLine::onChange(CLI::App* verb, Action action) {
         const Folders& folders = context.session.folders();
         if (!folders.homeIsAnothers)
             return action(context);
-        complain(context.session.texts().text("cli.home-is-anothers", {{"home", printable(folders.home)}}));
+        complain(context.session.texts().text("core.home-is-anothers", {{"home", printable(folders.home)}}));
         return Exit::failed;
     });
 }

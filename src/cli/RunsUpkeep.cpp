@@ -177,12 +177,11 @@ Exit showLocation(Context& context) {
 
 Exit moveDatabase(Context& context, const MoveOptions& options) {
     RunLog& log = context.session.runLog();
-    const auto folder = std::filesystem::absolute(options.folder).lexically_normal();
-    const std::string file = (folder / "runs.jsonl").native();
-    const bool isThisLog = identityOf(file) && identityOf(file) == identityOf(log.location());
-    if (const auto exit = unlessReplaceable(context, options.yes || isThisLog, file))
-        return *exit;
-    log.relocate(folder.native());
+    const auto folder = std::filesystem::absolute(options.folder).lexically_normal().native();
+    if (log.wouldReplace(folder))
+        if (const auto exit = unlessReplaceable(context, options.yes, folder + "/runs.jsonl"))
+            return *exit;
+    log.relocate(folder);
     return showLocation(context);
 }
 

@@ -1,3 +1,4 @@
+#include "Core/Printable.h"
 #include "app/Session.h"
 #include "ui/Options.h"
 #include "ui/Screenshot.h"
@@ -29,6 +30,10 @@ QStringList argumentsOf(int argc, char** argv) {
 
 int runWindow(QGuiApplication& application, const Options& options) {
     vh::app::Session session;
+    // As administrator in another user's home, what is written would be out of that user's reach.
+    if (session.folders().homeIsAnothers)
+        return fail(QString::fromStdString(session.texts().text(
+            "core.home-is-anothers", {{"home", vh::printable(session.folders().home)}})));
     vh::ui::Window window(session, {options.appearance, options.language});
     if (!window.open(options.page.isEmpty() ? QStringLiteral("home") : options.page))
         return fail(QStringLiteral("There is no page \"%1\". The pages are: %2.")
@@ -63,7 +68,7 @@ int main(int argc, char** argv) {
     QGuiApplication::setApplicationVersion(QStringLiteral(VH_VERSION));
     QGuiApplication::setApplicationName(QStringLiteral("Varnholt"));
     QGuiApplication::setDesktopFileName(QStringLiteral("varnholt"));
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/app.svg")));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/varnholt.svg")));
     try {
         return runWindow(application, options);
     } catch (const std::exception& error) {

@@ -152,6 +152,9 @@ TEST_F(Activity, ExportsWhatIsShown) {
     EXPECT_THAT(csv, testing::HasSubstr("2026-09-23 12:00:00"));
     EXPECT_THAT(csv, testing::Not(testing::HasSubstr("copied")));
     EXPECT_EQ(page->message(), "");
+    const QString first = page->exportPath("~");
+    EXPECT_TRUE(page->exportCsv(first));
+    EXPECT_NE(page->exportPath("~"), first) << "an export takes no other file's place";
     for (const QString& path :
          {QString("relative.csv"), QString::fromStdString(desk.home / "no/such/folder/x.csv")}) {
         EXPECT_FALSE(page->exportCsv(path));

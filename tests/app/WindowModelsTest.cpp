@@ -175,6 +175,11 @@ TEST(Settings, TellOfTheDatabaseAndMoveIt) {
     EXPECT_TRUE(waitFor([&] { return settings.databaseFolder() == "~/kept here"; }));
     settings.moveDatabase("somewhere");
     EXPECT_TRUE(settings.message().startsWith("somewhere"));
+    makeFolders(desk.home / "taken");
+    writeFileAtomically(desk.home / "taken/runs.jsonl", "another log\n");
+    settings.moveDatabase("~/taken");
+    EXPECT_TRUE(settings.message().contains("~/taken"));
+    EXPECT_EQ(readFile(desk.home / "taken/runs.jsonl"), "another log\n");
     EXPECT_EQ(settings.databaseFolder(), "~/kept here");
 }
 

@@ -9,10 +9,10 @@ ConfirmSheet {
 
     signal saved(string path)
 
-    readonly property string file: folder.path + "/" + Tr.t("activity.export.file") + ".csv"
+    property string file
 
     title: Tr.t("activity.export.title", {count: activity.runCount})
-    text: Tr.t("activity.export.text", {file: Tr.t("activity.export.file") + ".csv"})
+    text: Tr.t("activity.export.text", {file: sheet.file.slice(sheet.file.lastIndexOf("/") + 1)})
     confirmText: Tr.t("activity.export")
     onCancelled: close()
     onConfirmed: {
@@ -22,7 +22,10 @@ ConfirmSheet {
         close();
         saved(file);
     }
-    onAboutToShow: failure.visible = false
+    onAboutToShow: {
+        failure.visible = false;
+        file = activity.exportPath(folder.path);
+    }
 
     Column {
         width: parent.width
@@ -33,6 +36,7 @@ ConfirmSheet {
             width: parent.width
             name: Tr.t("activity.export.folder")
             path: App.documentsFolder
+            onPathChanged: sheet.file = sheet.activity.exportPath(path)
         }
         ErrorNote {
             id: failure
