@@ -6,13 +6,13 @@ namespace vh::test {
 
 namespace {
 
-using Look = std::tuple<const char*, const char*>; // appearance, language
+using Look = std::tuple<std::string, std::string>; // appearance and language
 
 class Pages : public WindowFixture, public testing::WithParamInterface<Look> {
 protected:
     ui::LookOverride look() const {
         const auto& [appearance, language] = GetParam();
-        return {QString::fromLatin1(appearance), QString::fromLatin1(language)};
+        return {QString::fromStdString(appearance), QString::fromStdString(language)};
     }
 };
 
@@ -42,8 +42,9 @@ TEST_P(Pages, cutNothingAndNameEverything) {
     for (const auto& page : window().pages()) {
         SCOPED_TRACE(page.toStdString());
         openPage(page);
-        if (page == "home")
+        if (page == "home") {
             EXPECT_TRUE(showState("all-tools"));
+        }
         EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
         EXPECT_EQ(cutTexts(shownItems()), QStringList());
         EXPECT_EQ(namelessStops(shownItems()), QStringList());
@@ -70,8 +71,10 @@ TEST_P(Pages, showWhatWasDone) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    EveryLook, Pages, testing::Combine(testing::Values("light", "dark"), testing::Values("en", "es", "fr")),
-    [](const auto& info) { return std::string(std::get<0>(info.param)) + "_" + std::get<1>(info.param); });
+    EveryLook, Pages,
+    testing::Combine(testing::Values(std::string("light"), std::string("dark")),
+                     testing::Values(std::string("en"), std::string("es"), std::string("fr"))),
+    [](const auto& look) { return std::get<0>(look.param) + "_" + std::get<1>(look.param); });
 
 using Window = WindowFixture;
 
