@@ -68,9 +68,10 @@ function(vh_library name)
     endif()
 endfunction()
 
-# vh_test(name [DEPENDS lib …]): one test program of this folder's .cpp files, each of its cases known to ctest.
+# vh_test(name [DEPENDS lib …] [ENVIRONMENT NAME=value]): one test program of this folder's .cpp files, each of its
+# cases known to ctest.
 function(vh_test name)
-    cmake_parse_arguments(arg "" "" "DEPENDS" ${ARGN})
+    cmake_parse_arguments(arg "" "ENVIRONMENT" "DEPENDS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS *.cpp)
     add_executable(${name}_tests ${sources})
     target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
@@ -79,5 +80,6 @@ function(vh_test name)
     if(NOT arg_DEPENDS MATCHES "Qt6::|vh_app|vh_ui")
         target_precompile_headers(${name}_tests REUSE_FROM vh_pch)
     endif()
-    gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+    gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
+        PROPERTIES TIMEOUT 300 ENVIRONMENT "${arg_ENVIRONMENT}")
 endfunction()
