@@ -25,11 +25,10 @@ std::vector<std::string_view> standardComponents(std::string_view path) {
         start = end + 1;
         if (component.empty() || component == ".")
             continue;
-        if (component != "..")
-            components.push_back(component);
-        else if (!components.empty() && components.back() != "..")
+        const bool hasParent = !components.empty() && components.back() != "..";
+        if (component == ".." && hasParent)
             components.pop_back();
-        else if (!isAbsolute)
+        else if (component != ".." || !isAbsolute)
             components.push_back(component);
     }
     return components;

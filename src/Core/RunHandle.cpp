@@ -45,7 +45,7 @@ RunRecord RunHandle::closedRecord() const {
 RunRecord RunHandle::finish(Outcome outcome, std::string summary, const RunMetrics& metrics,
                             const RunDetails& details) {
     if (auto record = close(outcome, std::move(summary), metrics, details))
-        log_.record(std::move(*record));
+        log_.record(*record);
     return closedRecord();
 }
 

@@ -9,6 +9,8 @@
 #include "Platform/Removal.h"
 #include "Platform/SystemError.h"
 
+#include <fmt/format.h>
+
 namespace vh {
 
 namespace {
@@ -26,7 +28,7 @@ std::vector<std::string> tracksIn(const std::string& folder) {
     if (statusOf(folder))
         for (const auto& name : childNames(folder))
             if (name.ends_with(ending))
-                tracks.push_back(folder + "/" + name);
+                tracks.push_back(fmt::format("{}/{}", folder, name));
     return tracks;
 }
 

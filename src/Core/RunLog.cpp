@@ -37,7 +37,7 @@ std::shared_ptr<RunHandle> RunLog::begin(std::string toolID, Trigger trigger, Ru
 
 // ---- writing
 
-RunLog::Stored RunLog::record(RunRecord record) {
+RunLog::Stored RunLog::record(const RunRecord& record) {
     Hook hook;
     Stored stored = Stored::inFile;
     {

@@ -37,7 +37,7 @@ public:
     /// Whether the record is in the file. One that waits in memory is written with the next.
     enum class Stored { inFile, inMemory };
     /// Appends; then observers and the hook are called on this thread, outside every lock.
-    Stored record(RunRecord record);
+    Stored record(const RunRecord& record);
 
     /// The one callback that gets each record of this process; it may read the log and must not throw.
     void setOnRecord(Hook hook);
