@@ -61,6 +61,12 @@ ProgressLine::~ProgressLine() {
         std::fwrite(eraseLine.data(), 1, eraseLine.size(), stderr);
 }
 
+JobControl ProgressLine::control(const CancelToken& cancel) {
+    return {cancel, [this](double fraction, std::string_view what) {
+                show(fraction, what);
+            }};
+}
+
 void ProgressLine::show(double fraction, std::string_view what) {
     if (!visible_)
         return;

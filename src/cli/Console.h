@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Core/JobControl.h"
+
 #include <cstddef>
 #include <string_view>
 
@@ -25,6 +27,8 @@ public:
     ~ProgressLine();
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
+    /// For work that shows itself here; valid as long as the line.
+    JobControl control(const CancelToken& cancel);
     /// May be called from any thread.
     void show(double fraction, std::string_view what);
 

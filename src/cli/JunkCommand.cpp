@@ -50,19 +50,13 @@ struct CleanOptions {
     bool yes = false;
 };
 
-JobControl controlOf(const Context& context, ProgressLine& line) {
-    return {context.cancel, [&line](double fraction, std::string_view what) {
-                line.show(fraction, what);
-            }};
-}
-
 std::shared_ptr<SuiteModule> junkModule(Context& context) {
     return context.session.registry().module("system-junk");
 }
 
 ScanReport scanReport(Context& context, SuiteModule& module) {
     ProgressLine line;
-    return module.scan(controlOf(context, line));
+    return module.scan(line.control(context.cancel));
 }
 
 int64_t bytesOf(const std::vector<ScanItem>& items) {
@@ -159,7 +153,7 @@ Exit cleanJunk(Context& context, const CleanOptions& options) {
         app::Session& session = context.session;
         return runClean(*module, report, chosen, Trigger::manual,
                         {session.runLog(), session.runFiles(), session.journals()}, texts,
-                        controlOf(context, line));
+                        line.control(context.cancel));
     }();
     return printClean(clean, context);
 }

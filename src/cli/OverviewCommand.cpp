@@ -77,10 +77,7 @@ std::vector<JunkCategory> byCategory(const ScanReport& report) {
 Overview look(Context& context) {
     app::Session& session = context.session;
     ProgressLine line;
-    const JobControl control{context.cancel, [&line](double fraction, std::string_view what) {
-                                 line.show(fraction, what);
-                             }};
-    const ScanReport report = session.registry().module("system-junk")->scan(control);
+    const ScanReport report = session.registry().module("system-junk")->scan(line.control(context.cancel));
     return {RunLog::thisComputer(), systemName(), mountedVolumes(), byCategory(report),
             session.runLog().recent(shownRuns)};
 }

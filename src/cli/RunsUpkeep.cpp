@@ -93,9 +93,7 @@ Exit undo(Context& context, const std::string& word) {
     const auto result = [&] {
         ProgressLine line;
         return undoRun(run->id, Trigger::manual, {session.runLog(), session.runFiles(), session.journals()},
-                       session.texts(), {context.cancel, [&line](double fraction, std::string_view what) {
-                                             line.show(fraction, what);
-                                         }});
+                       session.texts(), line.control(context.cancel));
     }();
     if (context.format == Format::json) {
         printJson(UndoReply{result.record.id, result.record.outcome, result.record.summary,

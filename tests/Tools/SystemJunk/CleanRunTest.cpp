@@ -222,9 +222,10 @@ public:
                 continue;
             }
             const bool goneOrInTrash = row->state == cleanState::deleted || row->state == cleanState::trashed;
-            if (exists && fs::is_empty(item.path))
+            if (exists && fs::is_empty(item.path)) {
                 EXPECT_TRUE(row->state == cleanState::deletedInPart || row->state == cleanState::doing)
                     << item.path << " is " << row->state;
+            }
             EXPECT_EQ(exists, !goneOrInTrash) << item.path << " is " << row->state;
             EXPECT_EQ(row->state == cleanState::trashed, row->place && isInTrash(*row->place, item.path));
         }
