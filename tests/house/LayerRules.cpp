@@ -17,10 +17,11 @@ std::optional<Place> placeOf(std::string_view path) {
         std::string_view folder;
         int number;
     };
-    static constexpr std::array floors{Floor{"Platform", 0},  Floor{"Core", 1},      Floor{"Tools", 2},
-                                       Floor{"Agent", 2},     Floor{"Fleet", 2},     Floor{"Flows", 2},
-                                       Floor{"HelperKit", 2}, Floor{"ClaudeAPI", 2}, Floor{"app", 3},
-                                       Floor{"cli", 4},       Floor{"ui", 4},        Floor{"helper", 4}};
+    static constexpr std::array floors{Floor{"Platform", 0},  Floor{"Core", 1},       Floor{"Tools", 2},
+                                       Floor{"Agent", 2},     Floor{"Fleet", 2},      Floor{"Flows", 2},
+                                       Floor{"HelperKit", 2}, Floor{"ClaudeAPI", 2},  Floor{"Mail", 2},
+                                       Floor{"Reports", 2},   Floor{"Automation", 3}, Floor{"app", 4},
+                                       Floor{"cli", 5},       Floor{"ui", 5},         Floor{"helper", 5}};
     const size_t slash = path.find('/');
     const auto folder = path.substr(0, slash);
     const auto found = std::ranges::find(floors, folder, &Floor::folder);
@@ -103,7 +104,7 @@ std::optional<std::string> libraryIncludeFault(std::string_view path, const Plac
     const bool mayUseSystem = startsWithAny(path, {"Platform/Linux/", "Platform/macOS/", "Platform/Posix/"});
     if (isSystemHeader(header) && !mayUseSystem)
         return "only Platform/<System> includes headers of an operating system";
-    if (isQtHeader(header) && from.floor < 3)
+    if (isQtHeader(header) && from.floor < 4)
         return "engines know no Qt";
     if (isWindowHeader(header) && from.package != "ui")
         return "only ui knows the window";

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Automation/AutomationWorld.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace vh {
+class Desktop;
+class ScheduleStore;
+class SecretStore;
+} // namespace vh
+namespace vh::flows {
+class NodesStore;
+}
+namespace vh::mail {
+class MailSender;
+}
+
+namespace vh::automation {
+
+class FlowTriggers;
+class NodesRunner;
+class RunFollowUps;
+class ScheduledActions;
+class Scheduler;
+class ScriptLibrary;
+
+/// Everything that runs without a person, put together. Any number of processes may have one; of those that were told
+/// to lead, one at a time watches the clock and the machine, and the next takes over when it ends. Main thread.
+class Automation {
+public:
+    explicit Automation(AutomationWorld world);
+    ~Automation();
+    Automation(const Automation&) = delete;
+    Automation& operator=(const Automation&) = delete;
+
+    /// Follow-ups of this process's runs from then on; runs that were killed get their records.
+    void attach();
+    /// Leads as soon as no other process does: starts the scheduler and the triggers and opens the door to requests.
+    void lead();
+    bool isLeading() const;
+    /// Called on the main thread when it begins to lead.
+    void setOnLeading(std::function<void()> f);
+
+    /// Starts the flow of a link, in the process that leads or else here. Nothing when it was started, else why not.
+    std::optional<std::string> openLink(const std::string& url);
+
+    ScheduleStore& schedules();
+    Scheduler& scheduler();
+    ScheduledActions& actions();
+    flows::NodesStore& flows();
+    NodesRunner& runner();
+    FlowTriggers& triggers();
+    ScriptLibrary& scripts();
+    SecretStore& secrets();
+    mail::MailSender& mail();
+    RunFollowUps& followUps();
+    Desktop& desktop();
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace vh::automation

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Core/CleanJob.h"
+#include "Core/Date.h"
+#include "Core/LocalCalendar.h"
+#include "Core/Texts.h"
+#include "Platform/Folders.h"
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace vh {
+class MainLoop;
+class SuiteModule;
+class UserDefaults;
+} // namespace vh
+
+namespace vh::automation {
+
+/// What automation needs of the program that holds it. All of it outlives automation; the functions may be called from
+/// any thread.
+struct AutomationWorld {
+    MainLoop& loop;
+    const Folders& folders;
+    UserDefaults& defaults;
+    RunStores runs;
+    std::function<Texts()> texts;                                            ///< in the language of now
+    std::function<std::shared_ptr<SuiteModule>(std::string_view id)> module; ///< nothing for an unknown one
+    std::function<bool(std::string_view id)> hasEngine; ///< false while a module is no more than its card
+    Clock clock = systemNow;
+    LocalCalendar calendar;
+};
+
+} // namespace vh::automation

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Automation/AutomationWorld.h"
+#include "Flows/FlowExecutor.h"
+#include "Flows/FlowValues.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace vh {
+class Desktop;
+}
+namespace vh::mail {
+class MailSender;
+}
+
+namespace vh::automation {
+
+class ScheduledActions;
+class ScriptLibrary;
+
+/// The node kinds that need other machines or a model. What is not there yet answers with a text of the "nodes.fail."
+/// family; later code takes its place. Blocking, any thread.
+class FlowOutpost {
+public:
+    virtual ~FlowOutpost() = default;
+    virtual flows::FlowNodeResult run(const flows::FlowStep& step, const flows::FlowNodeKind& expanded,
+                                      const Texts& texts, const CancelToken& cancel);
+};
+
+/// What one run's nodes share.
+struct FlowRunContext {
+    flows::FlowValues values;
+    Date startedAt;
+    /// What a node says of itself while it works. Any thread.
+    std::function<void(const Uuid& node, const std::string& text)> report;
+};
+
+/// Does the work of nodes on this computer. Any thread.
+class NodesExecutor {
+public:
+    NodesExecutor(const AutomationWorld& world, const ScheduledActions& actions, const ScriptLibrary& scripts,
+                  const mail::MailSender& mail, Desktop& desktop, FlowOutpost& outpost);
+    ~NodesExecutor();
+
+    /// The executor of one run; it must outlive the engine's run.
+    std::unique_ptr<flows::FlowExecutor> forRun(FlowRunContext context);
+    /// Whether any node works on another computer.
+    static bool usesNetwork(const flows::Flow& flow);
+    /// What the node would do, in a line for people; `expanded` has the values that are known.
+    std::string planText(const flows::FlowNodeKind& expanded, const Texts& texts) const;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace vh::automation

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Flows/Flow.h"
+#include "Flows/FlowRun.h"
+#include "Platform/CancelToken.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vh::flows {
+
+/// A node whose turn has come. Valid until its result was given.
+struct FlowStep {
+    const Flow& flow;
+    const FlowNode& node;
+    FlowComputer computer;
+    std::vector<FlowInput> inputs; ///< results of the nodes right before it, in the order of the edges
+    std::vector<FlowInput> before; ///< results of all nodes before it, in the order of the flow
+};
+
+/// What does a node's work; the engine knows nothing of it.
+class FlowExecutor {
+public:
+    using Done = std::function<void(FlowNodeResult)>;
+    virtual ~FlowExecutor() = default;
+
+    /// Begins the work and returns soon. `done` must be called once, on any thread, also when cancelled; it may be
+    /// called before this returns. Failures are results. Called on the engine's thread.
+    virtual void run(const FlowStep& step, const CancelToken& cancel, Done done) = 0;
+
+    /// The line in which the node waits for its turn; nothing when it needs none.
+    virtual std::optional<std::string> lane(const FlowNode&, const FlowComputer&) const {
+        return std::nullopt;
+    }
+};
+
+} // namespace vh::flows

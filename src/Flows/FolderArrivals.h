@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Core/Date.h"
+#include "Flows/FlowTrigger.h"
+#include "Platform/FolderWatcher.h"
+#include "Platform/MainLoop.h"
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace vh::flows {
+
+/// Watches one folder for files that arrive and lie still. What lies there at the start never counts. At rest it costs
+/// nothing; while something is pending it looks at those files alone. Main thread.
+class FolderArrivals {
+public:
+    /// Gets the full paths; true when it took them.
+    using OnReady = std::function<bool(const std::vector<std::string>& files)>;
+
+    /// Throws SystemError when the folder cannot be watched or listed.
+    FolderArrivals(MainLoop& loop, OnNewFiles settings, OnReady onReady, Clock clock = systemNow);
+    FolderArrivals(const FolderArrivals&) = delete;
+    FolderArrivals& operator=(const FolderArrivals&) = delete;
+
+    const OnNewFiles& settings() const { return settings_; }
+    /// The folder went away: this object will see nothing more.
+    bool isGone() const { return isGone_; }
+
+private:
+    struct Pending {
+        int64_t byteSize = 0;
+        Date since;
+    };
+    void take();
+    void lookAgain();
+    void look(const std::vector<std::string>& names);
+    void settle();
+    void keepTime();
+
+    MainLoop& loop_;
+    const OnNewFiles settings_;
+    const OnReady onReady_;
+    const Clock clock_;
+    FolderWatcher watcher_;
+    std::set<std::string> known_; ///< names
+    std::map<std::string, Pending> pending_;
+    bool isGone_ = false;
+    MainLoop::Token watching_;
+    MainLoop::Token timer_;
+};
+
+} // namespace vh::flows

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Platform/MainLoop.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace vh {
+
+/// Where the running program takes requests of the same user's other processes: a socket in the runtime folder that
+/// only this user reaches. A request and its answer are one text each, of at most 64 KiB.
+class InstanceDoor {
+public:
+    /// Gives a request its answer. Loop's thread; must not throw.
+    using Answer = std::function<std::string(const std::string& request)>;
+
+    /// Nothing when another process has opened the door of this name. Throws SystemError. Closes when it goes.
+    static std::unique_ptr<InstanceDoor> open(MainLoop& loop, const std::string& name, Answer answer);
+    ~InstanceDoor();
+
+private:
+    struct State;
+    explicit InstanceDoor(std::unique_ptr<State> state);
+    std::unique_ptr<State> state_;
+};
+
+/// The answer of the process behind the door; nothing when nobody is there or it does not answer within ten seconds.
+std::optional<std::string> askInstance(const std::string& name, const std::string& request);
+
+} // namespace vh
