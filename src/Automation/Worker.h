@@ -25,13 +25,9 @@ public:
     void post(std::function<void()> f) const;
 
 private:
-    struct Job {
-        std::thread thread;
-        bool isOver = false;
-    };
     MainLoop& loop_;
     std::shared_ptr<bool> alive_; ///< read and written on the main thread alone
-    std::list<Job> jobs_;
+    std::list<std::thread> jobs_;
 };
 
 } // namespace vh::automation

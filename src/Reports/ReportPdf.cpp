@@ -1,0 +1,1 @@
+#include "Reports/ReportPdf.h"
