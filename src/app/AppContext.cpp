@@ -1,11 +1,14 @@
 #include "app/AppContext.h"
 
+#include "Automation/Automation.h"
 #include "Core/CleanJob.h"
 #include "app/ActivityCenter.h"
 #include "app/AppTexts.h"
 #include "app/DatabaseCare.h"
+#include "app/QtLoop.h"
 #include "app/RunLogWatch.h"
 #include "app/Session.h"
+#include "app/SessionAutomation.h"
 
 #include <QTimer>
 
@@ -42,7 +45,16 @@ DatabaseCare& AppContext::databaseCare() {
 }
 
 RunStores AppContext::runStores() {
-    return {session_.runLog(), session_.runFiles(), session_.journals()};
+    return session_.runStores();
+}
+
+automation::Automation& AppContext::automation() {
+    if (!automation_) {
+        loop_ = std::make_unique<QtLoop>();
+        automation_ =
+            std::make_unique<automation::Automation>(automationWorld(session_, *loop_, clock_, calendar_));
+    }
+    return *automation_;
 }
 
 } // namespace vh::app

@@ -9,11 +9,16 @@ namespace vh {
 struct RunStores;
 }
 
+namespace vh::automation {
+class Automation;
+}
+
 namespace vh::app {
 
 class ActivityCenter;
 class AppTexts;
 class DatabaseCare;
+class QtLoop;
 class RunLogWatch;
 class Session;
 
@@ -33,6 +38,8 @@ public:
     /// At work from then on, and by itself soon after the start.
     DatabaseCare& databaseCare();
     RunStores runStores();
+    /// Schedules, flows and what starts them, on the window's main loop; made when first asked for.
+    automation::Automation& automation();
 
     const Clock& clock() const { return clock_; }
     Date now() const { return clock_(); }
@@ -46,6 +53,8 @@ private:
     std::unique_ptr<ActivityCenter> activity_;
     std::unique_ptr<RunLogWatch> runs_;
     std::unique_ptr<DatabaseCare> databaseCare_;
+    std::unique_ptr<QtLoop> loop_;
+    std::unique_ptr<automation::Automation> automation_;
 };
 
 } // namespace vh::app

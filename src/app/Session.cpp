@@ -1,5 +1,6 @@
 #include "app/Session.h"
 
+#include "Core/CleanJob.h"
 #include "Core/DatabaseLocation.h"
 #include "Core/RunJournal.h"
 #include "app/ModuleRegistry.h"
@@ -18,12 +19,17 @@ Texts textsOfSetting(const UserDefaults& defaults) {
 
 Session::Session()
     : folders_(Folders::ofUser()), defaults_(UserDefaults::fileOfUser()), texts_(textsOfSetting(defaults_)),
-      runFiles_(defaults_) {}
+      language_(texts_.language()), runFiles_(defaults_) {}
 
 Session::~Session() = default;
 
 void Session::useLanguageOfSetting() {
-    texts_ = textsOfSetting(defaults_);
+    useLanguage(textsOfSetting(defaults_).language());
+}
+
+void Session::useLanguage(Language language) {
+    texts_ = Texts(language);
+    language_ = language;
 }
 
 RunLog& Session::runLog() {
@@ -44,6 +50,10 @@ ModuleRegistry& Session::registry() {
     if (!registry_)
         registry_ = std::make_unique<ModuleRegistry>(folders_, DatabaseLocation::folder(defaults_));
     return *registry_;
+}
+
+RunStores Session::runStores() {
+    return {runLog(), runFiles_, *journals_};
 }
 
 void Session::recoverInterruptedRuns() {

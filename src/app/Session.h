@@ -6,10 +6,12 @@
 #include "Core/UserDefaults.h"
 #include "Platform/Folders.h"
 
+#include <atomic>
 #include <memory>
 
 namespace vh {
 class RunJournals;
+struct RunStores;
 } // namespace vh
 
 namespace vh::app {
@@ -32,13 +34,16 @@ public:
     const Texts& texts() const { return texts_; }
     void useLanguageOfSetting();
     /// For as long as the setting is left alone; stores nothing.
-    void useLanguage(Language language) { texts_ = Texts(language); }
+    void useLanguage(Language language);
+    /// That of texts(). Any thread.
+    Language language() const { return language_; }
 
     RunFiles& runFiles() { return runFiles_; }
     /// Opening it gives runs that were killed their record.
     RunLog& runLog();
     RunJournals& journals();
     ModuleRegistry& registry();
+    RunStores runStores();
 
 private:
     void recoverInterruptedRuns();
@@ -46,6 +51,7 @@ private:
     const Folders folders_;
     UserDefaults defaults_;
     Texts texts_;
+    std::atomic<Language> language_; // of texts_, for other threads
     RunFiles runFiles_;
     std::unique_ptr<RunLog> runLog_;
     std::unique_ptr<RunJournals> journals_;

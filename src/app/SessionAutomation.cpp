@@ -1,0 +1,24 @@
+#include "app/SessionAutomation.h"
+
+#include "Core/RunJournal.h"
+#include "Core/SuiteModule.h"
+#include "app/ModuleRegistry.h"
+#include "app/Session.h"
+
+namespace vh::app {
+
+automation::AutomationWorld automationWorld(Session& session, MainLoop& loop, Clock clock,
+                                            const LocalCalendar& calendar) {
+    const ModuleRegistry& registry = session.registry();
+    return {loop,
+            session.folders(),
+            session.defaults(),
+            session.runStores(),
+            [&session] { return Texts(session.language()); },
+            [&registry](std::string_view id) { return registry.module(id); },
+            [&registry](std::string_view id) { return registry.hasEngine(id); },
+            std::move(clock),
+            calendar};
+}
+
+} // namespace vh::app
