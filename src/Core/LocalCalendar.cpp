@@ -70,6 +70,14 @@ Date LocalCalendar::addDays(Date date, int daysLater) const {
     return zone_->moment(zone_->wall(date) + days(daysLater));
 }
 
+Date LocalCalendar::atTime(Date date, int daysLater, std::chrono::minutes sinceMidnight) const {
+    return zone_->moment(floor<days>(zone_->wall(date)) + days(daysLater) + sinceMidnight);
+}
+
+int LocalCalendar::weekday(Date date) const {
+    return int(std::chrono::weekday(floor<days>(zone_->wall(date))).c_encoding()) + 1;
+}
+
 std::string LocalCalendar::zone() const {
     icu::UnicodeString id;
     std::string name;

@@ -32,6 +32,10 @@ public:
     Date startOfDay(Date date, int days = 0) const;
     /// The same time on the wall, `days` later.
     Date addDays(Date date, int days) const;
+    /// When the wall shows that time on the day of `date`, or on the day `days` later. A time that the clock skips is
+    /// the next that exists, one that it shows twice the first.
+    Date atTime(Date date, int days, std::chrono::minutes sinceMidnight) const;
+    int weekday(Date date) const; ///< 1 is Sunday
     std::string zone() const;
 
 private:

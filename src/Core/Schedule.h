@@ -38,7 +38,7 @@ Date nextRun(const Schedule& schedule, Date after, const LocalCalendar& calendar
 /// What is wrong with its numbers as a key of the "schedule.fault." family, nothing when they are times.
 std::optional<std::string> faultOf(const Schedule& schedule);
 
-/// "Every hour", "6 hours", "Mondays at 09:00", in the language of `texts`.
+/// "Every hour", "6 hours", "Every day at 09:00", "Mondays at 09:00", in the language of `texts`.
 std::string description(const Schedule& schedule, const Texts& texts);
 
 template <>

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "Core/ScheduledTask.h"
-#include "Platform/GrowingFile.h"
+#include "Core/SharedFile.h"
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -41,23 +42,23 @@ public:
     /// Called on the thread that changed the list, in this process, until the token goes.
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> observer);
 
-    const std::string& fileURL() const { return fileURL_; }
+    const std::string& fileURL() const { return file_.path(); }
 
 private:
     template <class Change>
     auto changing(Change change);
+    void replaceBy(std::vector<ScheduledTask> changed);
     void catchUp() const;
-    void read(const std::string& text) const;
+    void catchUpIfReadable() const;
     void persist();
     void notify();
 
-    const std::string fileURL_;
     const LocalCalendar calendar_;
-    mutable std::mutex lock_;
-    mutable std::optional<GrowingFile> open_;
-    mutable FileStamp stamp_;
+    mutable std::mutex mutex_;
+    mutable SharedFile file_;
     mutable std::vector<ScheduledTask> tasks_;
-    mutable bool damaged_ = false;
+    /// What could not be written yet, over what the file says; nothing for a removed one.
+    std::map<Uuid, std::optional<ScheduledTask>> waiting_;
     std::vector<std::weak_ptr<std::function<void()>>> observers_;
 };
 

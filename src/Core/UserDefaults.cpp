@@ -1,11 +1,7 @@
 #include "Core/UserDefaults.h"
 
-#include "Platform/FileLock.h"
-#include "Platform/Files.h"
 #include "Platform/Folders.h"
 #include "Platform/SystemError.h"
-
-#include <filesystem>
 
 namespace vh {
 
@@ -78,47 +74,39 @@ std::optional<std::string> UserDefaults::textOf(std::string_view key) const {
 
 void UserDefaults::change(const std::string& key, std::optional<std::string> text) {
     const std::lock_guard guard(mutex_);
-    makeFolders(std::filesystem::path(file_).parent_path());
-    const FileLock lock(file_ + ".lock");
+    const FileLock lock = file_.lock();
     catchUp();
     Values changed = values_;
     if (text)
         changed.insert_or_assign(key, std::move(*text));
     else
         changed.erase(key);
-    if (changed == values_ && !damaged_)
+    if (changed == values_ && !file_.isDamaged())
         return;
-    if (damaged_)
-        writeFileAtomically(file_ + ".damaged", readFile(file_));
-    writeFileAtomically(file_, prettyJson(changed));
+    file_.write(prettyJson(changed));
     catchUp();
 }
 
-/// Reads the file again if it is another one or was written to. Throws SystemError.
+/// Throws SystemError.
 void UserDefaults::catchUp() const {
-    const auto now = stampOf(file_);
-    if (open_ ? now == stamp_ : !now)
-        return;
-    auto opened = GrowingFile::openIfPresent(file_);
-    const FileStamp stamp = opened ? opened->stamp() : FileStamp{};
-    read(opened ? opened->readFrom(0) : "{}");
-    open_ = std::move(opened);
-    stamp_ = stamp;
+    if (const auto text = file_.news())
+        read(*text);
 }
 
 void UserDefaults::read(const std::string& text) const {
     Values values;
-    damaged_ = false;
+    bool isDamaged = false;
     try {
         JsonDocument document;
         const JsonView root = document.parse(text);
-        damaged_ = root.kind() != JsonKind::object;
+        isDamaged = root.kind() != JsonKind::object;
         root.forEachMember([&](std::string_view key, JsonView value) {
             values.insert_or_assign(bytesOfJsonText(key), compactJson(value));
         });
     } catch (const DecodeError&) {
-        damaged_ = true;
+        isDamaged = true;
     }
+    file_.setDamaged(isDamaged);
     values_ = std::move(values);
 }
 

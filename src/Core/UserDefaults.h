@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/Codec.h"
-#include "Platform/GrowingFile.h"
+#include "Core/SharedFile.h"
 
 #include <map>
 #include <mutex>
@@ -42,7 +42,7 @@ public:
     void set(std::string_view key, const char* value) { set(key, std::string(value)); }
     void remove(std::string_view key) { change(std::string(key), std::nullopt); }
 
-    const std::string& file() const { return file_; }
+    const std::string& file() const { return file_.path(); }
 
 private:
     using Values = std::map<std::string, std::string>; // each value as compact JSON
@@ -52,12 +52,9 @@ private:
     void catchUp() const;
     void read(const std::string& text) const;
 
-    std::string file_;
     mutable std::mutex mutex_;
-    mutable std::optional<GrowingFile> open_; // what values_ was read from
-    mutable FileStamp stamp_;
+    mutable SharedFile file_;
     mutable Values values_;
-    mutable bool damaged_ = false;
 };
 
 } // namespace vh
