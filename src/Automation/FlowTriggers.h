@@ -2,15 +2,13 @@
 
 #include "Automation/AutomationWorld.h"
 #include "Automation/NodesRunner.h"
-#include "Flows/FolderArrivals.h"
 #include "Platform/MountWatcher.h"
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vh {
@@ -33,8 +31,10 @@ public:
     /// Starts the flows that wait for the end of this one.
     void finished(const flows::Flow& flow, flows::FlowNodeOutcome outcome, const std::vector<Uuid>& chain);
 
-    /// Folders that cannot be watched, with the reason, for people.
+    /// What cannot be watched, with the reason, for people.
     std::vector<std::string> troubles() const;
+    /// Called when troubles() changed.
+    void setOnTroubles(std::function<void()> f);
 
 private:
     struct State;

@@ -1,0 +1,301 @@
+#include "Automation/Automation.h"
+
+#include "Automation/AutomationDoor.h"
+#include "Automation/FlowTriggers.h"
+#include "Automation/FolderNews.h"
+#include "Automation/NodesExecutor.h"
+#include "Automation/NodesRunner.h"
+#include "Automation/RunFollowUps.h"
+#include "Automation/ScheduledActions.h"
+#include "Automation/Scheduler.h"
+#include "Automation/ScriptLibrary.h"
+#include "Core/Codec.h"
+#include "Core/RunLog.h"
+#include "Core/ScheduleStore.h"
+#include "Flows/NodesStore.h"
+#include "Mail/MailSender.h"
+#include "Platform/Desktop.h"
+#include "Platform/FileLock.h"
+#include "Platform/Files.h"
+#include "Platform/InstanceDoor.h"
+#include "Platform/SecretStore.h"
+#include "Platform/SystemError.h"
+
+#include <chrono>
+#include <utility>
+
+namespace vh::automation {
+
+namespace {
+
+constexpr std::chrono::seconds tryAgain{2};
+
+using OnRecord = std::function<void(const RunRecord&)>;
+
+} // namespace
+
+/// The parts stand in the order in which they need each other, so that they go in the opposite one.
+struct Automation::State {
+    explicit State(AutomationWorld w) : world(std::move(w)), folder(world.folders.data + "/Varnholt") {}
+
+    AutomationWorld world;
+    const std::string folder;
+    std::optional<FileLock> lead; ///< let go of last, when nothing runs any more
+
+    std::unique_ptr<SecretStore> secrets;
+    std::unique_ptr<mail::MailSender> mail;
+    std::shared_ptr<RunFollowUps> followUps;
+    std::unique_ptr<Desktop> desktop;
+    std::unique_ptr<ScriptLibrary> scripts;
+    std::unique_ptr<ScheduleStore> schedules;
+    std::unique_ptr<ScheduledActions> actions;
+    std::unique_ptr<flows::NodesStore> flows;
+    FlowOutpost outpost;
+    std::unique_ptr<NodesExecutor> executor;
+    std::unique_ptr<NodesRunner> runner;
+    std::unique_ptr<Scheduler> scheduler;
+    std::unique_ptr<FlowTriggers> triggers;
+
+    std::shared_ptr<OnRecord> onRecord = std::make_shared<OnRecord>();
+    std::function<void()> onLeading;
+    std::string trouble;
+    bool isAttached = false;
+    std::unique_ptr<FolderNews> news;
+    std::unique_ptr<InstanceDoor> door;
+    MainLoop::Token trying;
+};
+
+namespace {
+
+template <class Pointer, class Make>
+auto& made(Pointer& part, Make make) {
+    if (!part)
+        part = make();
+    return *part;
+}
+
+/// The record of a run whose process was killed.
+RunRecord recordOf(const flows::FlowRun& run, const std::string& name, const AutomationWorld& world) {
+    RunRecord record;
+    record.id = Uuid::random();
+    record.toolID = "nodes";
+    record.startedAt = run.startedAt;
+    record.outcome = Outcome::failed;
+    record.trigger = flows::logTrigger(run.trigger);
+    record.summary = world.texts().text("run.interrupted", {{"title", name}});
+    record.computer = RunLog::thisComputer();
+    record.details = rawDetails({{RunDetail::flow, name}, {RunDetail::event, run.event.value_or("")}});
+    for (const auto& [node, result] : run.results)
+        record.duration += result.seconds;
+    return record;
+}
+
+} // namespace
+
+Automation::Automation(AutomationWorld world) : state_(std::make_unique<State>(std::move(world))) {}
+
+Automation::~Automation() {
+    State& s = *state_;
+    s.trying.reset();
+    s.door.reset();
+    s.news.reset();
+    s.triggers.reset();
+    if (s.runner)
+        s.runner->setOnFinished({});
+    s.scheduler.reset();
+    s.runner.reset();
+    if (s.isAttached)
+        s.world.runs.log.setOnRecord({});
+}
+
+ScheduleStore& Automation::schedules() {
+    return made(state_->schedules, [&] {
+        return std::make_unique<ScheduleStore>(ScheduleStore::fileOfUser(), state_->world.calendar);
+    });
+}
+
+Scheduler& Automation::scheduler() {
+    return made(state_->scheduler, [&] {
+        runner(); // a task may be a flow
+        return std::make_unique<Scheduler>(state_->world, schedules(), actions());
+    });
+}
+
+ScheduledActions& Automation::actions() {
+    return made(state_->actions, [&] { return std::make_unique<ScheduledActions>(state_->world); });
+}
+
+flows::NodesStore& Automation::flows() {
+    return made(state_->flows, [&] {
+        return std::make_unique<flows::NodesStore>(flows::NodesStore::folderOfUser(), schedules(),
+                                                   state_->world.clock, state_->world.calendar);
+    });
+}
+
+NodesRunner& Automation::runner() {
+    return made(state_->runner, [&] {
+        State& s = *state_;
+        s.executor =
+            std::make_unique<NodesExecutor>(s.world, actions(), scripts(), mail(), desktop(), s.outpost);
+        auto runner = std::make_unique<NodesRunner>(s.world, flows(), *s.executor, mail());
+        runner->setOnFinished(
+            [this](const flows::Flow& flow, flows::FlowNodeOutcome outcome, const std::vector<Uuid>& chain) {
+                if (isLeading())
+                    triggers().finished(flow, outcome, chain);
+                else
+                    askLeader(FlowEnded{flow.id, outcome, chain});
+            });
+        actions().setRunFlow([made = runner.get()](const ScheduledTask& task, const JobControl& control) {
+            return made->runScheduled(task, control.cancel);
+        });
+        return runner;
+    });
+}
+
+FlowTriggers& Automation::triggers() {
+    return made(state_->triggers,
+                [&] { return std::make_unique<FlowTriggers>(state_->world, flows(), runner(), desktop()); });
+}
+
+ScriptLibrary& Automation::scripts() {
+    return made(state_->scripts,
+                [] { return std::make_unique<ScriptLibrary>(ScriptLibrary::folderOfUser()); });
+}
+
+SecretStore& Automation::secrets() {
+    return made(state_->secrets, [&] { return openSecretStore(state_->folder + "/secrets.json"); });
+}
+
+mail::MailSender& Automation::mail() {
+    return made(state_->mail, [&] {
+        const AutomationWorld& world = state_->world;
+        return std::make_unique<mail::MailSender>(world.defaults, secrets(), world.runs.log, world.texts);
+    });
+}
+
+RunFollowUps& Automation::followUps() {
+    return made(state_->followUps, [&] { return std::make_shared<RunFollowUps>(state_->world, mail()); });
+}
+
+Desktop& Automation::desktop() {
+    return made(state_->desktop, [] { return openDesktop(); });
+}
+
+void Automation::attach() {
+    State& s = *state_;
+    if (std::exchange(s.isAttached, true))
+        return;
+    followUps();
+    // Other threads may be in the hook while this object goes.
+    s.world.runs.log.setOnRecord([followUps = std::weak_ptr(s.followUps), told = std::weak_ptr(s.onRecord),
+                                  &loop = s.world.loop](const RunRecord& record) {
+        if (const auto alive = followUps.lock())
+            alive->take(record);
+        if (!told.expired())
+            loop.post([told, record] {
+                if (const auto alive = told.lock(); alive && *alive)
+                    (*alive)(record);
+            });
+    });
+    for (const flows::FlowRun& run : flows().takeInterrupted()) {
+        const flows::Flow* flow = flows().anyFlow(run.flowID);
+        s.world.runs.log.record(recordOf(run, flow ? flow->name : run.flowID.text(), s.world));
+    }
+}
+
+void Automation::setOnRecord(std::function<void(const RunRecord&)> f) {
+    *state_->onRecord = std::move(f);
+}
+
+void Automation::lead() {
+    State& s = *state_;
+    if (s.trying || isLeading())
+        return;
+    attach();
+    s.news = std::make_unique<FolderNews>(s.world.loop, flows().folder(), [this] { flows().load(); });
+    s.trying = s.world.loop.every(tryAgain, [this] { tryToLead(); });
+    tryToLead();
+}
+
+void Automation::tryToLead() {
+    State& s = *state_;
+    try {
+        if (!s.lead) {
+            makeFolders(s.folder);
+            FileLock lock = FileLock::tryLock(s.folder + "/automation.lock");
+            s.trouble.clear();
+            if (!lock)
+                return;
+            s.lead.emplace(std::move(lock));
+            beginToLead();
+        }
+        s.door = InstanceDoor::open(s.world.loop, doorName,
+                                    [this](const std::string& request) { return answer(request); });
+        s.trouble.clear();
+        if (s.door)
+            s.trying.reset();
+    } catch (const SystemError& error) {
+        s.trouble = error.what();
+    }
+}
+
+void Automation::beginToLead() {
+    scheduler().start();
+    triggers().start();
+    if (state_->onLeading)
+        state_->onLeading();
+}
+
+bool Automation::isLeading() const {
+    return state_->lead.has_value();
+}
+
+void Automation::setOnLeading(std::function<void()> f) {
+    state_->onLeading = std::move(f);
+}
+
+const std::string& Automation::trouble() const {
+    return state_->trouble;
+}
+
+std::string Automation::answer(const std::string& request) {
+    DoorReply reply;
+    try {
+        const auto wanted = decodeJson<DoorRequest>(request);
+        if (const auto* link = std::get_if<OpenLink>(&wanted)) {
+            reply.refusal = openHere(link->url);
+        } else if (const auto* ended = std::get_if<FlowEnded>(&wanted)) {
+            if (const flows::Flow* flow = flows().anyFlow(ended->flow))
+                triggers().finished(flows::Flow(*flow), ended->outcome, ended->chain);
+        }
+    } catch (const DecodeError& error) {
+        reply.refusal = error.what();
+    }
+    return encodeJson(reply);
+}
+
+std::optional<std::string> Automation::openLink(const std::string& url) {
+    if (!isLeading())
+        if (const auto reply = askLeader(OpenLink{url}))
+            return reply->refusal;
+    return openHere(url);
+}
+
+std::optional<std::string> Automation::openHere(const std::string& url) {
+    const Texts texts = state_->world.texts();
+    const auto id = flowOfLink(url);
+    if (!id)
+        return texts.text("nodes.link.unknown", {{"url", url}});
+    flows().load();
+    const auto refusal = runner().runFromOutside(*id, texts.text("nodes.event.link"));
+    if (!refusal)
+        return std::nullopt;
+    try {
+        desktop().notify(texts.text("sidebar.varnholt") + " – " + texts.text("sidebar.nodes"), *refusal);
+    } catch (const std::runtime_error&) {
+        // Nobody sits before this computer; who asked gets the answer.
+    }
+    return refusal;
+}
+
+} // namespace vh::automation
