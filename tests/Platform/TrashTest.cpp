@@ -2,8 +2,8 @@
 
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
-#include "Platform/Linux/Rename.h"
 #include "Platform/Linux/TrashInfo.h"
+#include "Platform/Posix/Rename.h"
 #include "Platform/SystemError.h"
 #include "support/ErrorOf.h"
 #include "support/FaultInjector.h"

@@ -1,4 +1,4 @@
-#include "Platform/Linux/Rename.h"
+#include "Platform/Posix/Rename.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,11 +1,11 @@
 #include "Platform/Trash.h"
 
 #include "Platform/Files.h"
-#include "Platform/Linux/Rename.h"
 #include "Platform/Linux/TrashFolder.h"
 #include "Platform/Linux/TrashInfo.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/PathParts.h"
+#include "Platform/Posix/Rename.h"
 #include "Platform/Posix/StatusType.h"
 #include "Platform/Volumes.h"
 

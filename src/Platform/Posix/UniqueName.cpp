@@ -1,6 +1,7 @@
 #include "Platform/Posix/UniqueName.h"
 
 #include "Platform/Random.h"
+#include "Platform/Removal.h"
 
 #include <array>
 #include <fmt/format.h>
@@ -15,6 +16,13 @@ std::string uniquePartialName(std::string_view name) {
     for (const std::byte byte : random)
         digits += fmt::format("{:02x}", static_cast<unsigned>(byte));
     return fmt::format(".{}.{}{}", name.substr(0, keptOfName), digits, partialSuffix);
+}
+
+void removeLeftover(const std::string& path, const std::optional<FileIdentity>& expected) {
+    try {
+        removePermanently(path, expected);
+    } catch (const SystemError&) {
+    }
 }
 
 } // namespace vh

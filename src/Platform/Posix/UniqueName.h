@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Platform/FileIdentity.h"
+
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,5 +14,9 @@ constexpr std::string_view partialSuffix = ".varnholt-partial";
 /// A hidden name that nobody else has, made from `name` and short enough for any file system: ".name.<random>" and
 /// the suffix.
 std::string uniquePartialName(std::string_view name);
+
+/// Removes what is at `path`, if anything and no other than expected. Fails in silence: it is the failure that led here
+/// which is to be reported.
+void removeLeftover(const std::string& path, const std::optional<FileIdentity>& expected = std::nullopt);
 
 } // namespace vh

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Platform/FileDescriptor.h"
+
+#include <cstddef>
+#include <string>
+
+namespace vh {
+
+/// Copies a few MiB from where both files stand, inside the kernel where it can. How many bytes, 0 at the end. Throws
+/// SystemError that names `path`.
+size_t copyPiece(const FileDescriptor& from, const FileDescriptor& to, const std::string& path);
+
+} // namespace vh
