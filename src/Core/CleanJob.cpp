@@ -18,9 +18,10 @@ namespace {
 /// The job between opening its journal and finishing it.
 class CleanJob {
 public:
-    CleanJob(SuiteModule& module, RemovalMethod method, const Texts& texts, const JobControl& control,
-             RunJournal& journal)
-        : module_(module), method_(method), texts_(texts), control_(control), journal_(journal) {}
+    CleanJob(SuiteModule& module, RemovalMethod method, bool isUnattended, const Texts& texts,
+             const JobControl& control, RunJournal& journal)
+        : module_(module), method_(method), isUnattended_(isUnattended), texts_(texts), control_(control),
+          journal_(journal) {}
 
     CleanJobResult run(const ScanReport& report, const CleanSelection& selection) {
         bool stopped = false;
@@ -50,6 +51,7 @@ private:
 
     SuiteModule& module_;
     const RemovalMethod method_;
+    const bool isUnattended_;
     const Texts& texts_;
     const JobControl& control_;
     RunJournal& journal_;
@@ -121,7 +123,8 @@ void CleanJob::reportProgress(size_t index, size_t count, const std::string& pat
 Outcome CleanJob::outcome(bool stopped) const {
     if (stopped)
         return Outcome::cancelled;
-    if (done_.error || (done_.result.removedCount == 0 && !done_.result.errors.empty()))
+    const bool removedNone = done_.result.removedCount == 0 && !done_.result.errors.empty();
+    if (done_.error || (removedNone && !isUnattended_))
         return Outcome::failed;
     return done_.result.errors.empty() ? Outcome::success : Outcome::warning;
 }
@@ -129,10 +132,11 @@ Outcome CleanJob::outcome(bool stopped) const {
 std::string CleanJob::message(bool stopped) const {
     if (done_.error && done_.result.items.empty())
         return *done_.error;
-    std::string message =
-        texts_.text(method_ == RemovalMethod::trash ? "clean.result-trashed" : "clean.result-deleted",
-                    {{"count", done_.result.removedCount},
-                     {"bytes", sizeText(done_.result.freedBytes, texts_.language())}});
+    const char* const key = isUnattended_                     ? "scheduled-action.moved-to-trash"
+                            : method_ == RemovalMethod::trash ? "clean.result-trashed"
+                                                              : "clean.result-deleted";
+    std::string message = texts_.text(key, {{"count", done_.result.removedCount},
+                                            {"bytes", sizeText(done_.result.freedBytes, texts_.language())}});
     if (!done_.result.errors.empty())
         message +=
             " " + texts_.text("scan-clean-workspace.log-skipped", {{"count", done_.result.errors.size()}});
@@ -158,11 +162,12 @@ void CleanJob::finish(bool stopped) {
 } // namespace
 
 CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const CleanSelection& selection,
-                        Trigger trigger, const RunStores& stores, const Texts& texts,
+                        const CleanStart& start, const RunStores& stores, const Texts& texts,
                         const JobControl& control) {
-    const auto run = stores.log.begin(std::string(module.id()), trigger);
+    const auto run = stores.log.begin(std::string(module.id()), start.trigger, start.details);
     const auto journal = stores.journals.open(run, toolName(texts, module.id()));
-    return CleanJob(module, selection.method, texts, control, *journal).run(report, selection);
+    return CleanJob(module, selection.method, start.isUnattended, texts, control, *journal)
+        .run(report, selection);
 }
 
 } // namespace vh

@@ -42,11 +42,20 @@ struct CleanJobResult {
     std::string trackingFailure;             ///< why the list of what was done could not be kept; else empty
 };
 
+/// What starts a clean.
+struct CleanStart {
+    CleanStart(Trigger what) : trigger(what) {}
+    Trigger trigger;
+    RunDetails details;
+    /// Nobody chose the items: the summary says it so, and items that had to stay are no more than a warning.
+    bool isUnattended = false;
+};
+
 /// The one road from a selection to a run record. Removes the selected items of `report`, the module's last scan, one
 /// by one, each written down before it goes, so that a kill at any moment leaves a record. Never throws for what fails
 /// in the clean: that is the record's outcome. Stopped, it leaves a record of what was done.
 CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const CleanSelection& selection,
-                        Trigger trigger, const RunStores& stores, const Texts& texts,
+                        const CleanStart& start, const RunStores& stores, const Texts& texts,
                         const JobControl& control);
 
 } // namespace vh

@@ -1,6 +1,14 @@
 #include "Core/ScheduledTask.h"
 
+#include "Core/Texts.h"
+
+#include <fmt/format.h>
+
 namespace vh {
+
+std::string titleOf(ScheduledAction action, const Texts& texts) {
+    return texts.text(fmt::format("scheduled-action.{}.title", rawValue(action)));
+}
 
 ScheduledTask makeTask(std::string title, std::string toolID, std::string actionID,
                        std::map<std::string, std::string> payload, const Schedule& schedule, bool runIfMissed,

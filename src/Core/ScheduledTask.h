@@ -23,6 +23,9 @@ enum class ScheduledAction {
     backup
 };
 
+class Texts;
+std::string titleOf(ScheduledAction action, const Texts& texts);
+
 /// The action identifier of a task that runs the flow which its payload names under "flow".
 inline constexpr std::string_view flowAction = "nodes-flow";
 

@@ -1,0 +1,143 @@
+#include "Automation/ScheduledActions.h"
+
+#include "Core/MaintenanceTask.h"
+#include "Core/Printable.h"
+#include "Core/RunLog.h"
+#include "Core/SuiteModule.h"
+#include "Core/ToolTexts.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vh::automation {
+
+namespace {
+
+constexpr std::string_view syncTool = "company-sync";
+
+/// One run of one action.
+class ActionRun {
+public:
+    ActionRun(const AutomationWorld& world, const ActionRequest& request, const JobControl& control,
+              std::string_view moduleID = {})
+        : world_(world), request_(request), control_(control), moduleID_(moduleID), texts_(world.texts()),
+          details_(detailsOf(request)),
+          run_(world.runs.log.begin(request.toolID, request.trigger, details_)) {}
+
+    /// What the work throws becomes the record.
+    RunRecord run(RunRecord (ActionRun::*work)()) {
+        try {
+            return (this->*work)();
+        } catch (const Cancelled&) {
+            return finish(Outcome::cancelled, texts_.text("scheduled-action.stopped"));
+        } catch (const std::exception& error) {
+            return fail(error.what());
+        }
+    }
+
+    RunRecord clean();
+    RunRecord maintain();
+    RunRecord notThereYet() {
+        return fail(texts_.text("scheduled-action.not-there-yet", {{"tool", toolTitle(request_.toolID)}}));
+    }
+    RunRecord fail(std::string summary) {
+        return finish(Outcome::failed, std::move(summary), {{RunMetric::errors, 1}});
+    }
+
+private:
+    static RunDetails detailsOf(const ActionRequest& request) {
+        RunDetails details = request.details;
+        if (const auto flow = request.payload.find("flow"); flow != request.payload.end())
+            details.emplace(RunDetail::flow, flow->second);
+        return details;
+    }
+    RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {}) {
+        return run_->finish(outcome, std::move(summary), metrics);
+    }
+    std::string toolTitle(std::string_view toolID) const {
+        if (toolID == syncTool)
+            return texts_.text("scheduled-action.company-sync.title");
+        const auto action = fromRaw<ScheduledAction>(toolID);
+        return action ? titleOf(*action, texts_) : toolName(texts_, toolID);
+    }
+
+    const AutomationWorld& world_;
+    const ActionRequest& request_;
+    const JobControl& control_;
+    const std::string_view moduleID_; ///< through which the action works
+    const Texts texts_;
+    const RunDetails details_;
+    const std::shared_ptr<RunHandle> run_;
+};
+
+/// Everything that a scan finds goes to the Trash.
+RunRecord ActionRun::clean() {
+    if (!world_.hasEngine(moduleID_))
+        return notThereYet();
+    const auto module = world_.module(moduleID_);
+    control_.report(-1, texts_.text("scheduled-action.scanning"));
+    const ScanReport report = module->scan(control_);
+    if (report.items.empty())
+        return finish(Outcome::success, texts_.text("scheduled-action.nothing-to-clean"));
+    control_.report(-1, texts_.text("scheduled-action.moving-to-trash"));
+    CleanStart start(request_.trigger);
+    start.details = details_;
+    start.isUnattended = true;
+    return runClean(*module, report, CleanSelection::all(report, RemovalMethod::trash), start, world_.runs,
+                    texts_, control_)
+        .record;
+}
+
+std::vector<MaintenanceTask> maintenanceTasks(std::string_view list) {
+    std::vector<MaintenanceTask> tasks;
+    while (!list.empty()) {
+        const size_t comma = list.find(',');
+        if (const auto task = fromRaw<MaintenanceTask>(list.substr(0, comma)))
+            tasks.push_back(*task);
+        list.remove_prefix(comma == std::string_view::npos ? list.size() : comma + 1);
+    }
+    return tasks;
+}
+
+RunRecord ActionRun::maintain() {
+    const auto list = request_.payload.find("tasks");
+    if (list == request_.payload.end() || maintenanceTasks(list->second).empty())
+        return fail(texts_.text("scheduled-action.no-maintenance-tasks"));
+    return notThereYet();
+}
+
+/// What an action does. Those of tools that are not there yet say so.
+struct ActionRow {
+    ScheduledAction action;
+    RunRecord (ActionRun::*work)();
+};
+constexpr std::array rows{ActionRow{ScheduledAction::cleanStorage, &ActionRun::clean},
+                          ActionRow{ScheduledAction::cleanPrivacy, &ActionRun::clean},
+                          ActionRow{ScheduledAction::maintenance, &ActionRun::maintain},
+                          ActionRow{ScheduledAction::smartHealth, &ActionRun::notThereYet},
+                          ActionRow{ScheduledAction::folderSync, &ActionRun::notThereYet},
+                          ActionRow{ScheduledAction::optimize, &ActionRun::notThereYet},
+                          ActionRow{ScheduledAction::backup, &ActionRun::notThereYet}};
+static_assert(rows.size() == allCases<ScheduledAction>().size());
+
+} // namespace
+
+RunRecord ScheduledActions::run(const ScheduledTask& task, Trigger trigger, const JobControl& control) const {
+    const ActionRequest request{task.toolID, task.payload, trigger, {}};
+    if (task.toolID == syncTool)
+        return ActionRun(world_, request, control).run(&ActionRun::notThereYet);
+    if (task.actionID == flowAction && runFlow_)
+        return runFlow_(task, control);
+    if (const auto action = fromRaw<ScheduledAction>(task.actionID))
+        return run(*action, request, control);
+    return ActionRun(world_, request, control)
+        .fail(world_.texts().text("scheduled-action.unknown", {{"action", printable(task.actionID)}}));
+}
+
+RunRecord ScheduledActions::run(ScheduledAction action, const ActionRequest& request,
+                                const JobControl& control) const {
+    const auto row = std::ranges::find(rows, action, &ActionRow::action);
+    return ActionRun(world_, request, control, rawValue(action)).run(row->work);
+}
+
+} // namespace vh::automation
