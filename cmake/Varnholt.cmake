@@ -7,6 +7,11 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
+if(CMAKE_CXX_FLAGS MATCHES "fsanitize")
+    # The sanitizers must see one class where the program and a module share one.
+    set(CMAKE_ENABLE_EXPORTS ON)
+endif()
+
 if(APPLE)
     set(VH_SYSTEM macOS)
 else()
@@ -16,6 +21,11 @@ endif()
 find_package(fmt REQUIRED)
 find_package(ICU REQUIRED COMPONENTS i18n uc)
 find_package(simdjson REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(systemd REQUIRED IMPORTED_TARGET libsystemd)
+pkg_check_modules(libsecret REQUIRED IMPORTED_TARGET libsecret-1)
+pkg_check_modules(pangocairo REQUIRED IMPORTED_TARGET pangocairo)
+find_package(CURL REQUIRED)
 
 # One flag for every object, so that programs and libraries can share one precompiled header.
 add_compile_options(-fPIC -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wno-missing-field-initializers)
@@ -68,6 +78,20 @@ function(vh_library name)
     endif()
 endfunction()
 
+# vh_module(name SOURCES … [DEPENDS lib …]): a library that the program opens at first use (Platform/Module.h). It links
+# none of ours: what it shares with the program are headers.
+add_custom_target(modules)
+function(vh_module name)
+    cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS" ${ARGN})
+    set(target vh_module_${name})
+    add_library(${target} MODULE ${arg_SOURCES})
+    set_target_properties(${target} PROPERTIES PREFIX "" SUFFIX .so OUTPUT_NAME ${name}
+        LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/varnholt)
+    target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(${target} PRIVATE fmt::fmt ${arg_DEPENDS})
+    add_dependencies(modules ${target})
+endfunction()
+
 # vh_test(name [DEPENDS lib …] [ENVIRONMENT NAME=value]): one test program of this folder's .cpp files, each of its
 # cases known to ctest.
 function(vh_test name)
@@ -80,6 +104,7 @@ function(vh_test name)
     if(NOT arg_DEPENDS MATCHES "Qt6::|vh_app|vh_ui")
         target_precompile_headers(${name}_tests REUSE_FROM vh_pch)
     endif()
+    add_dependencies(${name}_tests modules)
     gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
         PROPERTIES TIMEOUT 300 ENVIRONMENT "${arg_ENVIRONMENT}")
 endfunction()

@@ -34,21 +34,26 @@ struct MailMessage {
 /// Sends mail by SMTP with the person's settings. Any thread.
 class MailSender {
 public:
-    MailSender(UserDefaults& defaults, SecretStore& secrets, RunLog& log, std::function<Texts()> texts)
-        : defaults_(defaults), secrets_(secrets), log_(log), texts_(std::move(texts)) {}
+    MailSender(UserDefaults& defaults, SecretStore& secrets, RunLog& log, std::function<Texts()> texts,
+               std::chrono::seconds silence = std::chrono::minutes(1))
+        : defaults_(defaults), secrets_(secrets), log_(log), texts_(std::move(texts)), silence_(silence) {}
 
     bool isReady() const;
     /// Blocks until the server took the message or did not. Leaves a run record of the tool "send-email", which it
     /// gives: its summary says to whom, or what went wrong and that nothing was sent. A server that says nothing for a
-    /// minute has failed.
+    /// minute has failed. A server whose certificate the system does not know needs the setting "mail.ca-file".
     RunRecord send(const MailMessage& message, Trigger trigger, const CancelToken& cancel = {},
                    const RunDetails& details = {}) const;
 
 private:
+    void deliver(const MailMessage& message, const MailSettings& settings, const Texts& texts,
+                 const CancelToken& cancel) const;
+
     UserDefaults& defaults_;
     SecretStore& secrets_;
     RunLog& log_;
     std::function<Texts()> texts_;
+    std::chrono::seconds silence_;
 };
 
 } // namespace vh::mail

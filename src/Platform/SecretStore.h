@@ -7,7 +7,7 @@
 namespace vh {
 
 /// Passwords and keys, by a dotted name such as "mail.password". Any thread; calls may wait for the person to unlock
-/// the store. All throw std::runtime_error that says why the store refused.
+/// the store, for a minute at most. All throw std::runtime_error that says why the store refused.
 class SecretStore {
 public:
     virtual ~SecretStore() = default;
@@ -17,7 +17,8 @@ public:
     virtual void remove(const std::string& name) = 0;
 };
 
-/// The system's store; where none answers, the file `fallback` of mode 0600.
-std::unique_ptr<SecretStore> openSecretStore(const std::string& fallback);
+/// The system's store; nothing where none answers, or where it is locked and no desktop is there to unlock it.
+/// Core/Secrets.h has the one that always works.
+std::unique_ptr<SecretStore> openSystemSecrets();
 
 } // namespace vh

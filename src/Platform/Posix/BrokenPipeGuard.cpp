@@ -1,4 +1,4 @@
-#include "Platform/Posix/BrokenPipeGuard.h"
+#include "Platform/BrokenPipeGuard.h"
 
 #include <cerrno>
 #include <pthread.h>

@@ -1,6 +1,6 @@
 #include "Platform/Process.h"
 
-#include "Platform/Posix/BrokenPipeGuard.h"
+#include "Platform/BrokenPipeGuard.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/Spawn.h"
