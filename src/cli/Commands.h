@@ -10,8 +10,10 @@ namespace vh::cli {
 class CommandLine;
 
 void describeJunk(CLI::App& noun, CommandLine& line);
+void describeOpen(CLI::App& noun, CommandLine& line);
 void describeOverview(CLI::App& noun, CommandLine& line);
 void describeRuns(CLI::App& noun, CommandLine& line);
+void describeServe(CLI::App& noun, CommandLine& line);
 void describeTools(CLI::App& noun, CommandLine& line);
 
 } // namespace vh::cli

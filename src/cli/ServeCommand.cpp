@@ -1,0 +1,186 @@
+#include "Automation/Automation.h"
+#include "Automation/FlowTriggers.h"
+#include "Automation/NodesRunner.h"
+#include "Automation/Scheduler.h"
+#include "Automation/Worker.h"
+#include "Core/Csv.h"
+#include "Core/DatabaseKeep.h"
+#include "Core/Printable.h"
+#include "Core/ScheduleStore.h"
+#include "Core/ToolTexts.h"
+#include "Platform/PollLoop.h"
+#include "app/Session.h"
+#include "app/SessionAutomation.h"
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/Reply.h"
+
+#include <fmt/format.h>
+#include <set>
+
+namespace vh {
+
+namespace cli {
+
+/// One line of what the server does.
+struct ServerLine {
+    Date date;
+    std::string text;
+};
+
+} // namespace cli
+
+template <>
+inline constexpr auto describe<cli::ServerLine> = record(field("date", &cli::ServerLine::date),
+                                                         field("text", &cli::ServerLine::text));
+
+} // namespace vh
+
+namespace vh::cli {
+
+namespace {
+
+constexpr std::chrono::hours betweenTidying{6};
+constexpr std::chrono::seconds longestEnding{10};
+
+/// Automation without a window, which says what it does.
+class Server {
+public:
+    explicit Server(Context& context)
+        : context_(context), automation_(app::automationWorld(context.session, loop_)), worker_(loop_) {}
+
+    void run();
+
+private:
+    void begin();
+    void beginToLead();
+    void say(std::string_view key, const std::vector<TextArgument>& arguments = {}) const;
+    void sayTroubles();
+    void flowChanged(const automation::NodesRunner::Activity& activity);
+    void taskChanged();
+    void ended(const RunRecord& record) const;
+    void end();
+    bool isIdle() const { return flows_.empty() && !task_; }
+    void tidy();
+
+    Context& context_;
+    PollLoop loop_;
+    std::set<std::string> flows_;    ///< that run, by the key of their activity
+    std::optional<Uuid> task_;       ///< that runs
+    std::set<std::string> troubles_; ///< that were said
+    automation::Automation automation_;
+    std::shared_ptr<void> observing_;
+    MainLoop::Token tidying_;
+    automation::Worker worker_;
+};
+
+void Server::run() {
+    begin();
+    loop_.run(context_.cancel);
+    end();
+}
+
+void Server::begin() {
+    automation_.attach();
+    automation_.setOnRecord([this](const RunRecord& record) { ended(record); });
+    automation_.setOnLeading([this] { beginToLead(); });
+    automation_.runner().setOnActivity([this](const auto& activity) { flowChanged(activity); });
+    observing_ = automation_.scheduler().observe([this] { taskChanged(); });
+    automation_.lead();
+    if (!automation_.isLeading())
+        say("cli.serve.waiting");
+    sayTroubles();
+}
+
+void Server::beginToLead() {
+    say("cli.serve.leading");
+    automation_.triggers().setOnTroubles([this] { sayTroubles(); });
+    sayTroubles();
+    tidy();
+    tidying_ = loop_.every(betweenTidying, [this] { tidy(); });
+}
+
+void Server::say(std::string_view key, const std::vector<TextArgument>& arguments) const {
+    const ServerLine line{systemNow(), context_.session.texts().text(key, arguments)};
+    if (context_.format == Format::json)
+        print(encodeJson(line) + "\n");
+    else
+        print(fmt::format("{}  {}\n", timestamp(line.date, LocalCalendar()), printable(line.text)));
+    flush();
+}
+
+void Server::sayTroubles() {
+    std::set<std::string> troubles;
+    if (!automation_.trouble().empty())
+        troubles.insert(automation_.trouble());
+    if (automation_.isLeading())
+        for (const std::string& each : automation_.triggers().troubles())
+            troubles.insert(each);
+    for (const std::string& each : troubles)
+        if (!troubles_.contains(each))
+            say("cli.serve.trouble", {{"text", each}});
+    troubles_ = std::move(troubles);
+}
+
+void Server::flowChanged(const automation::NodesRunner::Activity& activity) {
+    if (!activity.active)
+        flows_.erase(activity.key);
+    else if (flows_.insert(activity.key).second)
+        say("cli.serve.flow", {{"title", activity.title}});
+}
+
+void Server::taskChanged() {
+    const auto task = automation_.scheduler().runningTaskID();
+    if (std::exchange(task_, task) == task || !task)
+        return;
+    if (const auto known = automation_.schedules().task(*task))
+        say("cli.serve.task", {{"title", known->title}});
+}
+
+void Server::ended(const RunRecord& record) const {
+    const Texts& texts = context_.session.texts();
+    say("cli.serve.ended", {{"tool", toolName(texts, record.toolID)},
+                            {"outcome", texts.text(fmt::format("outcome.{}", rawValue(record.outcome)))},
+                            {"summary", record.summary}});
+}
+
+/// Lets what runs come to its end, so that all of it is on record.
+void Server::end() {
+    say("cli.serve.ending");
+    automation_.scheduler().stopRunning();
+    automation_.runner().stopAll();
+    const auto look = loop_.every(std::chrono::milliseconds(20), [this] {
+        if (isIdle())
+            loop_.post([this] { loop_.stop(); });
+    });
+    const auto limit = loop_.after(longestEnding, [this] { loop_.stop(); });
+    if (!isIdle())
+        loop_.run();
+}
+
+void Server::tidy() {
+    const UserDefaults& defaults = context_.session.defaults();
+    const Date now = systemNow();
+    worker_.run(
+        [&log = context_.session.runLog(),
+         runs = cutoff(defaults.get<Keep>(keepRunsKey).value_or(Keep::always), now),
+         files = cutoff(defaults.get<Keep>(keepFilesKey).value_or(Keep::year), now)] {
+            try {
+                log.prune(runs, files);
+            } catch (const std::exception&) {
+                // A log that cannot be tidied now is tidied next time.
+            }
+        },
+        [] {});
+}
+
+} // namespace
+
+void describeServe(CLI::App& noun, CommandLine& line) {
+    line.onChange(&noun, [](Context& context) {
+        Server(context).run();
+        return Exit::done;
+    });
+}
+
+} // namespace vh::cli
