@@ -12,13 +12,13 @@
 #include "Core/Codec.h"
 #include "Core/RunLog.h"
 #include "Core/ScheduleStore.h"
+#include "Core/Secrets.h"
 #include "Flows/NodesStore.h"
 #include "Mail/MailSender.h"
 #include "Platform/Desktop.h"
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"
 #include "Platform/InstanceDoor.h"
-#include "Platform/SecretStore.h"
 #include "Platform/SystemError.h"
 
 #include <chrono>
