@@ -33,6 +33,10 @@ public:
     void setEnabled(const Uuid& id, bool value);
     /// `byPerson`: the person did it, not the program.
     void remove(const Uuid& id, bool byPerson);
+    /// Told, before it goes, of a task that a person removes although an administrator set it.
+    void setOnRemovedByPerson(std::function<void(const ScheduledTask&)> f) {
+        onRemovedByPerson_ = std::move(f);
+    }
 
     const std::vector<ScheduledTask>& tasks() const { return tasks_; }
     /// The task that this process runs.
@@ -53,6 +57,7 @@ private:
     std::optional<Uuid> runningTaskID_;
     std::string lastMessage_;
     std::string progressText_;
+    std::function<void(const ScheduledTask&)> onRemovedByPerson_;
     std::unique_ptr<State> state_;
 };
 
