@@ -16,8 +16,8 @@ public:
     /// Called at each change, on the thread of run.
     using Update = std::function<void(const Uuid& node, const FlowNodeState& state)>;
 
-    /// Blocks until every node has a result. Nodes with a result in `kept` are not run again. `flow` is what the
-    /// caller checked: one start, no cycle.
+    /// Blocks until every node has a result. Nodes with a result in `kept` are not run again, and no update tells of
+    /// them. `flow` is what the caller checked: one start, no cycle.
     static FlowResults run(const Flow& flow, FlowExecutor& executor, const Update& update,
                            const CancelToken& cancel = {}, const FlowResults& kept = {});
 };

@@ -8,14 +8,15 @@
 #include <chrono>
 #include <functional>
 #include <map>
-#include <set>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace vh::flows {
 
-/// Watches one folder for files that arrive and lie still. What lies there at the start never counts. At rest it costs
-/// nothing; while something is pending it looks at those files alone. Main thread.
+/// Watches one folder for files that arrive and lie still. What lies there at the start never counts, nor do folders,
+/// links, hidden files and names of downloads and copies under way; a name that went away may arrive again. At rest it
+/// costs nothing; while something is pending it looks at those files alone. Main thread.
 class FolderArrivals {
 public:
     /// Gets the full paths; true when it took them.
@@ -33,11 +34,13 @@ public:
 private:
     struct Pending {
         int64_t byteSize = 0;
+        int64_t modifiedSeconds = 0; ///< moves also where the space was set aside before the bytes came
         Date since;
     };
+    void watch();
     void take();
-    void lookAgain();
-    void look(const std::vector<std::string>& names);
+    void lookAtAll();
+    void look(const std::string& name);
     void settle();
     void keepTime();
 
@@ -46,11 +49,12 @@ private:
     const OnReady onReady_;
     const Clock clock_;
     FolderWatcher watcher_;
-    std::set<std::string> known_; ///< names
+    std::unordered_set<std::string> known_; ///< names of files that are there and do not count any more
     std::map<std::string, Pending> pending_;
     bool isGone_ = false;
-    MainLoop::Token watching_;
+    MainLoop::Token watching_; ///< or the pause before watching goes on
     MainLoop::Token timer_;
+    bool wasRefused_ = false;
 };
 
 } // namespace vh::flows
