@@ -1,5 +1,7 @@
 #include "Platform/Linux/VolumeChoice.h"
 
+#include "Platform/Posix/PathParts.h"
+
 #include <algorithm>
 #include <charconv>
 #include <map>
@@ -43,6 +45,45 @@ std::vector<MountEntry> entriesForPeople(const std::vector<MountEntry>& table) {
                 chosen.push_back(*entry);
     std::ranges::sort(chosen, {}, &MountEntry::path);
     return chosen;
+}
+
+std::vector<MountEntry> entriesWithRoot(const std::vector<MountEntry>& table) {
+    auto entries = entriesForPeople(table);
+    if (entries.empty() || entries.front().path != "/")
+        entries.insert(entries.begin(), MountEntry{.path = "/"});
+    return entries;
+}
+
+bool isOnNetwork(const MountEntry& entry) {
+    static const std::set<std::string_view> network{"9p",
+                                                    "afs",
+                                                    "ceph",
+                                                    "cifs",
+                                                    "coda",
+                                                    "davfs",
+                                                    "fuse.ceph",
+                                                    "fuse.curlftpfs",
+                                                    "fuse.davfs2",
+                                                    "fuse.glusterfs",
+                                                    "fuse.rclone",
+                                                    "fuse.s3fs",
+                                                    "fuse.smbnetfs",
+                                                    "fuse.sshfs",
+                                                    "glusterfs",
+                                                    "lustre",
+                                                    "ncpfs",
+                                                    "nfs",
+                                                    "nfs4",
+                                                    "orangefs",
+                                                    "smb3",
+                                                    "smbfs"};
+    // Some drivers say only "fuse" and name a URL as the source.
+    return network.contains(entry.fileSystem) ||
+           (entry.fileSystem.starts_with("fuse") && entry.source.find("://") != std::string::npos);
+}
+
+std::string volumeName(const MountEntry& entry, const std::optional<std::string>& label) {
+    return entry.path == "/" ? "System" : label.value_or(splitPath(entry.path).name);
 }
 
 std::string labelOfLinkName(std::string_view name) {

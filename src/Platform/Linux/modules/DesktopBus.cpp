@@ -8,6 +8,7 @@
 #include <ctime>
 #include <set>
 #include <stdexcept>
+#include <utility>
 
 namespace vh {
 
