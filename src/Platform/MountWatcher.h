@@ -39,6 +39,7 @@ public:
     MountWatcher();
     /// Exceptional (MainLoop::Readiness) when the table changed since the last acknowledge.
     int descriptor() const { return table_.get(); }
+    /// Before the new table is read, so that a change meanwhile is told too.
     void acknowledge();
 
 private:
