@@ -37,7 +37,7 @@ public:
     /// Throws SystemError.
     void setWishes(const std::string& toolID, const FollowUpWishes& wishes);
     std::vector<std::string> knownAddresses() const;
-    /// Counts changes of wishes and reports made.
+    /// Counts changes of wishes and runs that were followed up.
     int revision() const;
     /// "<data>/Varnholt/Reports".
     std::string reportsFolder() const;

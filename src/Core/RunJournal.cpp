@@ -23,6 +23,10 @@ FileLock lockFolder(const std::string& folder) {
     return FileLock(folder + ".lock");
 }
 
+std::string trackIn(const std::string& folder, const Uuid& run) {
+    return fmt::format("{}/{}{}", folder, run.text(), ending);
+}
+
 std::vector<std::string> tracksIn(const std::string& folder) {
     std::vector<std::string> tracks;
     if (statusOf(folder))
@@ -50,7 +54,7 @@ RunJournal::~RunJournal() = default;
 void RunJournal::open(const std::string& folder, const std::string& title) {
     try {
         const FileLock guard = lockFolder(folder);
-        path_ = folder + "/" + run_->id().text() + std::string(ending);
+        path_ = trackIn(folder, run_->id());
         lock_ = std::make_unique<FileLock>(path_);
         write(JournalHeader{run_->id(), run_->toolID(), run_->trigger(), run_->startedAt(), title,
                             rawDetails(run_->details())});
@@ -115,6 +119,10 @@ std::unique_ptr<RunJournal> RunJournals::open(std::shared_ptr<RunHandle> run, co
     std::unique_ptr<RunJournal> journal(new RunJournal(log_, files_, std::move(run)));
     journal->open(folder_, title);
     return journal;
+}
+
+bool RunJournals::isOpen(const Uuid& run) const {
+    return statusOf(trackIn(folder_, run)).has_value();
 }
 
 std::vector<RunRecord> RunJournals::recoverInterrupted(const SummaryOfInterrupted& summary) {

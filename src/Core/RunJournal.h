@@ -63,6 +63,9 @@ public:
     /// Never fails: a run whose track cannot be opened runs untracked (RunJournal::failure).
     std::unique_ptr<RunJournal> open(std::shared_ptr<RunHandle> run, const std::string& title);
 
+    /// Whether the run's list is still to be saved.
+    bool isOpen(const Uuid& run) const;
+
     /// Gives every run that was killed its record (failed, unless it had already finished) and its file list. Returns
     /// the records written by this call; what cannot be stored is left for the next.
     std::vector<RunRecord> recoverInterrupted(const SummaryOfInterrupted& summary);

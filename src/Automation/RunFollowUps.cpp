@@ -1,0 +1,231 @@
+#include "Automation/RunFollowUps.h"
+
+#include "Core/ActivityExport.h"
+#include "Core/Codec.h"
+#include "Core/Csv.h"
+#include "Core/RunJournal.h"
+#include "Core/RunReportDocument.h"
+#include "Core/ToolTexts.h"
+#include "Core/UserDefaults.h"
+#include "Mail/MailSender.h"
+#include "Platform/Files.h"
+#include "Reports/ReportPdf.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <fmt/format.h>
+#include <mutex>
+#include <thread>
+
+namespace vh::automation {
+
+namespace {
+
+using namespace std::chrono_literals;
+using Format = FollowUpWishes::Format;
+
+constexpr std::string_view addressesKey = "follow-ups.addresses";
+constexpr std::string_view mailTool = "send-email";
+
+std::string keyOf(std::string_view toolID) {
+    return fmt::format("follow-ups.{}", toolID);
+}
+
+/// The table of what the run touched, or else its line in the activity.
+std::string csvOf(const RunReportDocument& report, const RunRecord& record, const ActivityExport& activity) {
+    if (report.lines.empty())
+        return activity.csv({record});
+    std::vector<std::vector<std::string>> rows;
+    for (const auto& line : report.lines)
+        rows.push_back(line.cells);
+    return csv(report.columns, rows, csvSeparator(activity.locale));
+}
+
+/// "system-junk 2026-11-22 20.18.55 1B2C3D4E.pdf"
+std::string fileName(const RunRecord& record, Format format, const LocalCalendar& calendar) {
+    std::string time = timestamp(record.startedAt, calendar);
+    std::ranges::replace(time, ':', '.');
+    return fmt::format("{} {} {}.{}", record.toolID, time, record.id.text().substr(0, 8), rawValue(format));
+}
+
+} // namespace
+
+struct RunFollowUps::State : std::enable_shared_from_this<RunFollowUps::State> {
+    State(const AutomationWorld& w, const mail::MailSender& m) : world(w), mail(m) {}
+
+    FollowUpWishes wishes(const std::string& toolID) const {
+        return world.defaults.get<FollowUpWishes>(keyOf(toolID)).value_or(FollowUpWishes());
+    }
+    void work();
+    void follow(const RunRecord& record);
+    mail::MailAttachment report(const RunRecord& record, Format format) const;
+    void waitForFileList(const Uuid& run) const;
+    std::string folder() const { return world.folders.data + "/Varnholt/Reports"; }
+
+    const AutomationWorld& world;
+    const mail::MailSender& mail;
+    CancelToken cancel;
+
+    // Main thread.
+    int revision = 0;
+    std::vector<std::weak_ptr<std::function<void()>>> observers;
+    void changed();
+
+    std::mutex mutex;
+    std::condition_variable news;
+    std::deque<RunRecord> queue;
+    bool isBusy = false;
+    std::thread thread;
+};
+
+void RunFollowUps::State::changed() {
+    ++revision;
+    for (const auto& observer : std::vector(observers))
+        if (const auto alive = observer.lock())
+            (*alive)();
+}
+
+/// The thread's life.
+void RunFollowUps::State::work() {
+    std::unique_lock guard(mutex);
+    while (true) {
+        news.wait(guard, [this] { return !queue.empty() || cancel.isCancelled(); });
+        if (cancel.isCancelled())
+            return;
+        const RunRecord record = std::move(queue.front());
+        queue.pop_front();
+        isBusy = true;
+        guard.unlock();
+        follow(record);
+        world.loop.post([weak = weak_from_this()] {
+            if (const auto alive = weak.lock())
+                alive->changed();
+        });
+        guard.lock();
+        isBusy = false;
+        news.notify_all();
+    }
+}
+
+void RunFollowUps::State::follow(const RunRecord& record) {
+    const FollowUpWishes wanted = wishes(record.toolID);
+    const Texts texts = world.texts();
+    mail::MailMessage message{
+        .recipients = wanted.recipients,
+        .subject = texts.text("follow-ups.subject",
+                              {{"tool", toolName(texts, record.toolID)},
+                               {"outcome", texts.text(fmt::format("outcome.{}", rawValue(record.outcome)))}}),
+        .body = texts.text("follow-ups.body", {{"summary", record.summary},
+                                               {"computer", record.computer.value_or("")},
+                                               {"date", timestamp(record.startedAt, world.calendar)}}),
+        .attachments = {}};
+    try {
+        if (wanted.report)
+            message.attachments.push_back(report(record, *wanted.report));
+    } catch (const std::exception& error) {
+        message.body += "\n\n" + texts.text("follow-ups.no-report", {{"reason", error.what()}});
+    }
+    // What goes wrong with the mail stands in its own record.
+    if (!message.recipients.empty())
+        mail.send(message, record.trigger, cancel);
+}
+
+/// Makes the report, keeps it and gives it.
+mail::MailAttachment RunFollowUps::State::report(const RunRecord& record, Format format) const {
+    waitForFileList(record.id);
+    const Texts texts = world.texts();
+    const std::string locale(code(texts.language()));
+    const auto document =
+        RunReportDocument::of(record, world.runs.files.rows(record.id), texts, world.calendar);
+    mail::MailAttachment report{fileName(record, format, world.calendar), "application/pdf", {}};
+    if (format == Format::pdf) {
+        report.bytes = reports::pdfOf(document, texts, locale);
+    } else {
+        report.type = "text/csv";
+        report.bytes = csvOf(document, record, {texts, locale, world.calendar});
+    }
+    makeFolders(folder());
+    writeFileAtomically(folder() + "/" + report.name, report.bytes);
+    return report;
+}
+
+/// The list is saved after the record, which is what brought us here.
+void RunFollowUps::State::waitForFileList(const Uuid& run) const {
+    const auto limit = std::chrono::steady_clock::now() + 5s;
+    while (world.runs.journals.isOpen(run) && std::chrono::steady_clock::now() < limit &&
+           !cancel.isCancelled())
+        std::this_thread::sleep_for(10ms);
+}
+
+RunFollowUps::RunFollowUps(const AutomationWorld& world, const mail::MailSender& mail)
+    : state_(std::make_shared<State>(world, mail)) {}
+
+RunFollowUps::~RunFollowUps() {
+    {
+        const std::lock_guard guard(state_->mutex);
+        state_->cancel.cancel();
+    }
+    state_->news.notify_all();
+    if (state_->thread.joinable())
+        state_->thread.join();
+}
+
+FollowUpWishes RunFollowUps::wishes(const std::string& toolID) const {
+    return state_->wishes(toolID);
+}
+
+void RunFollowUps::setWishes(const std::string& toolID, const FollowUpWishes& wishes) {
+    UserDefaults& defaults = state_->world.defaults;
+    if (wishes.isEmpty())
+        defaults.remove(keyOf(toolID));
+    else
+        defaults.set(keyOf(toolID), wishes);
+    std::vector<std::string> known = knownAddresses();
+    const size_t before = known.size();
+    for (const std::string& address : wishes.recipients)
+        if (std::ranges::find(known, address) == known.end())
+            known.push_back(address);
+    if (known.size() > before)
+        defaults.set(addressesKey, known);
+    state_->changed();
+}
+
+std::vector<std::string> RunFollowUps::knownAddresses() const {
+    return state_->world.defaults.get<std::vector<std::string>>(addressesKey)
+        .value_or(std::vector<std::string>());
+}
+
+int RunFollowUps::revision() const {
+    return state_->revision;
+}
+
+std::string RunFollowUps::reportsFolder() const {
+    return state_->folder();
+}
+
+void RunFollowUps::take(const RunRecord& record) {
+    // A mail about a mail would never end.
+    if (record.toolID == mailTool || state_->wishes(record.toolID).isEmpty())
+        return;
+    const std::lock_guard guard(state_->mutex);
+    if (state_->cancel.isCancelled())
+        return;
+    state_->queue.push_back(record);
+    if (!state_->thread.joinable())
+        state_->thread = std::thread([state = state_.get()] { state->work(); });
+    state_->news.notify_all();
+}
+
+void RunFollowUps::finish() {
+    std::unique_lock guard(state_->mutex);
+    state_->news.wait(guard, [this] { return state_->queue.empty() && !state_->isBusy; });
+}
+
+std::shared_ptr<void> RunFollowUps::observe(std::function<void()> observer) {
+    auto token = std::make_shared<std::function<void()>>(std::move(observer));
+    state_->observers.push_back(token);
+    return token;
+}
+
+} // namespace vh::automation
