@@ -13,7 +13,7 @@ namespace vh {
 /// only this user reaches. A request and its answer are one text each, of at most 64 KiB.
 class InstanceDoor {
 public:
-    /// Gives a request its answer. Loop's thread; must not throw.
+    /// Gives a request its answer; one that is too long is not sent. Loop's thread; must not throw, may close the door.
     using Answer = std::function<std::string(const std::string& request)>;
 
     /// Nothing when another process has opened the door of this name. Throws SystemError. Closes when it goes.
@@ -22,11 +22,12 @@ public:
 
 private:
     struct State;
-    explicit InstanceDoor(std::unique_ptr<State> state);
-    std::unique_ptr<State> state_;
+    explicit InstanceDoor(std::shared_ptr<State> state);
+    std::shared_ptr<State> state_;
 };
 
 /// The answer of the process behind the door; nothing when nobody is there or it does not answer within ten seconds.
+/// Blocks. Throws SystemError for a request that is too long.
 std::optional<std::string> askInstance(const std::string& name, const std::string& request);
 
 } // namespace vh
