@@ -10,14 +10,14 @@ namespace vh::reports {
 
 namespace {
 
-constexpr double pointsPerMillimetre = 72 / 25.4;
-
+/// Letter is the only other size that a locale asks for; in points it is whole where millimetres are not.
 void setPaper(ReportSheet& sheet, std::string_view locale) {
-    int32_t height = 297, width = 210;
+    int32_t height = 0, width = 0;
     UErrorCode status = U_ZERO_ERROR;
     ulocdata_getPaperSize(std::string(locale).c_str(), &height, &width, &status);
-    sheet.width = width * pointsPerMillimetre;
-    sheet.height = height * pointsPerMillimetre;
+    const bool isLetter = U_SUCCESS(status) && width > 210;
+    sheet.width = isLetter ? 612 : 595.276;
+    sheet.height = isLetter ? 792 : 841.89;
 }
 
 void makePrintable(std::string& text) {

@@ -60,6 +60,8 @@ Canvas::Canvas(double width, double height, const std::string& title)
       cairo_(cairo_create(surface_)), layout_(pango_cairo_create_layout(cairo_)) {
     cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_TITLE, title.c_str());
     cairo_pdf_surface_set_metadata(surface_, CAIRO_PDF_METADATA_CREATOR, "Varnholt");
+    // Paper has finer dots than any screen.
+    pango_context_set_round_glyph_positions(pango_layout_get_context(layout_), FALSE);
     // Figures of one width, so that columns of numbers line up.
     PangoAttrList* const attributes = pango_attr_list_new();
     pango_attr_list_insert(attributes, pango_attr_font_features_new("tnum=1"));
