@@ -14,6 +14,8 @@ namespace vh::automation {
 class FolderNews {
 public:
     FolderNews(MainLoop& loop, std::string folder, std::function<void()> changed);
+    FolderNews(const FolderNews&) = delete;
+    FolderNews& operator=(const FolderNews&) = delete;
 
 private:
     void watch();

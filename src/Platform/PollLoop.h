@@ -14,9 +14,10 @@ public:
     PollLoop();
     ~PollLoop() override;
 
-    /// Works until stop was called or `cancel` is set, which it notices at once when a signal set it and within 100 ms
-    /// otherwise.
-    void run(const CancelToken& cancel = {});
+    /// Works until stop was called. At rest it sleeps.
+    void run();
+    /// Works until `cancel` is set too, which it notices at once when a signal set it and within 100 ms otherwise.
+    void run(const CancelToken& cancel);
     /// Makes run return. Any thread.
     void stop();
 

@@ -9,6 +9,7 @@
 #include "Core/ScheduleStore.h"
 #include "Core/ToolTexts.h"
 #include "Platform/PollLoop.h"
+#include "Platform/Terminal.h"
 #include "app/Session.h"
 #include "app/SessionAutomation.h"
 #include "cli/CommandLine.h"
@@ -76,7 +77,11 @@ private:
 
 void Server::run() {
     begin();
-    loop_.run(context_.cancel);
+    {
+        const auto ending =
+            loop_.watch(interruptDescriptor(), MainLoop::Readiness::readable, [this] { loop_.stop(); });
+        loop_.run();
+    }
     end();
 }
 

@@ -9,6 +9,10 @@ namespace vh {
 
 namespace {
 
+constexpr std::chrono::milliseconds forEver{-1};
+/// Whether another thread has cancelled is looked at so often.
+constexpr std::chrono::milliseconds betweenLooks{100};
+
 LoopWork::Time now() {
     return std::chrono::steady_clock::now().time_since_epoch();
 }
@@ -19,26 +23,30 @@ struct PollLoop::State {
     LoopWork work;
     std::atomic<bool> isStopped = false;
 
-    /// Until the next timer, but never past the moment at which to look whether another thread has cancelled.
-    std::chrono::milliseconds longestWait() {
-        constexpr std::chrono::milliseconds betweenLooks{100};
-        const std::optional<LoopWork::Time> due = work.nextDue();
-        if (!due)
-            return betweenLooks;
-        return std::clamp(std::chrono::ceil<std::chrono::milliseconds>(*due - now()),
-                          std::chrono::milliseconds(0), betweenLooks);
+    /// Until the next timer, but never longer than `longest`.
+    void turn(std::optional<std::chrono::milliseconds> longest) {
+        std::optional<std::chrono::milliseconds> wait = longest;
+        if (const std::optional<LoopWork::Time> due = work.nextDue()) {
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(*due - now());
+            wait = std::max(std::chrono::milliseconds(0), std::min(left, wait.value_or(left)));
+        }
+        work.runReady(wait.value_or(forEver));
+        work.runDue(now());
+        work.runPosted();
     }
 };
 
 PollLoop::PollLoop() : state_(std::make_shared<State>()) {}
 PollLoop::~PollLoop() = default;
 
+void PollLoop::run() {
+    while (!state_->isStopped.exchange(false))
+        state_->turn(std::nullopt);
+}
+
 void PollLoop::run(const CancelToken& cancel) {
-    while (!state_->isStopped.exchange(false) && !cancel.isCancelled()) {
-        state_->work.runReady(state_->longestWait());
-        state_->work.runDue(now());
-        state_->work.runPosted();
-    }
+    while (!state_->isStopped.exchange(false) && !cancel.isCancelled())
+        state_->turn(betweenLooks);
 }
 
 void PollLoop::stop() {
