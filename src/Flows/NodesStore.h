@@ -27,6 +27,7 @@ struct CompanyFlow {
 class NodesStore {
 public:
     static constexpr size_t keptRuns = 20;
+    static constexpr int64_t largestFile = 16 << 20; ///< bytes; a larger one counts as damaged
 
     NodesStore(std::string folder, ScheduleStore& schedules, Clock clock = systemNow,
                LocalCalendar calendar = {});
@@ -60,7 +61,8 @@ public:
 
     /// Held while the flow runs, by one process; false when another one has it. Gone with the process.
     FileLock lockForRun(const Uuid& id) const;
-    /// What is written down of a run while it goes on, so that a kill leaves what was done.
+    /// What is written down of a run while it goes on, so that a kill leaves what was done. For whoever holds its
+    /// lock; throw SystemError, which is no reason to stop the run.
     void noteStarted(const FlowRun& run) const;
     void noteResult(const FlowRun& run, const Uuid& node, const FlowNodeResult& result) const;
     /// Runs that were killed, each given once: recorded with what they had done, their other nodes without result.
