@@ -196,6 +196,7 @@ RunRecord Scheduler::State::execute(const ScheduledTask& task, bool advance, con
 void Scheduler::State::finished(const std::string& title, const RunRecord& record) {
     owner.runningTaskID_.reset();
     owner.progressText_.clear();
+    owner.lastRecord_ = record;
     owner.lastMessage_ = title + ": " + record.summary;
     publish();
     runQueue();

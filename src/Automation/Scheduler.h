@@ -41,6 +41,8 @@ public:
     const std::vector<ScheduledTask>& tasks() const { return tasks_; }
     /// The task that this process runs.
     const std::optional<Uuid>& runningTaskID() const { return runningTaskID_; }
+    /// Of the last task that this process ran.
+    const std::optional<RunRecord>& lastRecord() const { return lastRecord_; }
     const std::string& lastMessage() const { return lastMessage_; }
     /// What the task that runs is doing.
     const std::string& progressText() const { return progressText_; }
@@ -55,6 +57,7 @@ private:
     const ScheduledActions& actions_;
     std::vector<ScheduledTask> tasks_;
     std::optional<Uuid> runningTaskID_;
+    std::optional<RunRecord> lastRecord_;
     std::string lastMessage_;
     std::string progressText_;
     std::function<void(const ScheduledTask&)> onRemovedByPerson_;

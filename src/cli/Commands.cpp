@@ -7,9 +7,11 @@ namespace vh::cli {
 std::span<const Command> commands() {
     static constexpr Command table[] = {
         {"junk", "cli.junk", describeJunk},
+        {"mail", "cli.mail", describeMail},
         {"open", "cli.open", describeOpen},
         {"overview", "cli.overview", describeOverview},
         {"runs", "cli.runs", describeRuns},
+        {"schedule", "cli.schedule", describeSchedule},
         {"serve", "cli.serve", describeServe},
         {"tools", "cli.tools", describeTools},
     };

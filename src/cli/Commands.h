@@ -10,9 +10,11 @@ namespace vh::cli {
 class CommandLine;
 
 void describeJunk(CLI::App& noun, CommandLine& line);
+void describeMail(CLI::App& noun, CommandLine& line);
 void describeOpen(CLI::App& noun, CommandLine& line);
 void describeOverview(CLI::App& noun, CommandLine& line);
 void describeRuns(CLI::App& noun, CommandLine& line);
+void describeSchedule(CLI::App& noun, CommandLine& line);
 void describeServe(CLI::App& noun, CommandLine& line);
 void describeTools(CLI::App& noun, CommandLine& line);
 
