@@ -15,25 +15,6 @@ namespace {
 
 using Kind = FlowProblem::Kind;
 
-std::set<FlowVariable> variablesOf(const FlowTrigger& trigger) {
-    std::set<FlowVariable> known{FlowVariable::date, FlowVariable::time};
-    switch (kindOf(trigger)) {
-    case FlowTriggerKind::diskMounted:
-    case FlowTriggerKind::shareMounted:
-        known.insert({FlowVariable::disk, FlowVariable::diskName});
-        break;
-    case FlowTriggerKind::diskUnmounted:
-        known.insert(FlowVariable::diskName);
-        break;
-    case FlowTriggerKind::newFiles:
-        known.insert({FlowVariable::files, FlowVariable::folder});
-        break;
-    default:
-        break;
-    }
-    return known;
-}
-
 bool usesOnly(const FlowNodeKind& kind, const std::set<FlowVariable>& known) {
     return std::ranges::all_of(textsOf(kind), [&](const std::string& text) {
         return std::ranges::includes(known, variablesIn(text));
@@ -167,6 +148,25 @@ private:
 };
 
 } // namespace
+
+std::set<FlowVariable> variablesOf(const FlowTrigger& trigger) {
+    std::set<FlowVariable> known{FlowVariable::date, FlowVariable::time};
+    switch (kindOf(trigger)) {
+    case FlowTriggerKind::diskMounted:
+    case FlowTriggerKind::shareMounted:
+        known.insert({FlowVariable::disk, FlowVariable::diskName});
+        break;
+    case FlowTriggerKind::diskUnmounted:
+        known.insert(FlowVariable::diskName);
+        break;
+    case FlowTriggerKind::newFiles:
+        known.insert({FlowVariable::files, FlowVariable::folder});
+        break;
+    default:
+        break;
+    }
+    return known;
+}
 
 bool FlowProblem::blocks() const {
     return kind != Kind::noMail && kind != Kind::mailNotAllowed;

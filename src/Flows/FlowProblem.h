@@ -1,8 +1,11 @@
 #pragma once
 
 #include "Core/Uuid.h"
+#include "Flows/FlowTrigger.h"
+#include "Flows/FlowVariable.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +38,9 @@ struct FlowProblem {
     std::string_view key() const;
     bool operator==(const FlowProblem&) const = default;
 };
+
+/// The variables that have a value in a run that the trigger started.
+std::set<FlowVariable> variablesOf(const FlowTrigger& trigger);
 
 /// What is wrong with the flow itself, in the order of its nodes. Quick enough for every keystroke.
 std::vector<FlowProblem> problems(const Flow& flow);

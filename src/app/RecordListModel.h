@@ -2,6 +2,7 @@
 
 #include <QAbstractListModel>
 #include <algorithm>
+#include <concepts>
 #include <span>
 #include <utility>
 #include <vector>
@@ -29,7 +30,8 @@ public:
 
     const std::vector<Row>& rows() const { return rows_; }
 
-    /// Takes the place of all rows. Those at the start and at the end whose keys are as before stay.
+    /// Takes the place of all rows. Those at the start and at the end whose keys are as before stay; where rows can be
+    /// compared, only those that differ are told as changed.
     void setRows(std::vector<Row> rows);
     /// Changes rows in place, keys aside.
     template <class Change>
@@ -42,6 +44,7 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
 private:
+    void replace(size_t first, size_t end, std::vector<Row>& rows);
     void tellChanged(size_t first, size_t end);
 
     std::span<const Role> roles_;
@@ -76,10 +79,23 @@ void RecordListModel<Row>::setRows(std::vector<Row> rows) {
                      std::make_move_iterator(rows.begin() + last(rows)));
         endInsertRows();
     }
-    std::move(rows.begin(), rows.begin() + at, rows_.begin());
-    std::move(rows.begin() + last(rows), rows.end(), rows_.begin() + last(rows_));
-    tellChanged(0, head);
-    tellChanged(rows_.size() - tail, rows_.size());
+    replace(0, head, rows);
+    replace(rows_.size() - tail, rows_.size(), rows);
+}
+
+template <class Row>
+void RecordListModel<Row>::replace(size_t first, size_t end, std::vector<Row>& rows) {
+    size_t told = first;
+    for (size_t i = first; i < end; ++i) {
+        if constexpr (std::equality_comparable<Row>)
+            if (rows_[i] == rows[i]) {
+                tellChanged(told, i);
+                told = i + 1;
+                continue;
+            }
+        rows_[i] = std::move(rows[i]);
+    }
+    tellChanged(told, end);
 }
 
 template <class Row>
