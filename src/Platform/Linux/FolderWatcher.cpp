@@ -25,7 +25,8 @@ constexpr uint32_t endings = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT | IN_IGN
 
 FileDescriptor openWatch(const std::string& folder) {
     FileDescriptor events(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
-    if (!events && errno == EMFILE)
+    if (!events && errno == EMFILE &&
+        openAt(AT_FDCWD, "/", openForLookup)) // else it is this process's own limit
         throwLimit(folder, "open watches", "max_user_instances");
     if (!events)
         throwErrno(folder);
