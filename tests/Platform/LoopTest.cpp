@@ -3,6 +3,7 @@
 #include "support/TurnedLoop.h"
 
 #include <csignal>
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <pthread.h>
 #include <unistd.h>

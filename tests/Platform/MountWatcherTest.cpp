@@ -6,6 +6,7 @@
 #include "support/TurnedLoop.h"
 
 #include <filesystem>
+#include <fmt/format.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
