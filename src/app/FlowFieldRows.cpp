@@ -7,7 +7,6 @@
 #include "app/Options.h"
 
 #include <algorithm>
-#include <fmt/format.h>
 
 namespace vh::app {
 
@@ -77,7 +76,7 @@ private:
         switch (field.kind) {
         case Kind::choice:
             for (const std::string& each : field.choices)
-                options << option(raw(each), choiceTitle(field.key, each));
+                options << option(raw(each), qtText(choiceTitle(field.key, each, words_.texts())));
             break;
         case Kind::script:
             for (const std::string& each : sources_.scripts())
@@ -105,10 +104,6 @@ private:
         return options;
     }
 
-    QString choiceTitle(const std::string& key, const std::string& choice) const {
-        return words_.text(fmt::format("nodes.choice.{}.{}", key, choice));
-    }
-
     const Flow& flow_;
     const FlowWords& words_;
     const FlowFieldSources& sources_;
@@ -124,7 +119,7 @@ std::vector<FlowFieldRow> fieldRows(const FlowNode& node, const Flow& flow, cons
         const QString kind = nameOf(field.kind);
         rows.push_back({.fieldKey = raw(field.key),
                         .kind = kind,
-                        .title = words.text(fmt::format("nodes.field.{}", field.key)),
+                        .title = qtText(fieldTitle(field.key, words.texts())),
                         .value = raw(field.value),
                         .options = kind == QLatin1String("choice") ? options.of(field) : QVariantList(),
                         .takesVariables = field.takesVariables});

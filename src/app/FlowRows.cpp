@@ -144,7 +144,7 @@ std::span<const RecordListModel<FlowRunRow>::Role> FlowRunRow::roles() {
 std::span<const RecordListModel<FlowRow>::Role> FlowRow::roles() {
     using Model = RecordListModel<FlowRow>;
     static constexpr Model::Role table[]{
-        Model::role<&FlowRow::flowId>("flowId"),           Model::role<&FlowRow::name>("name"),
+        Model::role<&FlowRow::flowId>("flowId"),           Model::role<&FlowRow::name>("flowName"),
         Model::role<&FlowRow::startText>("startText"),     Model::role<&FlowRow::lastOutcome>("lastOutcome"),
         Model::role<&FlowRow::lastTitle>("lastTitle"),     Model::role<&FlowRow::lastTime>("lastTime"),
         Model::role<&FlowRow::problemText>("problemText"), Model::role<&FlowRow::from>("from"),

@@ -154,9 +154,11 @@ QString FlowWords::ownTitle(const FlowNode& node) const {
         return text(fmt::format("trigger.{}", triggerRaw(kindOf(start->trigger))));
     if (const auto* tool = std::get_if<ToolNode>(&node.kind))
         return qtText(toolName(texts_, toolID(tool->tool)));
-    if (const auto* computer = std::get_if<ComputerNode>(&node.kind))
-        if (const auto* machine = std::get_if<FlowMachine>(&computer->computer))
-            return qtText(printable(machine->label.empty() ? machine->id : machine->label));
+    if (const auto* computer = std::get_if<ComputerNode>(&node.kind)) {
+        const auto* machine = std::get_if<FlowMachine>(&computer->computer);
+        return machine ? qtText(printable(machine->label.empty() ? machine->id : machine->label))
+                       : text("nodes-page.this-computer");
+    }
     return kindTitle(caseName(node.kind));
 }
 
@@ -188,7 +190,7 @@ QString FlowWords::detail(const FlowNode& node) const {
                        return each.path.empty()
                                   ? QString()
                                   : place(each.path) + QStringLiteral(" → ") +
-                                        text(fmt::format("nodes-page.folder.{}", rawValue(each.folder)));
+                                        text(fmt::format("nodes.choice.folder.{}", rawValue(each.folder)));
                    },
                    [](const AgentNode& each) { return firstLine(each.prompt); },
                    [&](const WaitNode& each) { return duration(static_cast<double>(each.seconds)); },
@@ -261,7 +263,9 @@ QString FlowWords::condition(FlowEdge::Condition condition) const {
 }
 
 QString FlowWords::outcome(FlowNodeOutcome outcome) const {
-    return text(fmt::format("nodes.outcome.{}", rawValue(outcome)));
+    if (outcome == FlowNodeOutcome::skipped)
+        return text("nodes.outcome.skipped");
+    return text(fmt::format("outcome.{}", rawValue(outcome)));
 }
 
 QString FlowWords::trigger(FlowRunTrigger trigger) const {

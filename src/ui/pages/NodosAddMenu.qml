@@ -1,0 +1,91 @@
+import QtQuick
+import QtQuick.Templates as T
+import Varnholt
+
+// The kinds of nodes, one to choose.
+T.Popup {
+    id: menu
+
+    required property var editor
+    property var at: null
+
+    signal picked(string kind, var at)
+
+    function openAt(place: point, x: real, y: real) {
+        at = place;
+        menu.x = Math.max(Theme.space8, Math.min(x, parent.width - width - Theme.space8));
+        menu.y = Math.max(Theme.space8, Math.min(y, parent.height - height - Theme.space8));
+        open();
+    }
+
+    function pick(kind: string) {
+        const place = at;
+        close();
+        picked(kind, place);
+    }
+
+    x: Theme.space12
+    y: Math.max(Theme.space8, parent.height - height - Theme.space12 - Theme.rowHeight - Theme.space8)
+    width: Theme.fieldWidthMiddle + Theme.space24
+    height: Math.min(list.contentHeight + 2 * padding, parent.height - 2 * Theme.space16)
+    padding: Theme.space4
+    focus: true
+    modal: false
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+    onOpened: list.forceActiveFocus(Qt.TabFocusReason)
+    onAboutToHide: at = null
+    background: FloatingSurface {}
+
+    contentItem: ListView {
+        id: list
+        clip: true
+        focus: true
+        keyNavigationWraps: true
+        currentIndex: 0
+        model: menu.editor.addOptions
+        Accessible.role: Accessible.PopupMenu
+        Accessible.name: Tr.t("nodes-page.add")
+        Keys.onReturnPressed: menu.pick(currentItem.modelData.value)
+        Keys.onEnterPressed: menu.pick(currentItem.modelData.value)
+        Keys.onSpacePressed: menu.pick(currentItem.modelData.value)
+        T.ScrollBar.vertical: ScrollBar {}
+
+        delegate: T.ItemDelegate {
+            id: choice
+            required property var modelData
+            required property int index
+
+            width: list.width
+            implicitHeight: Theme.itemHeight + 2
+            highlighted: list.currentIndex === index
+            hoverEnabled: true
+            onHoveredChanged: if (hovered) list.currentIndex = index
+            onClicked: menu.pick(modelData.value)
+            Accessible.role: Accessible.MenuItem
+            Accessible.name: modelData.title
+
+            contentItem: Item {
+                Icon {
+                    id: picture
+                    x: Theme.space8
+                    anchors.verticalCenter: parent.verticalCenter
+                    name: choice.modelData.icon
+                    color: choice.highlighted ? Theme.accent : Theme.text
+                }
+                Label {
+                    anchors.left: picture.right
+                    anchors.leftMargin: Theme.space8 + 2
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    text: choice.modelData.title
+                    color: choice.highlighted ? Theme.accent : Theme.text
+                    Accessible.ignored: true
+                }
+            }
+            background: Rectangle {
+                radius: Theme.radiusField
+                color: choice.highlighted ? Theme.soft : "transparent"
+            }
+        }
+    }
+}

@@ -1,0 +1,96 @@
+import QtQuick
+import Varnholt
+
+// The canvas of a flow, and beside it what is to be said of the node that is selected, or of the whole.
+FocusScope {
+    id: pane
+
+    required property var editor
+
+    signal leave
+
+    function clear() { canvas.clear(); }
+
+    function showState(name: string): bool {
+        switch (name) {
+        case "node":
+            pane.editor.step("right");
+            pane.editor.step("right");
+            pane.editor.step("right");
+            return true;
+        case "edge":
+            pane.editor.step("right");
+            pane.editor.stepEdge();
+            return true;
+        case "add":
+            canvas.add();
+            return true;
+        case "dry-run":
+            pane.editor.toggleDryRun();
+            return true;
+        case "running":
+            pane.editor.run();
+            return true;
+        default:
+            return false;
+        }
+    }
+
+    Keys.onPressed: event => {
+        const ctrl = (event.modifiers & Qt.ControlModifier) !== 0;
+        const shift = (event.modifiers & Qt.ShiftModifier) !== 0;
+        if (ctrl && event.key === Qt.Key_Z)
+            shift ? editor.redo() : editor.undo();
+        else if (ctrl && event.key === Qt.Key_Y)
+            editor.redo();
+        else if (ctrl && event.key === Qt.Key_S)
+            editor.save();
+        else
+            return;
+        event.accepted = true;
+    }
+
+    ErrorNote {
+        id: trouble
+        width: parent.width
+        height: visible ? implicitHeight : 0
+        visible: pane.editor.trouble !== ""
+        title: pane.editor.trouble === "gone" ? Tr.t("nodes-page.gone") : Tr.t("nodes-page.conflict")
+        text: pane.editor.trouble === "gone" ? Tr.t("nodes-page.gone.text") : Tr.t("nodes-page.conflict.text")
+        actionText: Tr.t("nodes-page.keep-mine")
+        onAction: pane.editor.keepMine()
+    }
+    Button {
+        id: theirs
+        anchors.top: trouble.bottom
+        anchors.topMargin: visible ? Theme.space8 : 0
+        anchors.right: parent.right
+        visible: pane.editor.trouble === "conflict"
+        height: visible ? implicitHeight : 0
+        text: Tr.t("nodes-page.take-theirs")
+        onClicked: pane.editor.takeTheirs()
+    }
+
+    NodosCanvas {
+        id: canvas
+        anchors.top: theirs.bottom
+        anchors.topMargin: trouble.visible ? Theme.space16 : 0
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: inspector.left
+        anchors.rightMargin: Theme.space16
+        focus: true
+        editor: pane.editor
+        onLeave: pane.leave()
+        onInspect: inspector.focusFirst()
+    }
+    NodosInspector {
+        id: inspector
+        anchors.top: canvas.top
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
+        width: Theme.inspectorWidth
+        editor: pane.editor
+        onLeave: canvas.focusSelected()
+    }
+}

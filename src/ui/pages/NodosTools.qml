@@ -1,0 +1,75 @@
+import QtQuick
+import Varnholt
+
+// What acts on the canvas: adding, the way back, and how near one stands.
+Item {
+    id: tools
+
+    required property var canvas
+    readonly property var editor: canvas.editor
+
+    height: Theme.rowHeight
+
+    FloatingSurface {
+        width: doing.width + 2 * Theme.space4
+        height: parent.height
+        radius: Theme.radiusButton
+        visible: !tools.editor.readOnly
+
+        Row {
+            id: doing
+            x: Theme.space4
+            anchors.verticalCenter: parent.verticalCenter
+
+            Button {
+                height: Theme.itemHeight
+                kind: "quiet"
+                iconName: "plus"
+                text: Tr.t("nodes-page.add")
+                onClicked: tools.canvas.add()
+            }
+            IconButton {
+                iconName: "arrow.uturn.backward"
+                text: Tr.t("nodes-page.undo")
+                enabled: tools.editor.canUndo
+                onClicked: tools.editor.undo()
+            }
+            IconButton {
+                iconName: "arrow.uturn.forward"
+                text: Tr.t("nodes-page.redo")
+                enabled: tools.editor.canRedo
+                onClicked: tools.editor.redo()
+            }
+        }
+    }
+    FloatingSurface {
+        anchors.right: parent.right
+        width: seeing.width + 2 * Theme.space4
+        height: parent.height
+        radius: Theme.radiusButton
+
+        Row {
+            id: seeing
+            x: Theme.space4
+            anchors.verticalCenter: parent.verticalCenter
+
+            IconButton {
+                iconName: "minus"
+                text: Tr.t("nodes-page.zoom-out")
+                enabled: tools.canvas.zoom > tools.canvas.leastZoom
+                onClicked: tools.canvas.zoomBy(0.8)
+            }
+            IconButton {
+                iconName: "plus"
+                text: Tr.t("nodes-page.zoom-in")
+                enabled: tools.canvas.zoom < tools.canvas.mostZoom
+                onClicked: tools.canvas.zoomBy(1.25)
+            }
+            IconButton {
+                iconName: "arrow.up.left.and.arrow.down.right"
+                text: Tr.t("nodes-page.zoom-fit")
+                onClicked: tools.canvas.fit()
+            }
+        }
+    }
+}
