@@ -25,8 +25,9 @@ struct AutomationWorld {
     const Folders& folders;
     UserDefaults& defaults;
     RunStores runs;
-    std::function<Texts()> texts;                                            ///< in the language of now
-    std::function<std::shared_ptr<SuiteModule>(std::string_view id)> module; ///< nothing for an unknown one
+    std::function<Texts()> texts; ///< in the language of now
+    std::function<std::shared_ptr<SuiteModule>(std::string_view id)>
+        module;                                         ///< a new one; nothing without an engine
     std::function<bool(std::string_view id)> hasEngine; ///< false while a module is no more than its card
     Clock clock = systemNow;
     LocalCalendar calendar;

@@ -72,9 +72,9 @@ private:
 
 /// Everything that a scan finds goes to the Trash.
 RunRecord ActionRun::clean() {
-    if (!world_.hasEngine(moduleID_))
-        return notThereYet();
     const auto module = world_.module(moduleID_);
+    if (!module)
+        return notThereYet();
     control_.report(-1, texts_.text("scheduled-action.scanning"));
     const ScanReport report = module->scan(control_);
     if (report.items.empty())

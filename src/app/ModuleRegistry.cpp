@@ -33,7 +33,8 @@ const Engine* engineOf(std::string_view id) {
 
 } // namespace
 
-ModuleRegistry::ModuleRegistry(const Folders& folders, const std::string& databaseFolder) {
+ModuleRegistry::ModuleRegistry(const Folders& folders, const std::string& databaseFolder)
+    : folders_(folders), databaseFolder_(databaseFolder) {
     for (const ModuleCard& card : moduleCards()) {
         const Engine* engine = engineOf(card.id);
         modules_.push_back(engine ? engine->make(folders, databaseFolder)
@@ -46,6 +47,11 @@ ModuleRegistry::~ModuleRegistry() = default;
 std::shared_ptr<SuiteModule> ModuleRegistry::module(std::string_view id) const {
     const auto found = std::ranges::find(modules_, id, [](const auto& module) { return module->id(); });
     return found == modules_.end() ? nullptr : *found;
+}
+
+std::shared_ptr<SuiteModule> ModuleRegistry::makeModule(std::string_view id) const {
+    const Engine* engine = engineOf(id);
+    return engine ? engine->make(folders_, databaseFolder_) : nullptr;
 }
 
 bool ModuleRegistry::hasEngine(std::string_view id) const {

@@ -22,11 +22,16 @@ public:
     const std::vector<std::shared_ptr<SuiteModule>>& all() const { return modules_; }
     /// The module with exactly this identifier, folded ones included; nothing for an unknown one.
     std::shared_ptr<SuiteModule> module(std::string_view id) const;
+    /// Another of its kind, so that work nobody watches does not change what a person is looking at; nothing without
+    /// an engine.
+    std::shared_ptr<SuiteModule> makeModule(std::string_view id) const;
 
     /// False while a module is no more than its card: its tool cannot do anything yet.
     bool hasEngine(std::string_view id) const;
 
 private:
+    const Folders& folders_; ///< of the one who has the registry
+    const std::string databaseFolder_;
     std::vector<std::shared_ptr<SuiteModule>> modules_;
 };
 

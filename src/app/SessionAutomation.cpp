@@ -15,7 +15,7 @@ automation::AutomationWorld automationWorld(Session& session, MainLoop& loop, Cl
             session.defaults(),
             session.runStores(),
             [&session] { return Texts(session.language()); },
-            [&registry](std::string_view id) { return registry.module(id); },
+            [&registry](std::string_view id) { return registry.makeModule(id); },
             [&registry](std::string_view id) { return registry.hasEngine(id); },
             std::move(clock),
             calendar};

@@ -44,7 +44,7 @@ struct TestWorld {
                           defaults,
                           {log, files, journals},
                           [] { return Texts(Language::en); },
-                          [this](std::string_view) { return junk; },
+                          [this](std::string_view id) { return id == "system-junk" ? junk : nullptr; },
                           [](std::string_view id) { return id == "system-junk"; },
                           loop.clock(),
                           LocalCalendar("UTC")};
