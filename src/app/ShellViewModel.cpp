@@ -4,8 +4,10 @@
 #include "Core/ToolTexts.h"
 #include "Core/UserDefaults.h"
 #include "Platform/SystemError.h"
+#include "app/ActivityCenter.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
+#include "app/AutomationLife.h"
 #include "app/ModuleRegistry.h"
 #include "app/Session.h"
 
@@ -27,6 +29,7 @@ std::vector<const ToolDescriptor*> toolsOf(ToolSection section) {
 ShellViewModel::ShellViewModel(AppContext& context)
     : context_(context), mode_(context.session().defaults().get<AppMode>(modeKey).value_or(AppMode::node)) {
     connect(&context_.texts(), &AppTexts::changed, this, &ShellViewModel::sectionsChanged);
+    connect(&context_.activity(), &ActivityCenter::changed, this, &ShellViewModel::busyChanged);
     connect(this, &ShellViewModel::modeChanged, this, &ShellViewModel::sectionsChanged);
 }
 
@@ -66,6 +69,22 @@ QVariantList ShellViewModel::sections() const {
         };
     }
     return list;
+}
+
+QVariantMap ShellViewModel::busy() const {
+    QVariantMap counts;
+    const auto count = [&](const QString& id) {
+        counts[id] = counts.value(id).toInt() + 1;
+    };
+    for (const ActivityCenter::Job& job : context_.activity().running()) {
+        if (job.id == AutomationLife::schedulerKey)
+            count(QStringLiteral("schedules"));
+        if (job.toolID == AutomationLife::flowTool)
+            count(QStringLiteral("nodos"));
+        else if (!job.toolID.isEmpty())
+            count(qtText(ToolCatalog::resolve(job.toolID.toStdString())));
+    }
+    return counts;
 }
 
 QVariantMap ShellViewModel::tool(const QString& id) const {

@@ -17,6 +17,8 @@ class ShellViewModel : public QObject {
     /// "node" or "network"; kept in the settings.
     Q_PROPERTY(QString mode READ modeName WRITE setMode NOTIFY modeChanged)
     Q_PROPERTY(QVariantList sections READ sections NOTIFY sectionsChanged)
+    /// How many jobs of a tool or a page run now, by identifier.
+    Q_PROPERTY(QVariantMap busy READ busy NOTIFY busyChanged)
 public:
     static constexpr std::string_view modeKey = "app.mode";
 
@@ -25,6 +27,7 @@ public:
     QString modeName() const;
     /// The sections of the mode with their tools, the primary ones first.
     QVariantList sections() const;
+    QVariantMap busy() const;
 
     Q_INVOKABLE void setMode(const QString& mode);
     /// The tool of an identifier, folded ones included; empty for an unknown one.
@@ -37,6 +40,7 @@ public:
 signals:
     void modeChanged();
     void sectionsChanged();
+    void busyChanged();
 
 private:
     AppContext& context_;

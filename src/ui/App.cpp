@@ -4,9 +4,16 @@
 #include "app/ActivityViewModel.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
+#include "app/AutomationLife.h"
+#include "app/FlowEditorViewModel.h"
+#include "app/FlowListViewModel.h"
+#include "app/FollowUpsViewModel.h"
 #include "app/HomeViewModel.h"
+#include "app/MailViewModel.h"
 #include "app/ModuleRegistry.h"
 #include "app/ScanCleanViewModel.h"
+#include "app/SchedulesViewModel.h"
+#include "app/ScriptsViewModel.h"
 #include "app/Session.h"
 #include "app/SettingsViewModel.h"
 #include "app/ShellViewModel.h"
@@ -39,6 +46,8 @@ App::App(app::Session& session, const LookOverride& look) : appearance_(look.app
     if (const auto language = languageOfTag(look.language.toStdString()))
         session.useLanguage(*language);
     context_ = std::make_unique<app::AppContext>(session);
+    life_ = std::make_unique<app::AutomationLife>(*context_);
+    QJSEngine::setObjectOwnership(life_.get(), QJSEngine::CppOwnership);
     tr_ = std::make_unique<Tr>(context_->texts());
     settings_ = std::make_unique<app::SettingsViewModel>(*context_);
     QJSEngine::setObjectOwnership(settings_.get(), QJSEngine::CppOwnership);
@@ -75,6 +84,34 @@ QObject* App::activity() {
     return made(activity_, *context_);
 }
 
+QObject* App::automation() {
+    return life_.get();
+}
+
+QObject* App::schedules() {
+    return made(schedules_, *context_, *life_);
+}
+
+QObject* App::scripts() {
+    return made(scripts_, *context_, *life_);
+}
+
+QObject* App::flows() {
+    return made(flows_, *context_, life_->automation());
+}
+
+QObject* App::flowEditor() {
+    return made(flowEditor_, *context_, life_->automation());
+}
+
+QObject* App::mail() {
+    return made(mail_, *context_, *life_);
+}
+
+QObject* App::followUps() {
+    return made(followUps_, *context_, *life_);
+}
+
 QObject* App::scanClean(const QString& moduleId) {
     return made(scanCleans_[moduleId], *context_,
                 context_->session().registry().module(moduleId.toStdString()));
@@ -88,6 +125,10 @@ bool App::isDark() const {
 QString App::fontFamily() const {
     const auto inter = QStringLiteral("Inter");
     return QFontDatabase::hasFamily(inter) ? inter : QGuiApplication::font().family();
+}
+
+QString App::fixedFontFamily() const {
+    return QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
 }
 
 QString App::documentsFolder() const {

@@ -11,8 +11,15 @@
 namespace vh::app {
 class ActivityViewModel;
 class AppContext;
+class AutomationLife;
+class FlowEditorViewModel;
+class FlowListViewModel;
+class FollowUpsViewModel;
 class HomeViewModel;
+class MailViewModel;
 class ScanCleanViewModel;
+class SchedulesViewModel;
+class ScriptsViewModel;
 class Session;
 class SettingsViewModel;
 class ShellViewModel;
@@ -38,9 +45,17 @@ class App : public QObject {
     Q_PROPERTY(QObject* home READ home CONSTANT)
     Q_PROPERTY(QObject* activity READ activity CONSTANT)
     Q_PROPERTY(QObject* settings READ settings CONSTANT)
+    Q_PROPERTY(QObject* automation READ automation CONSTANT)
+    Q_PROPERTY(QObject* schedules READ schedules CONSTANT)
+    Q_PROPERTY(QObject* scripts READ scripts CONSTANT)
+    Q_PROPERTY(QObject* flows READ flows CONSTANT)
+    Q_PROPERTY(QObject* flowEditor READ flowEditor CONSTANT)
+    Q_PROPERTY(QObject* mail READ mail CONSTANT)
+    Q_PROPERTY(QObject* followUps READ followUps CONSTANT)
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(bool reducedMotion READ reducedMotion CONSTANT)
     Q_PROPERTY(QString fontFamily READ fontFamily CONSTANT)
+    Q_PROPERTY(QString fixedFontFamily READ fixedFontFamily CONSTANT)
     Q_PROPERTY(QString documentsFolder READ documentsFolder CONSTANT)
 
 public:
@@ -55,12 +70,21 @@ public:
     QObject* home();
     QObject* activity();
     QObject* settings();
+    QObject* automation();
+    QObject* schedules();
+    QObject* scripts();
+    QObject* flows();
+    QObject* flowEditor();
+    QObject* mail();
+    QObject* followUps();
+    app::AutomationLife& life() { return *life_; }
     Tr* tr() { return tr_.get(); }
     Q_INVOKABLE QObject* scanClean(const QString& moduleId);
 
     bool isDark() const;
     bool reducedMotion() const { return systemLook_.wantsLessMotion(); }
     QString fontFamily() const;
+    QString fixedFontFamily() const;
     /// The home where there is no folder for documents.
     QString documentsFolder() const;
     /// The path of a file's URL; of any other, nothing.
@@ -75,12 +99,19 @@ signals:
 private:
     const QString appearance_; // empty: as the settings say
     std::unique_ptr<app::AppContext> context_;
+    std::unique_ptr<app::AutomationLife> life_;
     SystemLook systemLook_;
     std::unique_ptr<Tr> tr_;
     std::unique_ptr<app::SettingsViewModel> settings_;
     std::unique_ptr<app::ShellViewModel> shell_;
     std::unique_ptr<app::HomeViewModel> home_;
     std::unique_ptr<app::ActivityViewModel> activity_;
+    std::unique_ptr<app::SchedulesViewModel> schedules_;
+    std::unique_ptr<app::ScriptsViewModel> scripts_;
+    std::unique_ptr<app::FlowListViewModel> flows_;
+    std::unique_ptr<app::FlowEditorViewModel> flowEditor_;
+    std::unique_ptr<app::MailViewModel> mail_;
+    std::unique_ptr<app::FollowUpsViewModel> followUps_;
     std::map<QString, std::unique_ptr<app::ScanCleanViewModel>> scanCleans_;
 };
 

@@ -21,7 +21,9 @@ QSize sizeOf(const QString& text) {
     return match.hasMatch() ? QSize(match.captured(1).toInt(), match.captured(2).toInt()) : QSize();
 }
 
-constexpr auto help = R"(Usage: varnholt-app [options]
+const auto linkStart = QStringLiteral("varnholt://");
+
+constexpr auto help = R"(Usage: varnholt-app [options] [varnholt://…]
 
   --page <page>                     Open the window at this page.
   --screenshot <page> <file.png>    Write a picture of this page, without a display, and leave.
@@ -31,6 +33,7 @@ constexpr auto help = R"(Usage: varnholt-app [options]
   --dark, --light                   Look like this instead of as the settings say.
   --help, --version
 
+A link is opened; in the window that is open already, if there is one.
 An unknown page is answered with the list of pages.
 )";
 
@@ -66,6 +69,8 @@ Options Options::of(const QStringList& arguments) {
             return refusal(QStringLiteral("--screenshot takes a page and one file."));
         options.act = Act::takeScreenshot;
         options.file = files.front();
+    } else if (files.size() == 1 && files.front().startsWith(linkStart)) {
+        options.url = files.front();
     } else if (!files.isEmpty()) {
         return refusal(QStringLiteral("Unknown argument \"%1\".").arg(files.front()));
     }

@@ -17,6 +17,7 @@ struct Options {
     QString language;
     QString appearance;
     QSize size;
+    QString url;  // a link "varnholt://…" to open
     QString text; // the help, or why the command line is refused
 
     /// `arguments` begins with the program's name.

@@ -73,6 +73,7 @@ QtObject {
     readonly property int textWidth: 460
     readonly property int sheetWidth: 520
     readonly property int paneWidth: 332
+    readonly property int inspectorWidth: 292
     readonly property int listWidth: 400
     readonly property int wideWidth: 760
     readonly property int fourTilesWidth: 860
@@ -98,6 +99,7 @@ QtObject {
     readonly property font label: Qt.font({family: family, pixelSize: 11})
     readonly property font labelStrong: Qt.font({family: family, pixelSize: 11, weight: Font.DemiBold})
     readonly property font labelMedium: Qt.font({family: family, pixelSize: 11, weight: Font.Medium})
+    readonly property font code: Qt.font({family: App.fixedFontFamily, pixelSize: 12})
     readonly property font segment: Qt.font({family: family, pixelSize: 12, weight: Font.Medium})
 
     function outcomeColor(outcome: string): color {

@@ -40,6 +40,10 @@ bool Window::open(const QString& page) {
     return known;
 }
 
+void Window::come() {
+    QMetaObject::invokeMethod(window_, "come");
+}
+
 QStringList Window::pages() const {
     QVariant fixed;
     QMetaObject::invokeMethod(window_, "pageIds", Q_RETURN_ARG(QVariant, fixed));

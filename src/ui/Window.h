@@ -18,6 +18,8 @@ public:
 
     /// False for a page that does not exist; the window then stays as it is.
     bool open(const QString& page);
+    /// Shows it before all others.
+    void come();
     /// All that open() knows, tools last.
     QStringList pages() const;
     App& app() { return app_; }

@@ -1,11 +1,14 @@
 #include "Core/Printable.h"
+#include "app/AutomationLife.h"
 #include "app/Session.h"
+#include "app/WindowDoor.h"
 #include "ui/Options.h"
 #include "ui/Screenshot.h"
 #include "ui/Window.h"
 
 #include <QGuiApplication>
 #include <QTextStream>
+#include <QTimer>
 
 namespace {
 
@@ -28,12 +31,53 @@ QStringList argumentsOf(int argc, char** argv) {
     return list;
 }
 
+/// Long after any first frame: for a window that is never drawn, such as one that starts minimized.
+constexpr std::chrono::seconds latestStart{5};
+
+QString textOf(const vh::app::Session& session, std::string_view key) {
+    return QString::fromStdString(session.texts().text(key));
+}
+
+/// Lives until the person closes the window, as the one window of this user.
+int live(QGuiApplication& application, vh::ui::Window& window, vh::app::WindowDoor& door,
+         const QString& url) {
+    auto& life = window.app().life();
+    // Later, so that whoever asked has its answer before a link is followed.
+    QObject::connect(
+        &door, &vh::app::WindowDoor::asked, &life,
+        [&](const QString& page, const QString& link) {
+            window.come();
+            window.open(page);
+            if (!link.isEmpty())
+                life.openLink(link);
+        },
+        Qt::QueuedConnection);
+    const auto start = [&life, url] {
+        life.start(url);
+    };
+    // Queued: only once the first frame is on the screen.
+    QObject::connect(&window.quickWindow(), &QQuickWindow::frameSwapped, &life, start,
+                     Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    QTimer::singleShot(latestStart, &life, start);
+    return application.exec();
+}
+
 int runWindow(QGuiApplication& application, const Options& options) {
     vh::app::Session session;
     // As administrator in another user's home, what is written would be out of that user's reach.
     if (session.folders().homeIsAnothers)
         return fail(QString::fromStdString(session.texts().text(
             "core.home-is-anothers", {{"home", vh::printable(session.folders().home)}})));
+    vh::app::WindowDoor door;
+    if (options.act == Options::Act::openWindow)
+        switch (door.enter(options.page, options.url)) {
+        case vh::app::WindowDoor::Way::handedOn:
+            return 0;
+        case vh::app::WindowDoor::Way::noAnswer:
+            return fail(textOf(session, "shell.no-answer"));
+        case vh::app::WindowDoor::Way::ours:
+            break;
+        }
     vh::ui::Window window(session, {options.appearance, options.language});
     if (!window.open(options.page.isEmpty() ? QStringLiteral("home") : options.page))
         return fail(QStringLiteral("There is no page \"%1\". The pages are: %2.")
@@ -42,7 +86,7 @@ int runWindow(QGuiApplication& application, const Options& options) {
         window.quickWindow().resize(options.size);
     window.quickWindow().show();
     if (options.act == Options::Act::openWindow)
-        return application.exec();
+        return live(application, window, door, options.url);
     const auto failure = vh::ui::takeScreenshot(window.quickWindow(), options.file, options.state);
     return failure.isEmpty() ? 0 : fail(failure);
 }

@@ -10,7 +10,11 @@ T.Popup {
     property string title
     property string text
     property string confirmText
+    property string cancelText: Tr.t("shell.cancel")
     property bool forGood: false
+    property bool canConfirm: true
+    // What has the keyboard first in a sheet that is a form; Return then confirms from any of its fields.
+    property Item firstField
     default property alias body: middle.data
 
     signal confirmed
@@ -24,7 +28,7 @@ T.Popup {
     modal: true
     focus: true
     closePolicy: T.Popup.NoAutoClose
-    onOpened: (forGood ? cancelButton : confirmButton).forceActiveFocus(Qt.TabFocusReason)
+    onOpened: (firstField ? firstField : forGood ? cancelButton : confirmButton).forceActiveFocus(Qt.TabFocusReason)
 
     T.Overlay.modal: Rectangle { color: Theme.dim }
     background: FloatingSurface {}
@@ -36,6 +40,11 @@ T.Popup {
         Accessible.name: sheet.title
         Accessible.description: sheet.text
         Keys.onEscapePressed: sheet.cancelled()
+        Keys.onReturnPressed: event => {
+            event.accepted = sheet.firstField !== null && sheet.canConfirm;
+            if (event.accepted)
+                sheet.confirmed();
+        }
 
         Column {
             id: column
@@ -71,7 +80,7 @@ T.Popup {
                     anchors.right: confirmButton.left
                     anchors.rightMargin: Theme.space8
                     anchors.bottom: parent.bottom
-                    text: Tr.t("shell.cancel")
+                    text: sheet.cancelText
                     onClicked: sheet.cancelled()
                 }
                 Button {
@@ -79,6 +88,7 @@ T.Popup {
                     anchors.right: parent.right
                     anchors.bottom: parent.bottom
                     kind: sheet.forGood ? "danger" : "main"
+                    enabled: sheet.canConfirm
                     text: sheet.confirmText
                     onClicked: sheet.confirmed()
                 }

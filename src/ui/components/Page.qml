@@ -23,6 +23,8 @@ FocusScope {
     // Asks the shell for another page, and to say something in passing.
     signal navigate(string id)
     signal said(string text)
+    // The same, with a button: its word and what it does.
+    signal offered(string text, string word, var act)
 
     // Takes the page to a named state for a picture; says whether it knows that state.
     function showState(name: string): bool {

@@ -8,13 +8,14 @@ T.AbstractButton {
     property string iconName
     property bool current: false
     property bool available: true
-    property string note
+    property int busy: 0
 
     implicitHeight: Theme.itemHeight
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
     Accessible.role: Accessible.ListItem
     Accessible.name: text
+    Accessible.description: busy > 0 ? Tr.t("shell.running", {count: busy}) : ""
     Accessible.selectable: true
     Accessible.selected: current
     Keys.onReturnPressed: item.clicked()
@@ -56,10 +57,19 @@ T.AbstractButton {
             anchors.right: parent.right
             anchors.rightMargin: Theme.space8
             anchors.verticalCenter: parent.verticalCenter
-            text: item.note
+            text: item.busy > 1 ? item.busy : ""
             font: Theme.label
-            color: Theme.third
+            color: Theme.second
             Accessible.ignored: true
+        }
+        Rectangle {
+            visible: item.busy === 1
+            anchors.right: extra.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: Theme.dot
+            height: Theme.dot
+            radius: width / 2
+            color: Theme.accent
         }
     }
 }

@@ -28,6 +28,10 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.space16
 
+        FollowUpButton {
+            visible: foot.width > Theme.wideWidth
+            toolId: foot.junk.toolID
+        }
         SegmentedControl {
             anchors.verticalCenter: parent.verticalCenter
             name: Tr.t("cache.method")

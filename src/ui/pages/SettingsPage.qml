@@ -108,6 +108,9 @@ Page {
             }
         }
 
+        MailCard { width: parent.width }
+        FollowUpsCard { width: parent.width }
+
         SettingsCard {
             width: parent.width
             title: Tr.t("settings.about")

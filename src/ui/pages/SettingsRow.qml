@@ -8,6 +8,8 @@ Item {
     property string title
     property string line
     property bool elideLine: false
+    // Where the line tells of an outcome: which one.
+    property string icon
     default property alias control: place.data
 
     width: parent ? parent.width : 0
@@ -28,10 +30,20 @@ Item {
         }
         Label {
             width: parent.width
+            leftPadding: shape.visible ? Theme.space16 + Theme.space4 : 0
             text: row.line
             color: Theme.second
             wrapMode: row.elideLine ? Text.NoWrap : Text.Wrap
             elide: row.elideLine ? Text.ElideMiddle : Text.ElideNone
+
+            Icon {
+                id: shape
+                visible: row.icon !== ""
+                y: 2
+                size: Theme.space12
+                name: visible ? Theme.outcomeIcon(row.icon) : ""
+                color: Theme.outcomeColor(row.icon)
+            }
         }
     }
     Item {

@@ -19,11 +19,36 @@ Window {
 
     function open(id: string): bool { return shell.open(id); }
     function pageIds(): var { return shell.pageIds(); }
-    function showState(name: string): bool { return shell.showState(name); }
+    function showState(name: string): bool {
+        if (name === "closing")
+            closing.open();
+        return name === "closing" || shell.showState(name);
+    }
+    function come() {
+        if (visibility === Window.Minimized)
+            showNormal();
+        show();
+        raise();
+        requestActivate();
+    }
+
+    onClosing: event => {
+        event.accepted = App.automation.running.length === 0;
+        if (!event.accepted)
+            closing.open();
+    }
 
     Shell {
         id: shell
         anchors.fill: parent
         focus: true
+    }
+    ClosingSheet {
+        id: closing
+        onConfirmed: {
+            close();
+            App.automation.stop();
+            Qt.exit(0);
+        }
     }
 }

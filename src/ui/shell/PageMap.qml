@@ -12,21 +12,27 @@ QtObject {
         {id: "agent", icon: "bubble.left", title: Tr.t("shell.page.agent"), summary: Tr.t("shell.page.agent.summary")}
     ]
 
+    // Pages that the sidebar's list does not show.
+    readonly property var apart: ["settings", "scripts"]
+
     readonly property var own: ({
         "home": "HomePage",
         "activity": "ActivityPage",
+        "nodos": "NodosPage",
+        "schedules": "SchedulesPage",
+        "scripts": "ScriptsPage",
         "settings": "SettingsPage",
         "system-junk": "CachePage"
     })
 
     // The page that answers to an identifier, folded ones included, or to a tool's name; "" for none.
     function resolve(id: string): string {
-        return id === "settings" || fixed.some(page => page.id === id) ? id : App.shell.idOf(id);
+        return apart.includes(id) || fixed.some(page => page.id === id) ? id : App.shell.idOf(id);
     }
 
     // All but the tools.
     function ids(): var {
-        return fixed.map(page => page.id).concat("settings");
+        return fixed.map(page => page.id).concat(apart);
     }
 
     function source(id: string): url {

@@ -113,6 +113,11 @@ FocusScope {
         target: shell.page
         function onNavigate(id: string) { shell.open(id); }
         function onSaid(text: string) { toast.show(text); }
+        function onOffered(text: string, word: string, act: var) { toast.offer(text, word, act); }
+    }
+    Connections {
+        target: App.automation
+        function onSaid(text: string) { toast.show(text); }
     }
 
     Toast {

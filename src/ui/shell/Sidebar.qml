@@ -139,6 +139,7 @@ Rectangle {
                     text: modelData.title
                     iconName: modelData.icon
                     current: sidebar.current === modelData.id
+                    busy: App.shell.busy[modelData.id] ?? 0
                     activeFocusOnTab: activeFocus || sidebar.tabStop === modelData.id
                     onActiveFocusChanged: if (activeFocus) flick.reveal(this)
                     onClicked: sidebar.picked(modelData.id)
@@ -195,6 +196,7 @@ Rectangle {
                             iconName: entry.modelData.icon
                             available: entry.modelData.available
                             current: sidebar.current === entry.modelData.id
+                            busy: App.shell.busy[entry.modelData.id] ?? 0
                             activeFocusOnTab: activeFocus || sidebar.tabStop === entry.modelData.id
                             onActiveFocusChanged: if (activeFocus) flick.reveal(entry)
                             onClicked: sidebar.picked(entry.modelData.id)
