@@ -29,7 +29,10 @@ public:
                                       const Texts& texts, const CancelToken& cancel);
 };
 
-/// What one run's nodes share.
+/// What one run's nodes share. A script finds it in its environment: VARNHOLT_FLOW (the flow's name), VARNHOLT_FILES
+/// (one a line), VARNHOLT_FOLDER, VARNHOLT_DISK and VARNHOLT_DISK_NAME, each only where the run has a value. The files
+/// are on its standard input, too, one a line; a list too long for the environment is there alone. It starts in the
+/// person's home.
 struct FlowRunContext {
     flows::FlowValues values;
     Date startedAt;
@@ -48,12 +51,13 @@ public:
     std::unique_ptr<flows::FlowExecutor> forRun(FlowRunContext context);
     /// Whether any node works on another computer.
     static bool usesNetwork(const flows::Flow& flow);
-    /// What the node would do, in a line for people; `expanded` has the values that are known.
-    std::string planText(const flows::FlowNodeKind& expanded, const Texts& texts) const;
 
 private:
     struct State;
     std::unique_ptr<State> state_;
 };
+
+/// What a node would do, in a line for people; `kind` has the values that are known.
+std::string planText(const AutomationWorld& world, const flows::FlowNodeKind& kind, const Texts& texts);
 
 } // namespace vh::automation

@@ -58,7 +58,8 @@ public:
     /// Stops what runs and waits for it.
     ~NodesRunner();
 
-    /// False when it cannot be started: it runs already, here or elsewhere, or it has blockers.
+    /// False when it cannot be started: it runs already, here or elsewhere, it has blockers, or the run to resume is
+    /// not there. It runs as it is now, whatever becomes of the flow meanwhile.
     bool start(const flows::Flow& flow, const FlowStart& how, Done done = {});
     /// Nothing when it was started, else why not, for people.
     std::optional<std::string> runFromOutside(const Uuid& id, const std::string& event);
@@ -66,6 +67,8 @@ public:
     RunRecord runScheduled(const ScheduledTask& task, const CancelToken& cancel);
     void stop(const Uuid& flow);
     void stopAll();
+    /// Runs whose process was killed get their failed records.
+    void recordInterrupted();
 
     /// Here or in another process.
     bool isRunning(const Uuid& flow) const;
@@ -97,6 +100,15 @@ public:
 
 private:
     struct State;
+    struct Run;
+    struct Request;
+    std::shared_ptr<Run> makeRun(const flows::Flow& flow, const FlowStart& how, Done done);
+    void begin(const std::shared_ptr<Run>& run);
+    void takeNews(Run& run);
+    void end(const std::shared_ptr<Run>& run);
+    void tell(const Run& run, bool active);
+    void decide(Request& request, const ScheduledTask& task);
+    RunRecord refused(const ScheduledTask& task, Outcome outcome, const std::string& summary) const;
     std::map<Uuid, std::map<Uuid, flows::FlowNodeState>> live_;
     std::map<Uuid, std::map<Uuid, std::string>> progress_;
     std::unique_ptr<State> state_;

@@ -2,10 +2,8 @@
 
 #include "Core/Date.h"
 #include "Core/Describe.h"
-#include "Platform/CancelToken.h"
+#include "Platform/Process.h"
 
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,6 +38,8 @@ public:
     bool remove(std::string_view name);
     std::string pathOf(std::string_view name) const;
     const std::string& folder() const { return folder_; }
+    /// Runs the script at `path` by its interpreter; input, folder and the rest are the caller's. Throws SystemError.
+    static ProcessRequest requestFor(const std::string& path);
 
 private:
     const std::string folder_;
