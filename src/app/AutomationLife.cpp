@@ -1,0 +1,93 @@
+#include "app/AutomationLife.h"
+
+#include "Automation/Automation.h"
+#include "Automation/NodesRunner.h"
+#include "Automation/Scheduler.h"
+#include "Core/Printable.h"
+#include "Core/ScheduleStore.h"
+#include "app/ActivityCenter.h"
+#include "app/AppContext.h"
+#include "app/AppTexts.h"
+
+namespace vh::app {
+
+AutomationLife::AutomationLife(AppContext& context) : context_(context) {
+    connect(&context_.activity(), &ActivityCenter::changed, this, &AutomationLife::changed);
+}
+
+AutomationLife::~AutomationLife() {
+    if (!automation_)
+        return;
+    automation_->runner().setOnActivity({});
+    automation_->setOnLeading({});
+}
+
+automation::Automation& AutomationLife::automation() {
+    if (automation_)
+        return *automation_;
+    automation_ = &context_.automation();
+    observingScheduler_ = automation_->scheduler().observe([this] { tellScheduler(); });
+    automation_->runner().setOnActivity([this](const automation::NodesRunner::Activity& activity) {
+        context_.activity().report({.key = qtText(activity.key),
+                                    .active = activity.active,
+                                    .title = qtText(printable(activity.title)),
+                                    .toolID = flowTool,
+                                    .progress = activity.fraction});
+    });
+    automation_->setOnLeading([this] { emit changed(); });
+    return *automation_;
+}
+
+void AutomationLife::start(const QString& link) {
+    if (std::exchange(started_, true))
+        return;
+    try {
+        automation().attach();
+        automation().lead();
+    } catch (const std::exception& error) {
+        emit said(qtText(printable(error.what())));
+    }
+    emit changed();
+    if (!link.isEmpty())
+        openLink(link);
+}
+
+bool AutomationLife::isLeading() const {
+    return started_ && automation_->isLeading();
+}
+
+void AutomationLife::openLink(const QString& url) {
+    start();
+    if (const auto refusal = automation().openLink(url.toStdString()))
+        emit said(qtText(printable(*refusal)));
+}
+
+QStringList AutomationLife::running() const {
+    QStringList titles;
+    for (const ActivityCenter::Job& job : context_.activity().running())
+        if (job.id == schedulerKey || job.toolID == flowTool)
+            titles << job.title;
+    return titles;
+}
+
+void AutomationLife::stop() {
+    automation().scheduler().stopRunning();
+    automation().runner().stopAll();
+}
+
+void AutomationLife::tellScheduler() {
+    const auto& id = automation_->scheduler().runningTaskID();
+    const auto task = id ? automation_->schedules().task(*id) : std::nullopt;
+    if (!id) {
+        context_.activity().end(schedulerKey);
+        return;
+    }
+    ActivityReport report{.key = schedulerKey};
+    if (task) { // one that was removed while it runs keeps the name it had
+        report.title = qtText(printable(task->title));
+        report.toolID = qtText(task->toolID);
+        context_.activity().report(report);
+    }
+}
+
+} // namespace vh::app

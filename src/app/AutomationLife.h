@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QLatin1String>
+#include <QObject>
+#include <QStringList>
+#include <memory>
+#include <optional>
+
+namespace vh::automation {
+class Automation;
+}
+
+namespace vh::app {
+
+class AppContext;
+
+/// The window's share in automation: starts it, shows what it runs in the list of what runs, and says whether this
+/// process leads. Main thread; goes before its context.
+class AutomationLife : public QObject {
+    Q_OBJECT
+    /// What tasks and flows run in this process, by title.
+    Q_PROPERTY(QStringList running READ running NOTIFY changed)
+public:
+    /// The job of the task that runs, and the tool of the jobs of flows, in the ActivityCenter.
+    static constexpr QLatin1String schedulerKey{"scheduler"};
+    static constexpr QLatin1String flowTool{"nodes"};
+
+    explicit AutomationLife(AppContext& context);
+    ~AutomationLife() override;
+
+    /// Made when first asked for, with what it runs told to the ActivityCenter from then on.
+    automation::Automation& automation();
+
+    /// Joins the processes of which one watches the clock and the machine, and then opens `link` if there is one. Never
+    /// needed before the first frame; a second call does nothing.
+    void start(const QString& link = {});
+    bool isStarted() const { return started_; }
+    bool isLeading() const;
+
+    /// Starts the flow of a link; why it could not be is said.
+    void openLink(const QString& url);
+    QStringList running() const;
+    /// Asks all that runs to stop.
+    Q_INVOKABLE void stop();
+
+signals:
+    /// Of who leads and of what runs.
+    void changed();
+    /// Something for the person, in passing.
+    void said(const QString& text);
+
+private:
+    void tellScheduler();
+
+    AppContext& context_;
+    automation::Automation* automation_ = nullptr;
+    bool started_ = false;
+    std::shared_ptr<void> observingScheduler_;
+};
+
+} // namespace vh::app

@@ -1,0 +1,33 @@
+import QtQuick
+import Varnholt
+
+// What follows each run, tool by tool.
+SettingsCard {
+    id: card
+
+    readonly property var followUps: App.followUps
+
+    title: Tr.t("follow-ups.title")
+
+    Repeater {
+        model: card.followUps.tools
+
+        SettingsRow {
+            id: row
+            required property var modelData
+
+            title: modelData.name
+            line: modelData.line === "" ? Tr.t("follow-ups.none") : modelData.line
+
+            Button {
+                text: Tr.t("follow-ups.change")
+                Accessible.name: text + " " + row.modelData.name
+                onClicked: {
+                    sheet.toolId = row.modelData.id;
+                    sheet.open();
+                }
+            }
+        }
+    }
+    FollowUpSheet { id: sheet }
+}

@@ -1,0 +1,182 @@
+import QtQuick
+import Varnholt
+
+// What runs by itself: when it did, when it will, and the switch.
+Page {
+    id: page
+
+    readonly property var schedules: App.schedules
+    readonly property var chosen: schedules.selected
+    readonly property bool isChosen: chosen.taskId !== undefined
+    readonly property bool isRunning: schedules.runningTitle !== ""
+
+    function showState(name: string): bool {
+        if (name === "new") {
+            edit("");
+            return true;
+        }
+        if (table.count === 0)
+            return false;
+        table.focusRow(0);
+        schedules.select(table.list.currentItem.taskId);
+        if (name === "edit")
+            change();
+        else if (name === "remove")
+            removal.open();
+        else if (name === "run")
+            schedules.runNow(chosen.taskId);
+        else
+            return name === "selected";
+        return true;
+    }
+
+    function edit(id: string) {
+        form.taskId = id;
+        form.open();
+    }
+
+    function change() {
+        if (!isChosen)
+            return;
+        if (chosen.isFlow)
+            page.openFlow(chosen.flowId);
+        else
+            edit(chosen.taskId);
+    }
+
+    function openFlow(id: string) {
+        page.navigate("nodos");
+    }
+
+    function goBack(): bool {
+        if (!isChosen)
+            return false;
+        schedules.select("");
+        return true;
+    }
+
+    function refresh() { schedules.refresh(); }
+
+    title: Tr.t("shell.page.schedules")
+    line: schedules.leadText
+    footShown: table.count > 0
+
+    actions: Button {
+        kind: "main"
+        iconName: "plus"
+        text: Tr.t("schedules.new")
+        onClicked: page.edit("")
+    }
+
+    Item {
+        id: news
+        width: parent.width
+        height: Theme.fieldHeight
+
+        Label {
+            anchors.left: parent.left
+            anchors.right: stop.left
+            anchors.rightMargin: Theme.space16
+            anchors.verticalCenter: parent.verticalCenter
+            text: page.isRunning ? Tr.t("schedules.doing", {title: page.schedules.runningTitle, what: page.schedules.progressText})
+                : page.schedules.message !== "" ? page.schedules.message : page.schedules.countText
+            color: page.isRunning ? Theme.text : Theme.second
+            elide: Text.ElideMiddle
+        }
+        Button {
+            id: stop
+            anchors.right: parent.right
+            visible: page.isRunning
+            iconName: "stop"
+            text: Tr.t("shell.stop")
+            onClicked: page.schedules.stop()
+        }
+        Bar {
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: -Theme.space8
+            width: parent.width
+            height: Theme.barHeightThin
+            visible: page.isRunning
+            value: -1
+            name: page.schedules.runningTitle
+        }
+    }
+
+    ListTable {
+        id: table
+        anchors.top: news.bottom
+        anchors.topMargin: Theme.space16
+        width: parent.width
+        height: Math.min(parent.height - y, wanted)
+        readonly property real wanted: count === 0 ? parent.height - y
+            : Theme.rowHeight + Math.max(4, count) * Theme.rowHeightTwo + 2 * Theme.space4 + 1
+        readonly property bool wide: width > Theme.wideWidth
+        name: page.title
+        model: page.schedules.tasks
+        header: count > 0 ? heading : null
+        delegate: ScheduleRow {
+            wide: table.wide
+            progressText: page.schedules.progressText
+            chosen: page.chosen.taskId === taskId
+            onClicked: page.schedules.select(taskId)
+            onDoubleClicked: page.change()
+            onSwitched: on => page.schedules.setEnabled(taskId, on)
+        }
+        onSelected: page.schedules.setEnabled(list.currentItem.taskId, !list.currentItem.isEnabled)
+        onMoved: page.schedules.select(list.currentItem.taskId)
+        onOpened: {
+            page.schedules.select(list.currentItem.taskId);
+            page.change();
+        }
+        Keys.onDeletePressed: if (page.isChosen && !page.chosen.isFlow) removal.open()
+
+        Component {
+            id: heading
+            ScheduleHeader { wide: table.wide }
+        }
+        EmptyState {
+            anchors.centerIn: parent
+            width: parent.width - 2 * Theme.space24
+            visible: table.count === 0
+            iconName: "clock"
+            text: Tr.t("schedules.empty")
+            detail: Tr.t("schedules.empty.detail")
+            actionText: Tr.t("schedules.empty.action")
+            onAction: page.edit("")
+        }
+    }
+
+    foot: ScheduleFoot {
+        anchors.fill: parent
+        schedules: page.schedules
+        onChange: page.change()
+        onRemove: removal.open()
+    }
+
+    ScheduleForm {
+        id: form
+        schedules: page.schedules
+        onFlowsWanted: page.navigate("nodos")
+    }
+    ConfirmSheet {
+        id: removal
+        title: Tr.t("schedules.remove.title", {title: page.chosen.title ?? ""})
+        text: Tr.t("schedules.remove.text")
+        confirmText: Tr.t("schedules.remove")
+        onCancelled: close()
+        onConfirmed: {
+            const gone = page.chosen.title;
+            close();
+            page.schedules.remove(page.chosen.taskId);
+            page.offered(Tr.t("schedules.removed", {title: gone}), Tr.t("schedules.undo"), () => App.schedules.undoRemove());
+        }
+    }
+    Shortcut {
+        sequences: [StandardKey.Undo]
+        onActivated: page.schedules.undoRemove()
+    }
+    Connections {
+        target: page.schedules
+        function onSaid(text: string) { page.said(text); }
+    }
+}
