@@ -3,6 +3,7 @@
 #include "Core/ActivityExport.h"
 #include "Core/Codec.h"
 #include "Core/Csv.h"
+#include "Core/Printable.h"
 #include "Core/RunJournal.h"
 #include "Core/RunReportDocument.h"
 #include "Core/ToolTexts.h"
@@ -46,7 +47,9 @@ std::string csvOf(const RunReportDocument& report, const RunRecord& record, cons
 std::string fileName(const RunRecord& record, Format format, const LocalCalendar& calendar) {
     std::string time = timestamp(record.startedAt, calendar);
     std::ranges::replace(time, ':', '.');
-    return fmt::format("{} {} {}.{}", record.toolID, time, record.id.text().substr(0, 8), rawValue(format));
+    std::string tool = printable(record.toolID);
+    std::ranges::replace(tool, '/', '-');
+    return fmt::format("{} {} {}.{}", tool, time, record.id.text().substr(0, 8), rawValue(format));
 }
 
 } // namespace
@@ -114,7 +117,7 @@ void RunFollowUps::State::follow(const RunRecord& record) {
     mail::MailMessage message{
         .recipients = wanted.recipients,
         .subject = texts.text("follow-ups.subject",
-                              {{"tool", toolName(texts, record.toolID)},
+                              {{"tool", printable(toolName(texts, record.toolID))},
                                {"outcome", texts.text(fmt::format("outcome.{}", rawValue(record.outcome)))}}),
         .body = texts.text("follow-ups.body", {{"summary", record.summary},
                                                {"computer", record.computer.value_or("")},
