@@ -6,6 +6,7 @@ namespace vh::cli {
 
 std::span<const Command> commands() {
     static constexpr Command table[] = {
+        {"follow-ups", "cli.follow-ups", describeFollowUps},
         {"junk", "cli.junk", describeJunk},
         {"mail", "cli.mail", describeMail},
         {"open", "cli.open", describeOpen},

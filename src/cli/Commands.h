@@ -9,6 +9,7 @@ namespace vh::cli {
 
 class CommandLine;
 
+void describeFollowUps(CLI::App& noun, CommandLine& line);
 void describeJunk(CLI::App& noun, CommandLine& line);
 void describeMail(CLI::App& noun, CommandLine& line);
 void describeOpen(CLI::App& noun, CommandLine& line);
