@@ -1,11 +1,10 @@
 #pragma once
 
-#include "Platform/CancelToken.h"
+#include "support/BackgroundProgram.h"
 #include "support/TempDir.h"
 
 #include <optional>
 #include <string>
-#include <thread>
 
 namespace vh::test {
 
@@ -21,17 +20,15 @@ public:
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
-    const std::string& address() const { return address_; }
+    const std::string& address() const { return daemon_.firstLine(); }
     /// Ends the daemon, as if it had crashed; the environment still points to it.
-    void stop();
+    void stop() { daemon_.stop(); }
 
 private:
     TempDir folder_;
     const char* variable_;
     std::optional<std::string> before_;
-    std::string address_;
-    CancelToken cancel_;
-    std::thread daemon_;
+    BackgroundProgram daemon_;
 };
 
 /// The environment points to no bus for as long as this lives.

@@ -3,12 +3,13 @@
 #include <condition_variable>
 #include <cstdlib>
 #include <libsecret/secret.h>
-#include <mutex>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace vh {
 
@@ -135,6 +136,8 @@ bool hasDesktop() {
 
 class SecretService : public SecretStore {
 public:
+    explicit SecretService(Object<GDBusConnection> bus) : bus_(std::move(bus)) {}
+
     std::optional<std::string> get(const std::string& name) override {
         const TimeLimit limit;
         GError* error = nullptr;
@@ -162,13 +165,19 @@ public:
         secret_password_clear_sync(&schema, limit.token(), &error, "name", name.c_str(), nullptr);
         throwIf(error);
     }
+
+private:
+    /// The one that libsecret shares with us. By its own habit the program would end with it; kept, so that it does not.
+    Object<GDBusConnection> bus_;
 };
 
 std::unique_ptr<SecretStore> openService() {
-    const Object<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    Object<GDBusConnection> bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    if (bus)
+        g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
     if (!bus || !mayStart(bus.get()) || !(isUnlocked(bus.get()) || hasDesktop()))
         return nullptr;
-    return std::make_unique<SecretService>();
+    return std::make_unique<SecretService>(std::move(bus));
 }
 
 } // namespace
