@@ -1,7 +1,9 @@
 #include "Automation/Scheduler.h"
 
 #include "Automation/ScheduledActions.h"
+#include "Automation/TaskTurn.h"
 #include "Automation/TestWorld.h"
+#include "Core/Codec.h"
 #include "Platform/Files.h"
 #include "support/ChildWork.h"
 
@@ -220,6 +222,20 @@ TEST(SchedulerKill, AKilledTaskHasFailedAndDoesNotRunAgain) {
         EXPECT_GT(task.nextRun, next.world.clock());
         EXPECT_FALSE(statusOf(dir / "data/schedules.running.json"));
     }
+}
+
+TEST_F(SchedulerTest, AKillBetweenTheRecordAndItsMarkTakesTheRecordsOutcome) {
+    const ScheduledTask task = desk.add("nearly done");
+    desk.loop.setDate(start + 1h);
+    writeFileAtomically(dir / "data/schedules.running.json",
+                        encodeJson(TaskClaim{task.id, task.title, task.toolID, Trigger::scheduled,
+                                             task.nextRun, desk.world.clock()}));
+    desk.log.begin(task.toolID, Trigger::scheduled)->finish(Outcome::warning, "Done.");
+    scheduler.start();
+    desk.loop.advance(1min);
+    EXPECT_EQ(desk.summaries(), std::vector<std::string>{"Done."});
+    EXPECT_EQ(desk.store.task(task.id)->lastOutcome, Outcome::warning);
+    EXPECT_EQ(desk.store.task(task.id)->nextRun, start + 2h);
 }
 
 TEST(SchedulerEnd, LeavingWhileATaskRunsStopsItAndMarksIt) {
