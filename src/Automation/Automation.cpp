@@ -74,22 +74,6 @@ auto& made(Pointer& part, Make make) {
     return *part;
 }
 
-/// The record of a run whose process was killed.
-RunRecord recordOf(const flows::FlowRun& run, const std::string& name, const AutomationWorld& world) {
-    RunRecord record;
-    record.id = Uuid::random();
-    record.toolID = "nodes";
-    record.startedAt = run.startedAt;
-    record.outcome = Outcome::failed;
-    record.trigger = flows::logTrigger(run.trigger);
-    record.summary = world.texts().text("run.interrupted", {{"title", name}});
-    record.computer = RunLog::thisComputer();
-    record.details = rawDetails({{RunDetail::flow, name}, {RunDetail::event, run.event.value_or("")}});
-    for (const auto& [node, result] : run.results)
-        record.duration += result.seconds;
-    return record;
-}
-
 } // namespace
 
 Automation::Automation(AutomationWorld world) : state_(std::make_unique<State>(std::move(world))) {}
@@ -197,9 +181,10 @@ void Automation::attach() {
                     (*alive)(record);
             });
     });
-    for (const flows::FlowRun& run : flows().takeInterrupted()) {
-        const flows::Flow* flow = flows().anyFlow(run.flowID);
-        s.world.runs.log.record(recordOf(run, flow ? flow->name : run.flowID.text(), s.world));
+    try {
+        runner().recordInterrupted();
+    } catch (const SystemError& error) {
+        s.trouble = error.what(); // they are found at the next start
     }
 }
 

@@ -1,5 +1,6 @@
 #include "Automation/FlowFolders.h"
 
+#include "Flows/Blank.h"
 #include "Flows/NodesStore.h"
 #include "Platform/SystemError.h"
 
@@ -9,7 +10,8 @@ namespace {
 
 constexpr std::chrono::seconds tryAgain{30};
 
-std::string withHome(const std::string& path, const std::string& home) {
+std::string withHome(std::string_view typed, const std::string& home) {
+    const std::string path(flows::trimmed(typed));
     return path == "~" || path.starts_with("~/") ? home + path.substr(1) : path;
 }
 

@@ -1,6 +1,11 @@
 #include "Automation/ScriptLibrary.h"
+#include "Core/Secrets.h"
+#include "Mail/MailSettings.h"
 #include "Platform/Files.h"
+#include "Platform/Process.h"
 #include "serve/Home.h"
+#include "support/BackgroundProgram.h"
+#include "support/PrivateBus.h"
 
 #include <chrono>
 #include <csignal>
@@ -105,6 +110,50 @@ TEST(Serve, KilledInTheMiddleOfAScheduledFlow) {
     ASSERT_EQ(records.size(), 1U);
     EXPECT_EQ(records.front().outcome, Outcome::failed);
     EXPECT_EQ(records.front().trigger, Trigger::scheduled);
+}
+
+TEST(Serve, FilesAreCopiedWorkedOnAndReportedByMail) {
+    const NoBus bus;
+    const TempDir post;
+    const std::string certificate = post / "cert.pem";
+    const std::string mails = post / "mails";
+    makeFolders(mails);
+    const ProcessResult made = runProcess(
+        {.arguments = {"openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1",
+                       "-nodes", "-days", "2", "-subj", "/CN=127.0.0.1", "-addext",
+                       "subjectAltName=IP:127.0.0.1", "-keyout", post / "key.pem", "-out", certificate}});
+    ASSERT_TRUE(made.succeeded()) << made.errors;
+    const BackgroundProgram server({"/usr/bin/python3", VH_SOURCE_DIR "/tests/Mail/smtp-server", "starttls",
+                                    certificate, post / "key.pem", mails});
+
+    Home home;
+    makeFolders(home / "in");
+    mail::MailSettings{.host = "127.0.0.1",
+                       .port = std::stoi(server.firstLine()),
+                       .user = "ana",
+                       .sender = "ana@example.org"}
+        .store(home.defaults());
+    home.defaults().set("mail.ca-file", certificate);
+    openSecretStore(home / ".local/share/Varnholt/secrets.json")
+        ->set(mail::passwordName, "Mail", "correct horse");
+    automation::ScriptLibrary(automation::ScriptLibrary::folderOfUser())
+        .save("count", "wc -c < \"$HOME/Documents/report.txt\"\n");
+    const FlowEmail mail{{"eva@example.org"}, "From {folder}", "All done.", true, true};
+    const Uuid flow =
+        home.flow("Inbox", OnNewFiles{home / "in", {"txt"}, 1},
+                  {CopyNode{"{files}", FleetFolder::documents}, ScriptNode{"count"}, EmailNode{mail}});
+    const Program serve({"serve"});
+    ASSERT_TRUE(serve.waitForOutput(leading));
+    writeFileAtomically(home / "in/report.txt", "twelve bytes");
+
+    const FlowRun run = home.waitForRuns(flow, 1).front();
+    EXPECT_EQ(run.outcome(*home.store().flow(flow)), FlowNodeOutcome::success);
+    EXPECT_EQ(readFile(home / "Documents/report.txt"), "twelve bytes");
+    const std::string received = readFile(mails + "/0.json");
+    for (const char* part : {"eva@example.org", "All done.", "count", "From "})
+        EXPECT_THAT(received, HasSubstr(part));
+    EXPECT_THAT(received, testing::Not(HasSubstr("\"attachments\": {}")));
+    EXPECT_EQ(home.records("nodes").size(), 1U);
 }
 
 } // namespace vh::test
