@@ -236,7 +236,7 @@ FocusScope {
 
             Repeater {
                 model: canvas.editor.edges
-                NodosEdge { canvas: canvas }
+                NodosEdge { board: canvas }
             }
             Shape {
                 visible: canvas.drawing
@@ -256,7 +256,7 @@ FocusScope {
             Repeater {
                 model: canvas.editor.nodes
                 NodosNode {
-                    canvas: canvas
+                    board: canvas
                     onDrawn: (x, y) => {
                         draft.x = x;
                         draft.y = y;
@@ -285,7 +285,7 @@ FocusScope {
         onClicked: canvas.leave()
     }
     NodosTools {
-        canvas: canvas
+        board: canvas
         anchors.left: parent.left
         anchors.leftMargin: Theme.space12
         anchors.right: parent.right

@@ -7,7 +7,7 @@ import Varnholt
 Item {
     id: edge
 
-    required property var canvas
+    required property var board
     required property string edgeId
     required property point start
     required property point bendStart
@@ -22,18 +22,18 @@ Item {
     required property bool dim
     required property string spoken
     readonly property color tone: condition === "success" ? Theme.good : condition === "failure" ? Theme.bad : Theme.control
-    readonly property bool inView: frame.right >= canvas.seen.left && frame.left <= canvas.seen.right
-        && frame.bottom >= canvas.seen.top && frame.top <= canvas.seen.bottom
-    readonly property bool marked: selected || canvas.hovered === edgeId
+    readonly property bool inView: frame.right >= board.seen.left && frame.left <= board.seen.right
+        && frame.bottom >= board.seen.top && frame.top <= board.seen.bottom
+    readonly property bool marked: selected || board.hovered === edgeId
 
     opacity: dim ? 0.4 : 1
     focus: selected
-    onSelectedChanged: if (selected && canvas.activeFocus) forceActiveFocus(Qt.TabFocusReason)
+    onSelectedChanged: if (selected && board.activeFocus) forceActiveFocus(Qt.TabFocusReason)
     Accessible.role: Accessible.Button
     Accessible.name: spoken
     Accessible.focusable: true
     Accessible.focused: selected
-    Accessible.onPressAction: canvas.editor.turnCondition(edgeId)
+    Accessible.onPressAction: board.editor.turnCondition(edgeId)
 
     Loader {
         active: edge.inView
@@ -84,9 +84,9 @@ Item {
                     anchors.margins: -Theme.space4
                     cursorShape: Qt.PointingHandCursor
                     onClicked: {
-                        edge.canvas.editor.select(edge.edgeId);
-                        edge.canvas.forceActiveFocus();
-                        edge.canvas.editor.turnCondition(edge.edgeId);
+                        edge.board.editor.select(edge.edgeId);
+                        edge.board.forceActiveFocus();
+                        edge.board.editor.turnCondition(edge.edgeId);
                     }
                 }
             }

@@ -5,7 +5,7 @@ import Varnholt
 Item {
     id: node
 
-    required property var canvas
+    required property var board
     required property string nodeId
     required property real nodeX
     required property real nodeY
@@ -19,16 +19,16 @@ Item {
     required property string aim
     required property bool selected
     required property string spoken
-    readonly property var editor: canvas.editor
-    readonly property bool inView: nodeX + width >= canvas.seen.left && nodeX <= canvas.seen.right
-        && nodeY + height >= canvas.seen.top && nodeY <= canvas.seen.bottom
+    readonly property var editor: board.editor
+    readonly property bool inView: nodeX + width >= board.seen.left && nodeX <= board.seen.right
+        && nodeY + height >= board.seen.top && nodeY <= board.seen.bottom
 
     // An edge begins to be drawn from this point.
     signal drawn(real x, real y)
 
     function come() {
-        canvas.reveal(nodeX, nodeY, width, height);
-        if (canvas.activeFocus)
+        board.reveal(nodeX, nodeY, width, height);
+        if (board.activeFocus)
             forceActiveFocus(Qt.TabFocusReason);
     }
 
@@ -39,7 +39,7 @@ Item {
     height: editor.nodeHeight
     focus: selected
     onSelectedChanged: if (selected) come()
-    onAimChanged: if (aim === "good" || aim === "bad") canvas.reveal(nodeX, nodeY, width, height)
+    onAimChanged: if (aim === "good" || aim === "bad") board.reveal(nodeX, nodeY, width, height)
     Component.onCompleted: if (selected) come()
     Accessible.role: Accessible.Button
     Accessible.name: spoken
@@ -73,11 +73,11 @@ Item {
             onPositionChanged: event => {
                 if (!pressed)
                     return;
-                const at = mapToItem(node.canvas, event.x, event.y);
-                node.canvas.aimAt(at.x, at.y);
+                const at = mapToItem(node.board, event.x, event.y);
+                node.board.aimAt(at.x, at.y);
             }
-            onReleased: node.canvas.finishDrawing()
-            onCanceled: node.canvas.finishDrawing()
+            onReleased: node.board.finishDrawing()
+            onCanceled: node.board.finishDrawing()
         }
     }
 
@@ -175,10 +175,10 @@ Item {
         onPressed: event => {
             grip = Qt.point(event.x, event.y);
             dragged = false;
-            node.canvas.forceActiveFocus();
+            node.board.forceActiveFocus();
             if (node.editor.connectFrom !== "") {
                 node.editor.aim(node.nodeId);
-                node.canvas.finishDrawing();
+                node.board.finishDrawing();
             } else {
                 node.editor.select(node.nodeId);
             }
@@ -191,7 +191,7 @@ Item {
                 node.editor.moveTo(node.nodeId, node.nodeX + event.x - grip.x, node.nodeY + event.y - grip.y);
         }
         onReleased: node.editor.endStep()
-        onDoubleClicked: node.canvas.inspect()
+        onDoubleClicked: node.board.inspect()
     }
     Port {
         anchors.horizontalCenter: parent.right

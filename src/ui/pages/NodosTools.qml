@@ -5,8 +5,8 @@ import Varnholt
 Item {
     id: tools
 
-    required property var canvas
-    readonly property var editor: canvas.editor
+    required property var board
+    readonly property var editor: board.editor
 
     height: Theme.rowHeight
 
@@ -26,7 +26,7 @@ Item {
                 kind: "quiet"
                 iconName: "plus"
                 text: Tr.t("nodes-page.add")
-                onClicked: tools.canvas.add()
+                onClicked: tools.board.add()
             }
             IconButton {
                 iconName: "arrow.uturn.backward"
@@ -56,19 +56,19 @@ Item {
             IconButton {
                 iconName: "minus"
                 text: Tr.t("nodes-page.zoom-out")
-                enabled: tools.canvas.zoom > tools.canvas.leastZoom
-                onClicked: tools.canvas.zoomBy(0.8)
+                enabled: tools.board.zoom > tools.board.leastZoom
+                onClicked: tools.board.zoomBy(0.8)
             }
             IconButton {
                 iconName: "plus"
                 text: Tr.t("nodes-page.zoom-in")
-                enabled: tools.canvas.zoom < tools.canvas.mostZoom
-                onClicked: tools.canvas.zoomBy(1.25)
+                enabled: tools.board.zoom < tools.board.mostZoom
+                onClicked: tools.board.zoomBy(1.25)
             }
             IconButton {
                 iconName: "arrow.up.left.and.arrow.down.right"
                 text: Tr.t("nodes-page.zoom-fit")
-                onClicked: tools.canvas.fit()
+                onClicked: tools.board.fit()
             }
         }
     }
