@@ -106,7 +106,10 @@ void prepare(CURL* handle, const MailTransfer& transfer, Conversation& conversat
     set(handle, CURLOPT_MAIL_FROM, fmt::format("<{}>", settings.sender).c_str());
 }
 
-MailFault faultOf(CURLcode code, bool isUnderWay) {
+/// `reply` is what the server said last.
+MailFault faultOf(CURLcode code, std::string_view reply) {
+    const bool isUnderWay = reply.starts_with("354");
+    const bool isRefusal = reply.starts_with('4') || reply.starts_with('5');
     switch (code) {
     case CURLE_COULDNT_RESOLVE_HOST:
     case CURLE_COULDNT_CONNECT:
@@ -117,7 +120,7 @@ MailFault faultOf(CURLcode code, bool isUnderWay) {
     case CURLE_SEND_ERROR:
     case CURLE_RECV_ERROR:
     case CURLE_GOT_NOTHING:
-        return isUnderWay ? MailFault::unconfirmed : MailFault::lost;
+        return isUnderWay ? MailFault::unconfirmed : isRefusal ? MailFault::refused : MailFault::lost;
     case CURLE_USE_SSL_FAILED:
         return MailFault::plain;
     case CURLE_PEER_FAILED_VERIFICATION:
@@ -155,7 +158,7 @@ void send(const MailTransfer& transfer, const CancelToken& cancel) {
     if (code == CURLE_ABORTED_BY_CALLBACK)
         throw Cancelled();
     const std::string_view reply = conversation.lastReply;
-    const MailFault fault = faultOf(code, reply.starts_with("354"));
+    const MailFault fault = faultOf(code, reply);
     const bool isReplyTheReason =
         (fault == MailFault::login || fault == MailFault::refused) && !reply.empty();
     throw MailError(fault, isReplyTheReason     ? std::string(reply)
