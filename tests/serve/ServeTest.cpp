@@ -150,7 +150,7 @@ TEST(Serve, FilesAreCopiedWorkedOnAndReportedByMail) {
     EXPECT_EQ(run.outcome(*home.store().flow(flow)), FlowNodeOutcome::success);
     EXPECT_EQ(readFile(home / "Documents/report.txt"), "twelve bytes");
     const std::string received = readFile(mails + "/0.json");
-    for (const char* part : {"eva@example.org", "All done.", "count", "From "})
+    for (const char* part : {"eva@example.org", "All done.", "Ended with code 0", "From "})
         EXPECT_THAT(received, HasSubstr(part));
     EXPECT_THAT(received, testing::Not(HasSubstr("\"attachments\": {}")));
     EXPECT_EQ(home.records("nodes").size(), 1U);
