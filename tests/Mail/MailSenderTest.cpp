@@ -193,6 +193,7 @@ TEST_F(MailSenderTest, WhatCannotBeSentIsSaidAndRecorded) {
         EXPECT_EQ(log_.last("send-email")->id, record.id);
         EXPECT_FALSE(server.received()) << each.mode;
     }
+    secrets_->set(passwordName, "Mail", "correct horse");
     use(1, MailSecurity::tls);
     EXPECT_THAT(sender_.send(message(), Trigger::manual).summary, HasSubstr("cannot be reached"));
 }

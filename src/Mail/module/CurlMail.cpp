@@ -44,7 +44,9 @@ size_t noteReply(char* bytes, size_t size, size_t count, void* conversation) {
     std::string_view line(bytes, size * count);
     while (line.ends_with('\n') || line.ends_with('\r'))
         line.remove_suffix(1);
-    static_cast<Conversation*>(conversation)->lastReply = line;
+    // A goodbye says nothing of why.
+    if (!line.starts_with("221"))
+        static_cast<Conversation*>(conversation)->lastReply = line;
     return size * count;
 }
 
