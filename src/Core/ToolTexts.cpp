@@ -15,7 +15,8 @@ std::string translated(const Texts& texts, std::string_view english, const std::
 
 std::string toolName(const Texts& texts, std::string_view id) {
     const ToolDescriptor* tool = ToolCatalog::tool(id);
-    return tool ? translated(texts, tool->name, fmt::format("tool.{}.name", tool->id)) : std::string(id);
+    // What leaves records without being a tool of the catalogue has a name in every language's file.
+    return translated(texts, tool ? tool->name : id, fmt::format("tool.{}.name", id));
 }
 
 std::string toolSummary(const Texts& texts, std::string_view id) {
