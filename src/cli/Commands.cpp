@@ -6,6 +6,7 @@ namespace vh::cli {
 
 std::span<const Command> commands() {
     static constexpr Command table[] = {
+        {"flow", "cli.flow", describeFlow},
         {"follow-ups", "cli.follow-ups", describeFollowUps},
         {"junk", "cli.junk", describeJunk},
         {"mail", "cli.mail", describeMail},
@@ -13,6 +14,7 @@ std::span<const Command> commands() {
         {"overview", "cli.overview", describeOverview},
         {"runs", "cli.runs", describeRuns},
         {"schedule", "cli.schedule", describeSchedule},
+        {"script", "cli.script", describeScript},
         {"serve", "cli.serve", describeServe},
         {"tools", "cli.tools", describeTools},
     };

@@ -9,6 +9,7 @@ namespace vh::cli {
 
 class CommandLine;
 
+void describeFlow(CLI::App& noun, CommandLine& line);
 void describeFollowUps(CLI::App& noun, CommandLine& line);
 void describeJunk(CLI::App& noun, CommandLine& line);
 void describeMail(CLI::App& noun, CommandLine& line);
@@ -16,6 +17,7 @@ void describeOpen(CLI::App& noun, CommandLine& line);
 void describeOverview(CLI::App& noun, CommandLine& line);
 void describeRuns(CLI::App& noun, CommandLine& line);
 void describeSchedule(CLI::App& noun, CommandLine& line);
+void describeScript(CLI::App& noun, CommandLine& line);
 void describeServe(CLI::App& noun, CommandLine& line);
 void describeTools(CLI::App& noun, CommandLine& line);
 
