@@ -14,6 +14,8 @@ FocusScope {
     property string hovered
     property point pointer
     property bool drawing: false
+    // Has the keyboard because the flow was opened, not because somebody went there.
+    property bool fresh: true
     readonly property rect seen: Qt.rect(-panX / zoom, -panY / zoom, width / zoom, height / zoom)
     readonly property real leastZoom: 0.2
     readonly property real mostZoom: 2
@@ -81,6 +83,7 @@ FocusScope {
         forceActiveFocus();
     }
 
+    onActiveFocusChanged: if (!activeFocus) fresh = false
     activeFocusOnTab: true
     Accessible.role: Accessible.Pane
     Accessible.name: Tr.t("nodes-page.canvas")
@@ -162,8 +165,8 @@ FocusScope {
             horizontalAlignment: Image.AlignLeft
             verticalAlignment: Image.AlignTop
             sourceSize: Qt.size(Math.round(step), Math.round(step))
-            source: "data:image/svg+xml;utf8,<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 20 20'><circle cx='10' cy='10' r='0.9' fill='%23"
-                + Theme.line.toString().slice(-6) + "'/></svg>"
+            source: "data:image/svg+xml;utf8,<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 20 20'><circle cx='10' cy='10' r='0.8' fill-opacity='0.35' fill='%23"
+                + Theme.control.toString().slice(-6) + "'/></svg>"
             Accessible.ignored: true
         }
         MouseArea {
@@ -319,7 +322,7 @@ FocusScope {
         onClosed: canvas.forceActiveFocus(Qt.TabFocusReason)
     }
     FocusRing {
-        shown: canvas.activeFocus && canvas.editor.selectedNode === "" && canvas.editor.selectedEdge === ""
+        shown: canvas.activeFocus && !canvas.fresh && canvas.editor.selectedNode === "" && canvas.editor.selectedEdge === ""
         gap: -Theme.ring
         radius: Theme.radiusCard
     }

@@ -10,6 +10,7 @@ FocusScope {
 
     signal opened(string id)
     signal said(string text)
+    signal scriptsWanted
 
     function focusFlow(id: string) {
         table.focusRow(Math.max(0, flows.indexOf(id)));
@@ -39,7 +40,7 @@ FocusScope {
         anchors.top: damaged.bottom
         anchors.topMargin: damaged.visible ? Theme.space16 : 0
         width: parent.width
-        height: Math.min(parent.height - y, Math.max(Theme.noticeHeight, list.contentHeight + 2 * Theme.space4 + 2))
+        height: Math.min(scripts.y - y - Theme.space12, count === 0 ? Theme.noticeHeight : list.contentHeight + 2 * Theme.space4 + 2)
         name: Tr.t("shell.page.nodos")
         model: pane.flows.flows
         list.focus: true
@@ -73,6 +74,15 @@ FocusScope {
             actionText: Tr.t("nodes-page.new")
             onAction: pane.opened(pane.flows.create())
         }
+    }
+
+    Button {
+        id: scripts
+        anchors.bottom: parent.bottom
+        kind: "quiet"
+        iconName: "terminal"
+        text: Tr.t("scripts.open")
+        onClicked: pane.scriptsWanted()
     }
 
     ConfirmSheet {

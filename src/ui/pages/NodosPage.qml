@@ -91,6 +91,7 @@ Page {
             onOpened: id => page.openFlow(id)
             onChosenChanged: page.chosen = chosen
             onSaid: text => page.said(text)
+            onScriptsWanted: page.navigate("scripts")
         }
     }
     Loader {
