@@ -90,9 +90,7 @@ Uuid Home::flow(const std::string& name, const flows::FlowTrigger& start,
     for (flows::FlowNode& node : flow.nodes)
         if (auto* kind = std::get_if<flows::StartNode>(&node.kind))
             kind->trigger = start;
-    std::vector<flows::FlowNodeKind> kinds{flows::WaitNode{1}};
-    kinds.insert(kinds.end(), more.begin(), more.end());
-    for (const flows::FlowNodeKind& kind : kinds) {
+    for (const flows::FlowNodeKind& kind : more) {
         const Uuid last = flow.nodes.back().id;
         flow.nodes.push_back({Uuid::random(), kind, {}, ""});
         flow.connect(last, flow.nodes.back().id, flows::FlowEdge::Condition::always);

@@ -26,7 +26,7 @@ public:
     const std::string& path() const { return folder_.path(); }
     std::string operator/(std::string_view name) const { return folder_ / name; }
 
-    /// Stores a flow of a start, a wait of a second and `more`, one after the other; gives its identifier.
+    /// Stores a flow of a start, this computer and `more`, one after the other; gives its identifier.
     Uuid flow(const std::string& name, const flows::FlowTrigger& start,
               const std::vector<flows::FlowNodeKind>& more = {});
     std::vector<flows::FlowRun> runs(const Uuid& flow) { return store().runs(flow); }

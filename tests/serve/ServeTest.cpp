@@ -74,7 +74,8 @@ TEST(Serve, EndsCleanlyInTheMiddleOfAScript) {
 TEST(Serve, KilledInTheMiddleOfAScheduledFlow) {
     Home home;
     saveLongScript(home);
-    const Uuid flow = home.flow("Nightly", OnSchedule{DailySchedule{3, 0}, true}, {ScriptNode{"long"}});
+    const Uuid flow =
+        home.flow("Nightly", OnSchedule{DailySchedule{3, 0}, true}, {WaitNode{1}, ScriptNode{"long"}});
     const std::string file = home.store().folder() + "/" + flow.text() + ".json";
     const std::string before = readFile(file);
     ASSERT_TRUE(home.schedules().change(
