@@ -1,16 +1,12 @@
 #include "Automation/RunFollowUps.h"
 
-#include "Core/ActivityExport.h"
-#include "Core/Codec.h"
 #include "Core/Csv.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
-#include "Core/RunReportDocument.h"
 #include "Core/ToolTexts.h"
 #include "Core/UserDefaults.h"
 #include "Mail/MailSender.h"
 #include "Platform/Files.h"
-#include "Reports/ReportPdf.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -24,32 +20,12 @@ namespace vh::automation {
 namespace {
 
 using namespace std::chrono_literals;
-using Format = FollowUpWishes::Format;
 
 constexpr std::string_view addressesKey = "follow-ups.addresses";
 constexpr std::string_view mailTool = "send-email";
 
 std::string keyOf(std::string_view toolID) {
     return fmt::format("follow-ups.{}", toolID);
-}
-
-/// The table of what the run touched, or else its line in the activity.
-std::string csvOf(const RunReportDocument& report, const RunRecord& record, const ActivityExport& activity) {
-    if (report.lines.empty())
-        return activity.csv({record});
-    std::vector<std::vector<std::string>> rows;
-    for (const auto& line : report.lines)
-        rows.push_back(line.cells);
-    return csv(report.columns, rows, csvSeparator(activity.locale));
-}
-
-/// "system-junk 2026-11-22 20.18.55 1B2C3D4E.pdf"
-std::string fileName(const RunRecord& record, Format format, const LocalCalendar& calendar) {
-    std::string time = timestamp(record.startedAt, calendar);
-    std::ranges::replace(time, ':', '.');
-    std::string tool = printable(record.toolID);
-    std::ranges::replace(tool, '/', '-');
-    return fmt::format("{} {} {}.{}", tool, time, record.id.text().substr(0, 8), rawValue(format));
 }
 
 } // namespace
@@ -62,7 +38,7 @@ struct RunFollowUps::State : std::enable_shared_from_this<RunFollowUps::State> {
     }
     void work();
     void follow(const RunRecord& record);
-    mail::MailAttachment report(const RunRecord& record, Format format) const;
+    mail::MailAttachment report(const RunRecord& record, ReportFormat format) const;
     void waitForFileList(const Uuid& run) const;
     std::string folder() const { return world.folders.data + "/Varnholt/Reports"; }
 
@@ -135,22 +111,13 @@ void RunFollowUps::State::follow(const RunRecord& record) {
 }
 
 /// Makes the report, keeps it and gives it.
-mail::MailAttachment RunFollowUps::State::report(const RunRecord& record, Format format) const {
+mail::MailAttachment RunFollowUps::State::report(const RunRecord& record, ReportFormat format) const {
     waitForFileList(record.id);
-    const Texts texts = world.texts();
-    const std::string locale(code(texts.language()));
-    const auto document =
-        RunReportDocument::of(record, world.runs.files.rows(record.id), texts, world.calendar);
-    mail::MailAttachment report{fileName(record, format, world.calendar), "application/pdf", {}};
-    if (format == Format::pdf) {
-        report.bytes = reports::pdfOf(document, texts, locale);
-    } else {
-        report.type = "text/csv";
-        report.bytes = csvOf(document, record, {texts, locale, world.calendar});
-    }
+    RunReportFile report =
+        reportFileOf(record, world.runs.files.rows(record.id), format, world.texts(), world.calendar);
     makeFolders(folder());
     writeFileAtomically(folder() + "/" + report.name, report.bytes);
-    return report;
+    return {std::move(report.name), std::move(report.type), std::move(report.bytes)};
 }
 
 /// The list is saved after the record, which is what brought us here.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Automation/AutomationWorld.h"
+#include "Automation/RunReportFile.h"
 #include "Automation/Worker.h"
 #include "Core/Describe.h"
 
@@ -19,9 +20,8 @@ namespace vh::automation {
 
 /// What the person wants after each run of a tool.
 struct FollowUpWishes {
-    enum class Format { pdf, csv };
     std::vector<std::string> recipients; ///< mail after each run; none: no mail
-    std::optional<Format> report;        ///< attached to the mail, and kept in the reports folder
+    std::optional<ReportFormat> report;  ///< attached to the mail, and kept in the reports folder
     bool isEmpty() const { return recipients.empty() && !report; }
     bool operator==(const FollowUpWishes&) const = default;
 };
@@ -57,10 +57,6 @@ private:
 } // namespace vh::automation
 
 namespace vh {
-template <>
-inline constexpr auto describe<automation::FollowUpWishes::Format> =
-    enumeration<automation::FollowUpWishes::Format>({{automation::FollowUpWishes::Format::pdf, "pdf"},
-                                                     {automation::FollowUpWishes::Format::csv, "csv"}});
 template <>
 inline constexpr auto describe<automation::FollowUpWishes> =
     record(field("recipients", &automation::FollowUpWishes::recipients).mayBeMissing(),

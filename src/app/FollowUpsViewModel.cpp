@@ -101,7 +101,7 @@ QString FollowUpsViewModel::save(const QString& tool, const QString& recipients,
         if (std::ranges::find(wishes.recipients, address) == wishes.recipients.end())
             wishes.recipients.push_back(address);
     }
-    wishes.report = fromRaw<FollowUpWishes::Format>(report.toStdString());
+    wishes.report = fromRaw<automation::ReportFormat>(report.toStdString());
     try {
         followUps().setWishes(tool.toStdString(), wishes);
     } catch (const std::exception& error) {

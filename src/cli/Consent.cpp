@@ -1,5 +1,7 @@
 #include "cli/Consent.h"
 
+#include "Core/Printable.h"
+#include "Platform/Files.h"
 #include "Platform/Terminal.h"
 #include "app/Session.h"
 #include "cli/Console.h"
@@ -21,6 +23,13 @@ std::optional<Exit> unlessAgreed(Context& context, bool yes, const std::string& 
         return std::nullopt;
     complain(texts.text("cli.cancelled"));
     return Exit::cancelled;
+}
+
+std::optional<Exit> unlessReplaceable(Context& context, bool yes, const std::string& file) {
+    const auto status = statusOf(file);
+    const bool isLost = status && (status->type == FileType::file || status->type == FileType::link);
+    return unlessAgreed(context, yes || !isLost,
+                        context.session.texts().text("cli.ask-replace", {{"path", printable(file)}}));
 }
 
 } // namespace vh::cli

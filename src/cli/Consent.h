@@ -11,4 +11,7 @@ namespace vh::cli {
 std::optional<Exit> unlessAgreed(Context& context, bool yes, const std::string& question,
                                  const std::function<void()>& show = {});
 
+/// The same before `file` is written over. What is not a plain file (a device, a pipe) holds nothing that could be lost.
+std::optional<Exit> unlessReplaceable(Context& context, bool yes, const std::string& file);
+
 } // namespace vh::cli

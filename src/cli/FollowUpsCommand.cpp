@@ -36,6 +36,7 @@ namespace vh::cli {
 namespace {
 
 using automation::FollowUpWishes;
+using automation::ReportFormat;
 
 struct WishOptions {
     std::string tool;
@@ -66,7 +67,7 @@ FollowUpWishes wishesOf(const WishOptions& options, const Texts& texts) {
         if (!MailAddress::isValid(address))
             throw UsageError(texts.text("cli.follow-ups.bad-address", {{"address", printable(address)}}));
     if (!options.report.empty()) {
-        wishes.report = fromRaw<FollowUpWishes::Format>(options.report);
+        wishes.report = fromRaw<ReportFormat>(options.report);
         if (!wishes.report)
             throw UsageError(
                 texts.text("cli.follow-ups.bad-format", {{"format", printable(options.report)}}));

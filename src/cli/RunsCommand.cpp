@@ -140,6 +140,7 @@ void describeRuns(CLI::App& noun, CommandLine& line) {
     show->add_option("id", *word, line.text("cli.runs.id"))->required()->type_name("ID");
     line.on(show, [word](Context& context) { return showRun(context, *word); });
 
+    describeRunsReport(noun, line);
     describeRunsUpkeep(noun, line);
 }
 

@@ -25,6 +25,9 @@ void printRuns(const std::vector<RunRecord>& runs, const Texts& texts);
 /// The run whose identifier begins so. Complains and gives nothing when there is none, or more than one.
 std::optional<RunRecord> findRun(Context& context, const std::string& word);
 
+/// The verb report.
+void describeRunsReport(CLI::App& noun, CommandLine& line);
+
 /// The verbs that change something: undo, export, prune, location and move.
 void describeRunsUpkeep(CLI::App& noun, CommandLine& line);
 

@@ -106,14 +106,6 @@ Exit undo(Context& context, const std::string& word) {
     return exitOf(result.record.outcome);
 }
 
-/// What is not a plain file (a device, a pipe) holds nothing that could be lost.
-std::optional<Exit> unlessReplaceable(Context& context, bool yes, const std::string& file) {
-    const auto status = statusOf(file);
-    const bool isLost = status && (status->type == FileType::file || status->type == FileType::link);
-    return unlessAgreed(context, yes || !isLost,
-                        context.session.texts().text("cli.ask-replace", {{"path", printable(file)}}));
-}
-
 Exit exportRuns(Context& context, const ExportOptions& options) {
     const Texts& texts = context.session.texts();
     const auto runs =

@@ -14,7 +14,7 @@
 namespace vh::automation::test {
 namespace {
 
-using Format = FollowUpWishes::Format;
+using Format = ReportFormat;
 
 struct NoSecrets : SecretStore {
     std::optional<std::string> get(const std::string&) override { return std::nullopt; }
