@@ -7,13 +7,13 @@
 namespace vh::automation {
 
 std::string nodeTitle(const flows::FlowNode& node, const Texts& texts) {
-    return node.title.empty() ? texts.text(fmt::format("nodes-page.kind.{}", caseName(node.kind)))
+    return node.title.empty() ? texts.text(fmt::format("nodes.kind.{}", caseName(node.kind)))
                               : printable(node.title);
 }
 
 std::string outcomeWord(flows::FlowNodeOutcome outcome, const Texts& texts) {
     if (outcome == flows::FlowNodeOutcome::skipped)
-        return texts.text("nodes-page.outcome.skipped");
+        return texts.text("nodes.outcome.skipped");
     return texts.text(fmt::format("outcome.{}", rawValue(outcome)));
 }
 
