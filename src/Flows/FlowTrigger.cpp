@@ -17,7 +17,10 @@ bool isEqualFolded(std::string_view a, std::string_view b) {
 struct IsFilledIn {
     const Uuid& flow;
 
-    bool operator()(const OnSchedule& on) const { return !faultOf(on.schedule); }
+    bool operator()(const OnSchedule& on) const {
+        const auto* hourly = std::get_if<HourlySchedule>(&on.schedule);
+        return (hourly && hourly->hours < 1) || !faultOf(on.schedule); // below 1 counts as 1
+    }
     bool operator()(const OnDiskMounted& on) const { return !isBlank(on.match.value); }
     bool operator()(const OnDiskUnmounted& on) const { return !isBlank(on.match.value); }
     bool operator()(const OnNewFiles& on) const { return !isBlank(on.folder); }

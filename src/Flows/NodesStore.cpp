@@ -79,7 +79,7 @@ void NodesStore::State::notify() {
 void NodesStore::State::mirror(const Flow& flow, const std::string& from) {
     const FlowTrigger* trigger = flow.start();
     const auto* on = trigger ? std::get_if<OnSchedule>(trigger) : nullptr;
-    if (!on || faultOf(on->schedule)) {
+    if (!on || !isFilledIn(*trigger, flow.id)) {
         if (schedules.task(flow.id))
             schedules.remove(flow.id);
         return;
@@ -281,11 +281,15 @@ std::vector<FlowRun> NodesStore::takeInterrupted() {
         if (!held || !*held)
             continue; // it goes on
         auto run = readRunNote(state_->noteOf(*id));
-        if (run && run->flowID == *id) {
-            record(*run);
-            taken.push_back(std::move(*run));
-        } else if (statusOf(state_->noteOf(*id))) {
-            removeItem(state_->noteOf(*id), RemovalMethod::permanent);
+        try {
+            if (run && run->flowID == *id) {
+                record(*run);
+                taken.push_back(std::move(*run));
+            } else if (statusOf(state_->noteOf(*id))) {
+                removeItem(state_->noteOf(*id), RemovalMethod::permanent);
+            }
+        } catch (const SystemError&) {
+            // What cannot be stored now is left for the next.
         }
     }
     return taken;

@@ -62,6 +62,8 @@ TEST_F(NodesStoreTest, IsSharedAndLeavesAloneWhatItCannotRead) {
 TEST_F(NodesStoreTest, MirrorsASchedule) {
     NodesStore store = open();
     Flow flow = store.save(flowAt("a", HourlySchedule{6}));
+    EXPECT_TRUE(isFilledIn(OnSchedule{HourlySchedule{0}, false}, flow.id));
+    EXPECT_FALSE(isFilledIn(OnSchedule{DailySchedule{25, 0}, false}, flow.id));
     const auto first = schedules.task(flow.id);
     ASSERT_TRUE(first);
     EXPECT_EQ(first->nextRun, now + std::chrono::hours(6));
