@@ -217,15 +217,16 @@ bool FlowEditorViewModel::edit(const std::string& step, Change change) {
 }
 
 void FlowEditorViewModel::rename(const QString& name) {
-    const std::string text = name.trimmed().toStdString();
-    if (!text.empty())
-        edit("name", [&](Flow& flow) { flow.name = text; });
+    // As it is typed: a space at the end is on the way to the next word.
+    if (!name.trimmed().isEmpty())
+        edit("name", [&](Flow& flow) { flow.name = name.toStdString(); });
 }
 
 void FlowEditorViewModel::setTitle(const QString& title) {
     if (const FlowNode* node = selected())
-        edit("title",
-             [&, id = node->id](Flow& flow) { flow.node(id)->title = title.trimmed().toStdString(); });
+        edit("title", [&, id = node->id](Flow& flow) {
+            flow.node(id)->title = title.trimmed().isEmpty() ? std::string() : title.toStdString();
+        });
 }
 
 void FlowEditorViewModel::setField(const QString& key, const QString& value) {
@@ -282,7 +283,7 @@ void FlowEditorViewModel::addNext(const QString& kind) {
                                          [](const FlowNodeKind& each) { return caseName(each); });
     if (!document_ || found == emptyKinds().end())
         return;
-    constexpr double gap = 3 * canvas::grid + 4; // to the next column of the grid
+    constexpr double gap = 3 * canvas::grid;
     if (const FlowNode* node = selected()) {
         add(*found, {node->position.x + canvas::nodeWidth + gap, node->position.y}, node->id);
     } else {

@@ -12,10 +12,11 @@
 
 namespace vh::app {
 
-/// How large a node is drawn, and on what it snaps, in units of the canvas.
+/// How large a node is drawn, and on what it snaps, in units of the canvas; all multiples of 20, so that every zoom of
+/// a twentieth falls on whole pixels.
 namespace canvas {
-inline constexpr double nodeWidth = 176;
-inline constexpr double nodeHeight = 58;
+inline constexpr double nodeWidth = 180;
+inline constexpr double nodeHeight = 60;
 inline constexpr double grid = 20;
 /// The nearest point of the grid.
 flows::FlowPoint snapped(double x, double y);

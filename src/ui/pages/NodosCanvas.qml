@@ -37,13 +37,21 @@ FocusScope {
     }
 
     function zoomAt(factor: real, x: real, y: real) {
-        const next = Math.max(leastZoom, Math.min(mostZoom, zoom * factor));
-        panX = x - (x - panX) * next / zoom;
-        panY = y - (y - panY) * next / zoom;
+        moved.wanted = Math.max(leastZoom, Math.min(mostZoom, moved.wanted * factor));
+        const next = twentieth(moved.wanted);
+        panX = Math.round(x - (x - panX) * next / zoom);
+        panY = Math.round(y - (y - panY) * next / zoom);
         zoom = next;
     }
 
-    function zoomBy(factor: real) { zoomAt(factor, width / 2, height / 2); }
+    // Nodes fall on whole pixels at every such zoom.
+    function twentieth(value: real): real { return Math.round(value * 20) / 20; }
+
+    function zoomBy(factor: real) {
+        moved.touched = true;
+        moved.wanted = zoom;
+        zoomAt(factor, width / 2, height / 2);
+    }
 
     // The whole flow; never larger than life.
     function fit() {
@@ -52,16 +60,18 @@ FocusScope {
         const top = Theme.rowHeightTwo;
         if (all.width <= 0 || width <= 0 || height <= 0)
             return;
-        zoom = Math.max(leastZoom, Math.min(1, (width - 2 * room) / all.width, (height - 2 * top - room) / all.height));
-        panX = Math.round(Math.max(room, Math.min((width - all.width * zoom) / 2, room)) - all.x * zoom);
+        const most = Math.min(1, (width - 2 * room) / all.width, (height - 2 * top - room) / all.height);
+        zoom = Math.max(leastZoom, Math.floor(most * 20) / 20);
+        moved.wanted = zoom;
+        panX = Math.round(room - all.x * zoom);
         panY = Math.round(top + room - all.y * zoom);
     }
 
     // Brings a part of the canvas into view.
     function reveal(x: real, y: real, w: real, h: real) {
         const room = Theme.space24;
-        panX = Math.min(Math.max(panX, room - x * zoom), width - room - (x + w) * zoom);
-        panY = Math.min(Math.max(panY, room + Theme.rowHeightTwo - y * zoom), height - room - Theme.rowHeightTwo - (y + h) * zoom);
+        panX = Math.round(Math.min(Math.max(panX, room - x * zoom), width - room - (x + w) * zoom));
+        panY = Math.round(Math.min(Math.max(panY, room + Theme.rowHeightTwo - y * zoom), height - room - Theme.rowHeightTwo - (y + h) * zoom));
     }
 
     function add() { menu.open(); }
@@ -95,6 +105,8 @@ FocusScope {
         id: moved
         // The person has chosen what to see.
         property bool touched: false
+        // Before it was rounded, so that small turns of a wheel add up.
+        property real wanted: 1
     }
     Connections {
         target: canvas.editor
@@ -224,10 +236,13 @@ FocusScope {
         PinchHandler {
             property real before: 1
             target: null
-            onActiveChanged: before = canvas.zoom
+            onActiveChanged: {
+                before = canvas.zoom;
+                moved.wanted = canvas.zoom;
+            }
             onActiveScaleChanged: {
                 moved.touched = true;
-                canvas.zoomAt(before * activeScale / canvas.zoom, centroid.position.x, centroid.position.y);
+                canvas.zoomAt(before * activeScale / moved.wanted, centroid.position.x, centroid.position.y);
             }
         }
 

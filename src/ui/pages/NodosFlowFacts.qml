@@ -25,13 +25,18 @@ Column {
         onClicked: facts.editor.select(modelData.node)
     }
 
-    Heading { text: Tr.t("nodes-page.name") }
-    Field {
+    Column {
         width: parent.width
-        enabled: !facts.editor.readOnly
-        name: Tr.t("nodes-page.name")
-        text: facts.editor.name
-        onTextEdited: facts.editor.rename(text)
+        spacing: Theme.space4
+
+        Heading { text: Tr.t("nodes-page.name") }
+        Field {
+            width: parent.width
+            enabled: !facts.editor.readOnly
+            name: Tr.t("nodes-page.name")
+            text: facts.editor.name
+            onTextEdited: facts.editor.rename(text)
+        }
     }
     Label {
         visible: facts.editor.readOnly

@@ -93,13 +93,18 @@ Column {
                 editor: facts.editor
             }
         }
-        Heading { text: Tr.t("nodes-page.title") }
-        Field {
-            width: facts.width
-            name: Tr.t("nodes-page.title")
-            placeholderText: facts.node.ownTitle ?? ""
-            text: facts.node.givenTitle ?? ""
-            onTextEdited: facts.editor.setTitle(text)
+        Column {
+            width: parent.width
+            spacing: Theme.space4
+
+            Heading { text: Tr.t("nodes-page.title") }
+            Field {
+                width: facts.width
+                name: Tr.t("nodes-page.title")
+                placeholderText: facts.node.ownTitle ?? ""
+                text: facts.node.givenTitle ?? ""
+                onTextEdited: facts.editor.setTitle(text)
+            }
         }
     }
 

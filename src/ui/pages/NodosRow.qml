@@ -75,7 +75,7 @@ TableRow {
         id: time
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        width: Theme.sizeWidth
+        width: Theme.fieldWidthShort - Theme.space8
         horizontalAlignment: Text.AlignRight
         text: row.lastTime === "" ? Tr.t("nodes-page.never") : row.lastTime
         color: row.lastTime === "" ? Theme.second : Theme.text
