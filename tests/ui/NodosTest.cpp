@@ -39,9 +39,11 @@ protected:
         return nullptr;
     }
     QPoint middleOf(QQuickItem* item) { return item->mapToScene(item->boundingRect().center()).toPoint(); }
+    /// Its ports are there while the mouse is over the node.
     QPoint portOf(QQuickItem* node) {
+        QTest::mouseMove(&window().quickWindow(), middleOf(node));
         const QRectF frame = node->boundingRect();
-        return node->mapToScene({frame.right(), frame.center().y()}).toPoint();
+        return node->mapToScene({frame.right() - 2, frame.center().y()}).toPoint();
     }
     void drag(QPoint from, QPoint to) {
         auto* view = &window().quickWindow();

@@ -19,7 +19,7 @@ Card {
     }
 
     Accessible.role: Accessible.Pane
-    Accessible.name: isNode ? node.title : editor.name
+    Accessible.name: node.title ?? editor.name
 
     Flickable {
         id: flick
