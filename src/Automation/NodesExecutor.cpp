@@ -5,6 +5,7 @@
 #include "Automation/NodeWork.h"
 #include "Automation/ScriptLibrary.h"
 #include "Core/Printable.h"
+#include "Core/RunLog.h"
 #include "Flows/FlowExpansion.h"
 #include "Platform/Desktop.h"
 #include "Platform/MainLoop.h"
@@ -27,6 +28,13 @@ namespace {
 
 /// How long the main loop may take to show a notification.
 constexpr int64_t notifyLimitSeconds = 60;
+
+/// Under which tool a node's work on this computer stands in the log; tools and mail leave their records themselves.
+std::string loggedTool(const FlowNodeKind& kind) {
+    return std::holds_alternative<CopyNode>(kind)     ? "fast-copy"
+           : std::holds_alternative<ScriptNode>(kind) ? "scripts"
+                                                      : "";
+}
 
 /// The nodes of one run.
 class RunExecutor : public FlowExecutor {
@@ -52,7 +60,7 @@ public:
         if (const auto* node = std::get_if<NotifyNode>(&kind))
             return notify(step.flow.name, node->message, cancel, std::move(finish));
         threads_.run([this, &step, &cancel, kind = std::move(kind), finish = std::move(finish)] {
-            finish(result(step, kind, cancel));
+            finish(loggedResult(step, kind, cancel));
         });
     }
 
@@ -100,6 +108,21 @@ private:
         });
     }
 
+    FlowNodeResult loggedResult(const FlowStep& step, const FlowNodeKind& kind,
+                                const CancelToken& cancel) const {
+        const std::string tool = loggedTool(kind);
+        if (tool.empty() || isElsewhere(step, kind))
+            return result(step, kind, cancel);
+        const auto handle =
+            parts_.world.runs.log.begin(tool, Trigger::flow, {{RunDetail::flow, step.flow.name}});
+        FlowNodeResult done = result(step, kind, cancel);
+        const auto* script = std::get_if<ScriptNode>(&kind);
+        const double errors = done.outcome == FlowNodeOutcome::failed ? 1 : 0;
+        handle->finish(logOutcome(done.outcome), script ? script->name + ": " + done.summary : done.summary,
+                       {{RunMetric::errors, errors}});
+        return done;
+    }
+
     FlowNodeResult result(const FlowStep& step, const FlowNodeKind& kind, const CancelToken& cancel) const {
         try {
             return perform(step, kind, cancel);
@@ -110,16 +133,20 @@ private:
         }
     }
 
+    static bool isElsewhere(const FlowStep& step, const FlowNodeKind& kind) {
+        return runsOnComputer(kind) && std::holds_alternative<FlowMachine>(step.computer);
+    }
+
     FlowNodeResult perform(const FlowStep& step, const FlowNodeKind& kind, const CancelToken& cancel) const {
-        const bool isElsewhere = runsOnComputer(kind) && std::holds_alternative<FlowMachine>(step.computer);
+        const bool isAway = isElsewhere(step, kind);
         const NodeWork work(parts_, context_, step, cancel);
         if (const auto* email = std::get_if<EmailNode>(&kind))
             return work.doEmail(email->email);
-        if (const auto* tool = std::get_if<ToolNode>(&kind); tool && !isElsewhere)
+        if (const auto* tool = std::get_if<ToolNode>(&kind); tool && !isAway)
             return work.doTool(tool->tool);
-        if (const auto* script = std::get_if<ScriptNode>(&kind); script && !isElsewhere)
+        if (const auto* script = std::get_if<ScriptNode>(&kind); script && !isAway)
             return work.doScript(script->name);
-        if (std::holds_alternative<CopyNode>(kind) && !isElsewhere)
+        if (std::holds_alternative<CopyNode>(kind) && !isAway)
             return work.doCopy(std::get<CopyNode>(step.node.kind));
         return outpost_.run(step, kind, parts_.world.texts(), cancel);
     }

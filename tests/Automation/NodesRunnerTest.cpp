@@ -192,7 +192,7 @@ TEST_F(NodesRunnerTest, AStopReachesChildrenThatDoNotListen) {
         const std::string state = readFileIfPresent(fmt::format("/proc/{}/stat", child)).value_or(") Z");
         return state.substr(state.rfind(')') + 2, 1) == "Z";
     });
-    EXPECT_EQ(desk.summaries(), std::vector<std::string>{"Tidy · 3 nodes"});
+    EXPECT_EQ(desk.summaries(), (std::vector<std::string>{"deaf: Stopped", "Tidy · 3 nodes"}));
 }
 
 TEST_F(NodesRunnerTest, APlanChangesNothing) {
@@ -267,7 +267,8 @@ TEST_F(NodesRunnerTest, AKilledRunIsRecordedAndGoesOnWhereItWas) {
     });
     ASSERT_EQ(outcome.status, 128 + SIGKILL) << outcome.message;
     desk.runner->recordInterrupted();
-    EXPECT_EQ(desk.summaries(), std::vector<std::string>{"Tidy was interrupted before its end."});
+    EXPECT_EQ(desk.summaries(),
+              (std::vector<std::string>{"once: Ended with code 0", "Tidy was interrupted before its end."}));
     const auto runs = desk.store.runs(flow.id);
     ASSERT_EQ(runs.size(), 1u);
     writeFileAtomically(dir / "again", "");
