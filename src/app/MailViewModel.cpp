@@ -17,6 +17,10 @@ namespace {
 
 constexpr int highestPort = 65535;
 
+int usualPort(mail::MailSecurity security) {
+    return security == mail::MailSecurity::tls ? 465 : 587;
+}
+
 /// Puts one field in; the key of what is wrong with the value, nothing when all is well.
 const char* put(mail::MailSettings& settings, const QString& field, const QString& text) {
     const std::string value = text.trimmed().toStdString();
@@ -27,7 +31,10 @@ const char* put(mail::MailSettings& settings, const QString& field, const QStrin
             return "mail-page.fault.port";
         settings.port = port;
     } else if (field == QLatin1String("security")) {
+        const int before = usualPort(settings.security);
         settings.security = fromRaw<mail::MailSecurity>(value).value_or(settings.security);
+        if (settings.port == before)
+            settings.port = usualPort(settings.security);
     } else if (field == QLatin1String("sender")) {
         if (!value.empty() && !MailAddress::isValid(value))
             return "mail.bad-address";

@@ -42,7 +42,10 @@ MainLoop::Token QtLoop::watch(int descriptor, Readiness readiness, std::function
     const auto type = readiness == Readiness::readable ? QSocketNotifier::Read : QSocketNotifier::Exception;
     auto* notifier = new QSocketNotifier(descriptor, type);
     QObject::connect(notifier, &QSocketNotifier::activated, notifier, [f = std::move(f)] { f(); });
-    return tokenOf(notifier);
+    // Its descriptor may be closed as soon as the token has gone.
+    return {notifier, [token = tokenOf(notifier)](QSocketNotifier* gone) {
+                gone->setEnabled(false);
+            }};
 }
 
 } // namespace vh::app

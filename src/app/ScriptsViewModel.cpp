@@ -152,6 +152,8 @@ void ScriptsViewModel::remove() {
 void ScriptsViewModel::run() {
     if (isRunning() || (isChanged() && !save()))
         return;
+    if (const auto script = library().script(current_.toStdString()); script && script->isSystem)
+        return say(context_.texts().text("scripts.wants-root", {{"name", current_.toStdString()}}));
     output_.clear();
     outcome_.clear();
     outcomeText_.clear();

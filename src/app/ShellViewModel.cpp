@@ -1,5 +1,6 @@
 #include "app/ShellViewModel.h"
 
+#include "Core/Fold.h"
 #include "Core/ToolCatalog.h"
 #include "Core/ToolTexts.h"
 #include "Core/UserDefaults.h"
@@ -10,6 +11,8 @@
 #include "app/AutomationLife.h"
 #include "app/ModuleRegistry.h"
 #include "app/Session.h"
+
+#include <algorithm>
 
 namespace vh::app {
 
@@ -123,6 +126,12 @@ QVariantList ShellViewModel::search(const QString& text) const {
             {QStringLiteral("sectionTitle"), qtText(sectionTitle(texts, tool->section))},
         };
     return list;
+}
+
+bool ShellViewModel::matches(const QString& name, const QString& text) const {
+    const QString folded = qtText(foldForSearch(name.toStdString()));
+    const auto words = qtText(foldForSearch(text.toStdString())).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    return std::ranges::all_of(words, [&](const QString& word) { return folded.contains(word); });
 }
 
 } // namespace vh::app

@@ -37,6 +37,9 @@ public:
     /// Tools by name, summary and former identifiers in every language, best match first.
     Q_INVOKABLE QVariantList search(const QString& text) const;
 
+    /// Whether a name holds every word of a search.
+    Q_INVOKABLE bool matches(const QString& name, const QString& text) const;
+
 signals:
     void modeChanged();
     void sectionsChanged();

@@ -21,6 +21,8 @@ TEST(Options, sayWhatTheCommandLineAsksFor) {
         {{"--version"}, Act::printVersion, ""},
         {{"--screenshot", "home"}, Act::refuse, ""},
         {{"--screenshot", "home", "a.png", "b.png"}, Act::refuse, ""},
+        {{"varnholt://flow/run?id=1"}, Act::openWindow, ""},
+        {{"varnholt://a", "varnholt://b"}, Act::refuse, ""},
         {{"home"}, Act::refuse, ""},
         {{"--colour"}, Act::refuse, ""},
         {{"--page"}, Act::refuse, ""},

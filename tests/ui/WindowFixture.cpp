@@ -42,6 +42,8 @@ WindowFixture::WindowFixture() {
     for (const auto* name : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
         setVariable(name, std::nullopt);
     setVariable("LC_ALL", "C.UTF-8");
+    // Nobody answers there: passwords stay in this home.
+    setVariable("DBUS_SESSION_BUS_ADDRESS", QByteArray::fromStdString("unix:path=" + (home_ / "no-bus")));
     gathered = &warnings_;
     qInstallMessageHandler(gather);
 }

@@ -47,7 +47,7 @@ Card {
         topMargin: Theme.space4
         clip: true
         reuseItems: true
-        activeFocusOnTab: count > 0
+        activeFocusOnTab: count > 0 || activeFocus
         keyNavigationEnabled: true
         boundsBehavior: Flickable.StopAtBounds
         highlightMoveDuration: 0

@@ -45,7 +45,10 @@ Page {
     }
 
     function openFlow(id: string) {
-        page.navigate("nodos");
+        if (App.flowEditor.open(id))
+            page.navigate("nodos");
+        else
+            page.said(Tr.t("schedules.flow-gone"));
     }
 
     function goBack(): bool {
@@ -79,7 +82,8 @@ Page {
             anchors.rightMargin: Theme.space16
             anchors.verticalCenter: parent.verticalCenter
             text: page.isRunning ? Tr.t("schedules.doing", {title: page.schedules.runningTitle, what: page.schedules.progressText})
-                : page.schedules.message !== "" ? page.schedules.message : page.schedules.countText
+                : page.schedules.message !== "" ? page.schedules.message
+                : table.count > 0 ? page.schedules.countText : ""
             color: page.isRunning ? Theme.text : Theme.second
             elide: Text.ElideMiddle
         }

@@ -19,11 +19,7 @@ Window {
 
     function open(id: string): bool { return shell.open(id); }
     function pageIds(): var { return shell.pageIds(); }
-    function showState(name: string): bool {
-        if (name === "closing")
-            closing.open();
-        return name === "closing" || shell.showState(name);
-    }
+    function showState(name: string): bool { return shell.showState(name); }
     function come() {
         if (visibility === Window.Minimized)
             showNormal();

@@ -13,7 +13,11 @@ QtObject {
     ]
 
     // Pages that the sidebar's list does not show.
-    readonly property var apart: ["settings", "scripts"]
+    readonly property var apart: [
+        {id: "scripts", icon: "terminal", title: Tr.t("scripts.title"), summary: Tr.t("scripts.line")},
+        {id: "settings", icon: "gearshape", title: Tr.t("shell.page.settings"), summary: Tr.t("settings.line")}
+    ]
+    readonly property var all: fixed.concat(apart)
 
     readonly property var own: ({
         "home": "HomePage",
@@ -27,12 +31,17 @@ QtObject {
 
     // The page that answers to an identifier, folded ones included, or to a tool's name; "" for none.
     function resolve(id: string): string {
-        return apart.includes(id) || fixed.some(page => page.id === id) ? id : App.shell.idOf(id);
+        return all.some(page => page.id === id) ? id : App.shell.idOf(id);
     }
 
     // All but the tools.
     function ids(): var {
-        return fixed.map(page => page.id).concat(apart);
+        return all.map(page => page.id);
+    }
+
+    // Which entry of the sidebar stands for a page.
+    function entryOf(id: string): string {
+        return id === "scripts" ? "nodos" : id;
     }
 
     function source(id: string): url {

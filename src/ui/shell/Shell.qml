@@ -94,7 +94,8 @@ FocusScope {
         width: Math.max(Theme.sidebarWidth, wanted)
         height: parent.height
         fixed: pages.fixed
-        current: shell.pageId
+        searched: pages.all
+        current: pages.entryOf(shell.pageId)
         onPicked: id => shell.open(id)
         onFound: id => {
             shell.open(id);

@@ -7,6 +7,7 @@ Rectangle {
     id: sidebar
 
     property var fixed: []
+    property var searched: []
     property string current
     readonly property Item lastStop: settings
 
@@ -102,6 +103,7 @@ Rectangle {
         x: Theme.space12
         y: Theme.space32 + Theme.space16
         width: parent.width - 2 * Theme.space12 - Theme.hairline
+        pages: sidebar.searched
         onPicked: id => sidebar.found(id)
     }
 

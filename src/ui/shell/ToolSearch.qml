@@ -2,13 +2,18 @@ import QtQuick
 import QtQuick.Templates as T
 import Varnholt
 
-// Finds a tool by name, by what it does, or by an old name; the list under it is worked from the field.
+// Finds a tool by name, by what it does, or by an old name, and a page by its name; the list under it is worked from the field.
 SearchField {
     id: field
 
     signal picked(string id)
 
-    readonly property var results: text.trim() === "" ? [] : App.shell.search(text)
+    // [{id, title, summary, icon}]
+    property var pages: []
+    readonly property var results: text.trim() === "" ? [] : App.shell.search(text).concat(
+        pages.filter(page => App.shell.matches(page.title, text)).map(page => ({
+            id: page.id, name: page.title, summary: page.summary, icon: page.icon, sectionTitle: ""
+        })))
 
     function pick(index: int) {
         if (index < 0 || index >= results.length)
