@@ -454,13 +454,15 @@ void FlowEditorViewModel::stop() {
 void FlowEditorViewModel::toggleDryRun() {
     if (!document_)
         return;
+    const FlowWords said = words();
     QVariantList plan;
     state_.plan.clear();
     if (!isPlanned())
         for (const auto& line : automation_.runner().plan(flow(), {})) {
             state_.plan[line.node] = line.text;
+            const FlowNode* node = flow().node(line.node);
             plan << QVariantMap{{QStringLiteral("node"), qtText(line.node.text())},
-                                {QStringLiteral("title"), qtText(printable(line.title))},
+                                {QStringLiteral("title"), node ? said.title(*node) : QString()},
                                 {QStringLiteral("text"), qtText(printable(line.text))}};
         }
     put(plan_, plan, &FlowEditorViewModel::planChanged);

@@ -38,6 +38,13 @@ protected:
                 return item;
         return nullptr;
     }
+    QQuickItem* nodeItem(const QString& name) {
+        for (auto* item : shownItems())
+            if (QByteArray(item->metaObject()->className()).startsWith("NodosNode_") &&
+                accessibleName(item).startsWith(name))
+                return item;
+        return nullptr;
+    }
     QPoint middleOf(QQuickItem* item) { return item->mapToScene(item->boundingRect().center()).toPoint(); }
     /// Its ports are there while the mouse is over the node.
     QPoint portOf(QQuickItem* node) {
@@ -106,13 +113,13 @@ TEST_F(Nodos, AnEdgeIsDrawnWithTheMouseAndAFieldTypedInto) {
     openNewFlow();
     QMetaObject::invokeMethod(&editor(), "addAt", Q_ARG(QString, "notify"), Q_ARG(double, 380),
                               Q_ARG(double, 400));
-    waitUntil("the new node is shown", [&] { return shown("Notification") != nullptr; });
-    drag(portOf(shown("This computer")), middleOf(shown("Notification")));
+    waitUntil("the new node is shown", [&] { return nodeItem("Notification") != nullptr; });
+    drag(portOf(nodeItem("This computer")), middleOf(nodeItem("Notification")));
     ASSERT_EQ(model("edges").rowCount(), 2);
-    drag(portOf(shown("Notification")), middleOf(shown("This computer")));
+    drag(portOf(nodeItem("Notification")), middleOf(nodeItem("This computer")));
     EXPECT_EQ(model("edges").rowCount(), 2) << "no circle";
 
-    auto* node = shown("Notification");
+    auto* node = nodeItem("Notification");
     const auto at = middleOf(node);
     drag(at, at + QPoint(85, 0));
     EXPECT_EQ(value("nodes", 2, "nodeX").toInt(), 460);

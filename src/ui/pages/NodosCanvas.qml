@@ -19,6 +19,7 @@ FocusScope {
     readonly property rect seen: Qt.rect(-panX / zoom, -panY / zoom, width / zoom, height / zoom)
     readonly property real leastZoom: 0.2
     readonly property real mostZoom: 2
+    readonly property real readableZoom: 0.6
 
     signal leave
     signal inspect
@@ -53,15 +54,15 @@ FocusScope {
         zoomAt(factor, width / 2, height / 2);
     }
 
-    // The whole flow; never larger than life.
-    function fit() {
+    // The whole flow, or its beginning where that would be smaller than `least`; never larger than life.
+    function fit(least: real) {
         const all = editor.bounds;
         const room = Theme.space32;
         const top = Theme.rowHeightTwo;
         if (all.width <= 0 || width <= 0 || height <= 0)
             return;
         const most = Math.min(1, (width - 2 * room) / all.width, (height - 2 * top - room) / all.height);
-        zoom = Math.max(leastZoom, Math.floor(most * 20) / 20);
+        zoom = Math.max(least, Math.floor(most * 20) / 20);
         moved.wanted = zoom;
         panX = Math.round(room - all.x * zoom);
         panY = Math.round(top + room - all.y * zoom);
@@ -98,8 +99,8 @@ FocusScope {
     Accessible.role: Accessible.Pane
     Accessible.name: Tr.t("nodes-page.canvas")
     Accessible.description: Tr.t("nodes-page.canvas.keys")
-    onWidthChanged: if (!moved.touched) fit()
-    onHeightChanged: if (!moved.touched) fit()
+    onWidthChanged: if (!moved.touched) fit(readableZoom)
+    onHeightChanged: if (!moved.touched) fit(readableZoom)
 
     QtObject {
         id: moved
@@ -112,7 +113,7 @@ FocusScope {
         target: canvas.editor
         function onOpened() {
             moved.touched = false;
-            canvas.fit();
+            canvas.fit(canvas.readableZoom);
         }
     }
 
@@ -147,7 +148,7 @@ FocusScope {
             [Qt.Key_Equal]: () => zoomBy(1.25),
             [Qt.Key_Minus]: () => zoomBy(0.8),
             [Qt.Key_0]: () => zoomBy(1 / zoom),
-            [Qt.Key_F]: () => fit()
+            [Qt.Key_F]: () => fit(leastZoom)
         };
         event.accepted = plain && event.key in acts;
         if (event.accepted)

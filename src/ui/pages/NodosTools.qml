@@ -68,7 +68,7 @@ Item {
             IconButton {
                 iconName: "arrow.up.left.and.arrow.down.right"
                 text: Tr.t("nodes-page.zoom-fit")
-                onClicked: tools.board.fit()
+                onClicked: tools.board.fit(tools.board.leastZoom)
             }
         }
     }
