@@ -139,8 +139,9 @@ TEST_F(NodesRunnerTest, EveryKindEndsInAResultThatSaysWhy) {
     for (size_t i = 0; i < rows.size(); ++i) {
         const FlowNodeResult& result = desk.result(flow, i);
         EXPECT_EQ(result.outcome, rows[i].outcome) << i << ": " << result.summary;
-        if (!rows[i].summary.empty())
+        if (!rows[i].summary.empty()) {
             EXPECT_EQ(result.summary, rows[i].summary);
+        }
     }
     EXPECT_EQ(desk.result(flow, 0).output, fmt::format("Tidy:{0}:{0}\n", dir / "clip"));
     EXPECT_GT(desk.result(flow, 0).seconds, 0);
