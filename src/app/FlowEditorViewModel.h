@@ -12,7 +12,8 @@
 
 namespace vh::automation {
 class Automation;
-}
+struct FlowStart;
+} // namespace vh::automation
 
 namespace vh::app {
 
@@ -151,7 +152,10 @@ public:
     Q_INVOKABLE bool finishConnect();
     Q_INVOKABLE void cancelConnect();
 
-    Q_INVOKABLE void run();
+    /// [{name, title, isFolder}] of the values that a start of its kind would give and that a run by hand has to be told.
+    Q_INVOKABLE QVariantList neededValues() const;
+    /// `values`: paths by the names of neededValues.
+    Q_INVOKABLE void run(const QVariantMap& values = {});
     Q_INVOKABLE void resume(const QString& runId);
     Q_INVOKABLE void stop();
     /// Shows what a run would do, or no longer.
@@ -182,7 +186,7 @@ private:
     bool edit(const std::string& step, Change change);
     void add(flows::FlowNodeKind kind, flows::FlowPoint at, const std::optional<Uuid>& after);
     void selectId(std::optional<Uuid> id);
-    void start(const std::optional<Uuid>& resumed);
+    void start(const automation::FlowStart& how);
     bool attempt(const std::function<void()>& act);
     void say(const QString& message);
 

@@ -203,6 +203,22 @@ TEST_F(FlowEditor, ShowsARunWhileItGoesOnAndAfterwards) {
     EXPECT_EQ(store.runs(flow.id)[0].resumed, Uuid::parse(runs[0]));
 }
 
+TEST_F(FlowEditor, ARunByHandIsToldWhatAStartWouldSay) {
+    editor.select(node(0));
+    editor.setField("start.kind", "newFiles");
+    editor.setField("start.newFiles.folder", "/in");
+    EXPECT_THAT(editor.neededValues(), IsEmpty());
+    editor.select(node(1));
+    editor.addNext("script");
+    editor.setField("script.name", "{files} of {date}");
+    EXPECT_THAT(column(editor.neededValues(), "name"), ElementsAre("files"));
+    editor.run({{"files", "~/clip.mov"}});
+    ASSERT_TRUE(waitFor([&] { return editor.runCount() == 1; }));
+    const auto values = store.runs(flow.id)[0].values;
+    ASSERT_TRUE(values && values->files);
+    EXPECT_THAT(*values->files, ElementsAre(desk.session.folders().home + "/clip.mov"));
+}
+
 TEST_F(FlowEditor, AThousandNodesChangeOneRowPerKeystroke) {
     Flow large = Flow::blank("Large", noon);
     for (int i = 0; i < 1000; ++i) {

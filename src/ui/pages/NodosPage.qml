@@ -77,7 +77,7 @@ Page {
             iconName: page.editor.isRunning ? "stop" : "bolt"
             text: page.editor.isRunning ? Tr.t("shell.stop") : Tr.t("nodes-page.run")
             enabled: page.editor.isRunning || !page.editor.isBlocked
-            onClicked: page.editor.isRunning ? page.editor.stop() : page.editor.run()
+            onClicked: page.editor.isRunning ? page.editor.stop() : asking.run()
         }
     ]
 
@@ -117,6 +117,10 @@ Page {
         onExporting: list.item.exportFlow()
     }
 
+    NodosRunSheet {
+        id: asking
+        editor: page.editor
+    }
     Loader {
         id: opener
         active: false
