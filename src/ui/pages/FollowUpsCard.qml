@@ -7,6 +7,11 @@ SettingsCard {
 
     readonly property var followUps: App.followUps
 
+    function show(tool: string) {
+        sheet.toolId = tool;
+        sheet.open();
+    }
+
     title: Tr.t("follow-ups.title")
 
     Repeater {
@@ -22,10 +27,7 @@ SettingsCard {
             Button {
                 text: Tr.t("follow-ups.change")
                 Accessible.name: text + " " + row.modelData.name
-                onClicked: {
-                    sheet.toolId = row.modelData.id;
-                    sheet.open();
-                }
+                onClicked: card.show(row.modelData.id)
             }
         }
     }

@@ -7,6 +7,8 @@ FocusScope {
 
     required property var scripts
     readonly property bool isSaved: scripts.current !== ""
+    // The name gets a line of its own where the buttons leave it too little.
+    readonly property bool narrow: width < buttons.width + Theme.fieldWidth
     readonly property bool wasRun: scripts.isRunning || scripts.outcome !== ""
 
     signal remove
@@ -17,8 +19,8 @@ FocusScope {
     Field {
         id: nameField
         anchors.left: parent.left
-        anchors.right: buttons.left
-        anchors.rightMargin: Theme.space16
+        anchors.right: editor.narrow ? parent.right : buttons.left
+        anchors.rightMargin: editor.narrow ? 0 : Theme.space16
         placeholderText: Tr.t("scripts.name")
         text: editor.scripts.name
         onTextEdited: editor.scripts.name = text
@@ -26,6 +28,7 @@ FocusScope {
     Row {
         id: buttons
         anchors.right: parent.right
+        y: editor.narrow ? nameField.height + Theme.space8 : 0
         spacing: Theme.space8
 
         Button {
@@ -56,7 +59,7 @@ FocusScope {
     }
     ErrorNote {
         id: fault
-        anchors.top: nameField.bottom
+        anchors.top: buttons.bottom
         anchors.topMargin: visible ? Theme.space12 : 0
         width: parent.width
         height: visible ? implicitHeight : 0

@@ -7,9 +7,12 @@ Page {
     readonly property var settings: App.settings
 
     function showState(name: string): bool {
-        if (name !== "move")
+        if (name === "move")
+            moveSheet.open();
+        else if (name === "follow-ups")
+            followUps.show("system-junk");
+        else
             return false;
-        moveSheet.open();
         return true;
     }
 
@@ -109,7 +112,10 @@ Page {
         }
 
         MailCard { width: parent.width }
-        FollowUpsCard { width: parent.width }
+        FollowUpsCard {
+            id: followUps
+            width: parent.width
+        }
 
         SettingsCard {
             width: parent.width
