@@ -9,6 +9,8 @@
 #include "Mail/MailSender.h"
 #include "Platform/Desktop.h"
 #include "Platform/Files.h"
+#include "support/BusService.h"
+#include "support/PrivateBus.h"
 #include "support/SmallDisk.h"
 
 #include <gmock/gmock.h>
@@ -96,6 +98,23 @@ TEST_F(FlowTriggersTest, AStretchOfIdlenessStartsAFlowOnce) {
         ASSERT_TRUE(waitForRuns(ten, runs));
     }
     EXPECT_EQ(count(hour), 0U);
+}
+
+TEST_F(FlowTriggersTest, TheDesktopsIdleTimeStartsAFlow) {
+    const vh::test::PrivateBus session(vh::test::PrivateBus::Kind::session);
+    vh::test::BusService monitor(session.address(), "org.gnome.Mutter.IdleMonitor",
+                                 "/org/gnome/Mutter/IdleMonitor/Core");
+    const Flow ten = flow("Ten", OnIdle{10});
+    const auto desktop = openDesktop();
+    FlowTriggers triggers(world_.world, store_, runner_, *desktop, [] { return std::vector<VolumeFacts>(); });
+    triggers.start();
+    size_t runs = 0;
+    for (const uint64_t idle : {599'000u, 600'000u, 0u, 600'000u}) {
+        monitor.setReply("org.gnome.Mutter.IdleMonitor.GetIdletime", idle);
+        world_.loop.advance(seconds(30));
+        runs += idle == 600'000u ? 1 : 0;
+        ASSERT_TRUE(waitForRuns(ten, runs)) << idle;
+    }
 }
 
 TEST_F(FlowTriggersTest, AChainThatComesBackStops) {
