@@ -25,15 +25,21 @@ NodesRunner::~NodesRunner() {
     state_->onFinished = {};
     state_->onActivity = {};
     state_->observers.clear();
-    while (!state_->runs.empty())
-        end(state_->runs.begin()->second);
+    while (!state_->runs.empty()) {
+        const auto run = state_->runs.begin()->second; // a copy, since it goes from the list
+        end(run);
+    }
 }
 
 bool NodesRunner::start(const Flow& flow, const FlowStart& how, Done done) {
-    recordInterrupted();
-    if (refusal(flow))
-        return false;
-    const auto run = makeRun(flow, how, std::move(done));
+    std::shared_ptr<Run> run;
+    try {
+        recordInterrupted();
+        if (!refusal(flow))
+            run = makeRun(flow, how, std::move(done));
+    } catch (const SystemError&) {
+        // refusal says it to whoever asks.
+    }
     if (run)
         begin(run);
     return run != nullptr;
@@ -207,7 +213,11 @@ void NodesRunner::recordInterrupted() {
 }
 
 bool NodesRunner::isRunning(const Uuid& flow) const {
-    return state_->runs.contains(flow) || !state_->store.lockForRun(flow);
+    try {
+        return state_->isTaken(flow);
+    } catch (const SystemError&) {
+        return true; // without its lock a flow could run twice
+    }
 }
 
 std::vector<FlowProblem> NodesRunner::problems(const Flow& flow) const {
@@ -222,8 +232,12 @@ std::vector<FlowProblem> NodesRunner::blockers(const Flow& flow) const {
 
 std::optional<std::string> NodesRunner::refusal(const Flow& flow) const {
     const Texts texts = state_->world.texts();
-    if (isRunning(flow.id))
-        return texts.text("nodes.already-running", {{"name", printable(flow.name)}});
+    try {
+        if (state_->isTaken(flow.id))
+            return texts.text("nodes.already-running", {{"name", printable(flow.name)}});
+    } catch (const SystemError& error) {
+        return printable(error.what());
+    }
     if (const auto found = blockers(flow); !found.empty())
         return problemsText(flow, found, texts);
     return std::nullopt;

@@ -58,8 +58,8 @@ public:
     /// Stops what runs and waits for it.
     ~NodesRunner();
 
-    /// False when it cannot be started: it runs already, here or elsewhere, it has blockers, or the run to resume is
-    /// not there. It runs as it is now, whatever becomes of the flow meanwhile.
+    /// False when it cannot be started: it runs already, here or elsewhere, it has blockers, the run to resume is not
+    /// there, or the flows' folder cannot be written. It runs as it is now, whatever becomes of the flow meanwhile.
     bool start(const flows::Flow& flow, const FlowStart& how, Done done = {});
     /// Nothing when it was started, else why not, for people.
     std::optional<std::string> runFromOutside(const Uuid& id, const std::string& event);
@@ -70,7 +70,7 @@ public:
     /// Runs whose process was killed get their failed records.
     void recordInterrupted();
 
-    /// Here or in another process.
+    /// Here or in another process; also when that cannot be found out.
     bool isRunning(const Uuid& flow) const;
     std::vector<flows::FlowProblem> blockers(const flows::Flow& flow) const;
     std::vector<flows::FlowProblem> problems(const flows::Flow& flow) const;

@@ -20,6 +20,9 @@ struct NodesRunner::State {
     std::function<void(const Activity&)> onActivity;
     std::unique_ptr<Worker> worker;
 
+    /// Whether the flow runs, here or in another process. Throws SystemError.
+    bool isTaken(const Uuid& flow) const { return runs.contains(flow) || !store.lockForRun(flow); }
+
     /// What the variables stand for; a run that is taken up again keeps what they stood for.
     flows::FlowValues valuesFor(const FlowStart& how, const std::optional<flows::FlowRun>& resumed,
                                 Date startedAt) const {

@@ -277,11 +277,13 @@ std::vector<FlowRun> NodesStore::takeInterrupted() {
         return taken;
     for (const std::string& name : childNames(folder_)) {
         const auto id = idOfName(name, ".running");
-        const std::optional<FileLock> held = id ? std::optional(lockForRun(*id)) : std::nullopt;
-        if (!held || !*held)
-            continue; // it goes on
-        auto run = readRunNote(state_->noteOf(*id));
+        if (!id)
+            continue;
         try {
+            const FileLock held = lockForRun(*id);
+            if (!held)
+                continue; // it goes on
+            auto run = readRunNote(state_->noteOf(*id));
             if (run && run->flowID == *id) {
                 record(*run);
                 taken.push_back(std::move(*run));
@@ -289,7 +291,7 @@ std::vector<FlowRun> NodesStore::takeInterrupted() {
                 removeItem(state_->noteOf(*id), RemovalMethod::permanent);
             }
         } catch (const SystemError&) {
-            // What cannot be stored now is left for the next.
+            // What cannot be read or stored now is left for the next.
         }
     }
     return taken;

@@ -230,6 +230,16 @@ TEST_F(NodesRunnerTest, RefusesFromOutsideInOrder) {
     EXPECT_EQ(desk.store.runs(good.id).size(), 1u);
 }
 
+TEST_F(NodesRunnerTest, WhatKeepsItsFolderFromBeingWrittenIsARefusal) {
+    const Flow flow = desk.draw({WaitNode{1}}, true, OnExternal{});
+    const std::string lock = desk.store.folder() + "/" + flow.id.text() + ".lock";
+    makeFolders(lock);
+    EXPECT_FALSE(desk.start(flow));
+    EXPECT_EQ(desk.runner->runFromOutside(flow.id, "link"), lock + ": Is a directory");
+    EXPECT_TRUE(desk.runner->isRunning(flow.id)) << "it could run twice";
+    EXPECT_TRUE(desk.log.all().empty());
+}
+
 TEST_F(NodesRunnerTest, AScheduledRunBlocksItsThreadAndEndsWithItsStop) {
     const Flow flow = desk.draw({WaitNode{3600}});
     ScheduledTask task;
