@@ -79,8 +79,7 @@ FolderChanges FolderWatcher::take() {
     state_->isGone = state_->isGone || state_->isElsewhere();
     changes.isGone = state_->isGone;
     std::ranges::sort(changes.names);
-    const auto repeated = std::ranges::unique(changes.names);
-    changes.names.erase(repeated.begin(), repeated.end());
+    changes.names.erase(std::unique(changes.names.begin(), changes.names.end()), changes.names.end());
     return changes;
 }
 
