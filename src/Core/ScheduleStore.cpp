@@ -98,11 +98,13 @@ template <class Change>
 auto ScheduleStore::changing(Change change) {
     std::unique_lock guard(mutex_);
     std::optional<FileLock> lock;
+    trouble_.clear();
     try {
         lock.emplace(file_.lock());
         catchUp();
-    } catch (const SystemError&) {
+    } catch (const SystemError& error) {
         lock.reset(); // what cannot be read now must not be written over
+        trouble_ = error.what();
     }
     Tasks changed = tasks_;
     auto result = change(changed);
@@ -121,8 +123,8 @@ void ScheduleStore::persist() {
     try {
         file_.write(encodeJson(tasks_, JsonStyle::pretty) + "\n");
         waiting_.clear();
-    } catch (const SystemError&) {
-        // It waits for the next change.
+    } catch (const SystemError& error) {
+        trouble_ = error.what(); // it waits for the next change
     }
     catchUpIfReadable();
 }
@@ -169,6 +171,11 @@ void ScheduleStore::markRun(const Uuid& id, Date at, std::optional<Outcome> outc
         }
         task.nextRun = nextRun(task.schedule, at, calendar_);
     });
+}
+
+std::string ScheduleStore::trouble() const {
+    const std::lock_guard guard(mutex_);
+    return trouble_;
 }
 
 std::shared_ptr<void> ScheduleStore::observe(std::function<void()> observer) {

@@ -42,6 +42,9 @@ public:
     /// Called on the thread that changed the list, in this process, until the token goes.
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> observer);
 
+    /// Why the last change is in memory only, for people; empty when it is in the file.
+    std::string trouble() const;
+
     const std::string& fileURL() const { return file_.path(); }
 
 private:
@@ -59,6 +62,7 @@ private:
     mutable std::vector<ScheduledTask> tasks_;
     /// What could not be written yet, over what the file says; nothing for a removed one.
     std::map<Uuid, std::optional<ScheduledTask>> waiting_;
+    std::string trouble_;
     std::vector<std::weak_ptr<std::function<void()>>> observers_;
 };
 

@@ -72,6 +72,12 @@ std::optional<ScheduledTask> findTask(Context& context, const ScheduleStore& sto
     return std::nullopt;
 }
 
+/// A command ends with its store, so what could not be written is lost. Throws std::runtime_error.
+void failUnlessWritten(const ScheduleStore& store) {
+    if (const std::string why = store.trouble(); !why.empty())
+        throw std::runtime_error(why);
+}
+
 void printTask(const ScheduledTask& task, Context& context) {
     if (context.format == Format::json)
         return printJson(task);
@@ -123,6 +129,7 @@ Exit add(Context& context, const AddOptions& options) {
         task.title = action ? titleOf(*action, texts) : task.toolID;
     ScheduleStore store = storeOfUser();
     store.upsert(task);
+    failUnlessWritten(store);
     printTask(task, context);
     return Exit::done;
 }
@@ -136,6 +143,7 @@ Exit changeTask(Context& context, const std::string& word,
         return Exit::failed;
     change(*task); // what is said wrong is found out before the file is locked
     store.change(task->id, change);
+    failUnlessWritten(store);
     printTask(*task, context);
     return Exit::done;
 }
@@ -167,6 +175,7 @@ Exit remove(Context& context, const RemoveOptions& options) {
     if (const auto exit = unlessAgreed(context, options.yes, question))
         return *exit;
     store.remove(task->id);
+    failUnlessWritten(store);
     if (context.format == Format::json)
         printJson(*task);
     else
@@ -189,7 +198,8 @@ Exit run(Context& context, const std::string& word) {
                 own.finish();
         });
         if (!scheduler.runNow(task->id)) {
-            complain(context.session.texts().text("cli.schedule.busy"));
+            const std::string& trouble = scheduler.lastMessage();
+            complain(trouble.empty() ? context.session.texts().text("cli.schedule.busy") : trouble);
             return Exit::failed;
         }
         own.run(context.cancel, [&] { scheduler.stopRunning(); });
@@ -218,9 +228,13 @@ Exit next(Context& context, const NextOptions& options) {
         throw UsageError(printable(options.after) + ": YYYY-MM-DDTHH:MM:SSZ");
     if (options.count < 1 || options.count > mostDates)
         throw UsageError(fmt::format("--count: 1…{}", mostDates));
-    std::vector<Date> dates{nextRun(schedule, *after, calendar)};
-    while (dates.size() < static_cast<size_t>(options.count))
-        dates.push_back(nextRun(schedule, dates.back(), calendar));
+    constexpr Date last =
+        std::chrono::sys_days(std::chrono::year(9999) / 12 / 31); // that a date's text can say
+    std::vector<Date> dates;
+    for (Date date = nextRun(schedule, *after, calendar);
+         date <= last && dates.size() < static_cast<size_t>(options.count);
+         date = nextRun(schedule, date, calendar))
+        dates.push_back(date);
     if (context.format == Format::json) {
         printJson(dates);
         return Exit::done;
