@@ -37,14 +37,18 @@ automation::RunFollowUps& FollowUpsViewModel::followUps() const {
 QVariantList FollowUpsViewModel::tools() const {
     const Texts& texts = context_.texts().current();
     QVariantList list;
+    const auto add = [&](std::string_view id, const QString& icon) {
+        list << QVariantMap{
+            {QStringLiteral("id"), qtText(id)},
+            {QStringLiteral("name"), qtText(toolName(texts, id))},
+            {QStringLiteral("icon"), icon},
+            {QStringLiteral("line"), lineOf(qtText(id))},
+        };
+    };
+    add("nodes", QStringLiteral("point.topleft.down.to.point.bottomright"));
     for (const ToolDescriptor& tool : ToolCatalog::all())
         if (context_.session().registry().hasEngine(tool.id))
-            list << QVariantMap{
-                {QStringLiteral("id"), qtText(tool.id)},
-                {QStringLiteral("name"), qtText(toolName(texts, tool.id))},
-                {QStringLiteral("icon"), toolIcon(tool.id)},
-                {QStringLiteral("line"), lineOf(qtText(tool.id))},
-            };
+            add(tool.id, toolIcon(tool.id));
     return list;
 }
 

@@ -3,6 +3,7 @@
 #include "Automation/Automation.h"
 #include "Automation/ScriptLibrary.h"
 #include "Core/Printable.h"
+#include "Core/RunLog.h"
 #include "Platform/Process.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -158,39 +159,44 @@ void ScriptsViewModel::run() {
     outcome_.clear();
     outcomeText_.clear();
     say({});
+    const auto record = context_.session().runLog().begin("scripts", Trigger::manual);
     running_.run([this, path = library().pathOf(current_.toStdString())](
                      const Background::Task& task) { return execute(path, task); },
-                 [this](std::future<End> end) {
-                     try {
-                         const End how = end.get();
-                         outcome_ = how.outcome;
-                         outcomeText_ = how.text;
-                     } catch (const std::exception& error) {
-                         outcome_ = QStringLiteral("failed");
-                         outcomeText_ = qtText(printable(error.what()));
-                     }
+                 [this, record, name = current_](std::future<ProcessResult> result) {
+                     const End end = endOf(std::move(result));
+                     outcome_ = qtText(rawValue(end.outcome));
+                     outcomeText_ = end.text;
+                     record->finish(end.outcome, (name + QStringLiteral(": ") + end.text).toStdString());
                      emit runChanged();
                  });
     emit runChanged();
 }
 
-ScriptsViewModel::End ScriptsViewModel::execute(const std::string& path, const Background::Task& task) {
+ProcessResult ScriptsViewModel::execute(const std::string& path, const Background::Task& task) {
     ProcessRequest request = automation::ScriptLibrary::requestFor(path);
     request.output = ProcessOutput::combined;
     request.folder = context_.session().folders().home;
     request.onOutput = [this, task](std::string_view piece) {
         task.tell([this, text = std::string(piece)] { append(text); });
     };
-    const ProcessResult result = runProcess(request, task.cancel);
+    return runProcess(request, task.cancel);
+}
+
+ScriptsViewModel::End ScriptsViewModel::endOf(std::future<ProcessResult> future) const {
     const AppTexts& texts = context_.texts();
-    switch (result.end) {
-    case ProcessEnd::cancelled:
-        return {QStringLiteral("cancelled"), texts.text("outcome.cancelled")};
-    case ProcessEnd::exited:
-        return {result.status == 0 ? QStringLiteral("success") : QStringLiteral("failed"),
-                texts.text("scripts.exit", {{"status", result.status}})};
-    default:
-        return {QStringLiteral("failed"), texts.text("scripts.signal", {{"signal", result.status}})};
+    try {
+        const ProcessResult result = future.get();
+        switch (result.end) {
+        case ProcessEnd::cancelled:
+            return {Outcome::cancelled, texts.text("outcome.cancelled")};
+        case ProcessEnd::exited:
+            return {result.status == 0 ? Outcome::success : Outcome::failed,
+                    texts.text("scripts.exit", {{"status", result.status}})};
+        default:
+            return {Outcome::failed, texts.text("scripts.signal", {{"signal", result.status}})};
+        }
+    } catch (const std::exception& error) {
+        return {Outcome::failed, qtText(printable(error.what()))};
     }
 }
 

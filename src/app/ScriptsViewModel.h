@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/RunRecord.h"
 #include "app/Background.h"
 
 #include <QObject>
@@ -7,6 +8,9 @@
 #include <map>
 #include <string>
 
+namespace vh {
+struct ProcessResult;
+}
 namespace vh {
 class RunRecord;
 }
@@ -84,7 +88,7 @@ private:
         bool operator==(const Text&) const = default;
     };
     struct End {
-        QString outcome;
+        Outcome outcome;
         QString text;
     };
 
@@ -93,7 +97,8 @@ private:
     void show(const QString& name, bool isOpen);
     void keepDraft();
     void say(const QString& message);
-    End execute(const std::string& path, const Background::Task& task);
+    ProcessResult execute(const std::string& path, const Background::Task& task);
+    End endOf(std::future<ProcessResult> result) const;
     void append(const std::string& piece);
 
     AppContext& context_;
