@@ -23,12 +23,12 @@ struct LocalCalendar::Zone {
         return date + milliseconds(raw + saving);
     }
 
-    /// When the wall shows that time: the first of two, and the next that exists if the clock leaps over it.
+    /// When the wall shows that time: the first of two, and by the clock of before if it leaps over that time.
     Date moment(Date wall) const {
         UErrorCode status = U_ZERO_ERROR;
         icu::GregorianCalendar calendar(*zone, status);
         calendar.setGregorianChange(-std::pow(2.0, 62), status); // Gregorian for ever back, as Date is
-        calendar.setSkippedWallTimeOption(UCAL_WALLTIME_NEXT_VALID);
+        calendar.setSkippedWallTimeOption(UCAL_WALLTIME_LAST);
         calendar.setRepeatedWallTimeOption(UCAL_WALLTIME_FIRST);
         const auto day = floor<days>(wall);
         const year_month_day date(day);

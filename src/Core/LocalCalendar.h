@@ -33,7 +33,7 @@ public:
     /// The same time on the wall, `days` later.
     Date addDays(Date date, int days) const;
     /// When the wall shows that time on the day of `date`, or on the day `days` later. A time that the clock skips is
-    /// the next that exists, one that it shows twice the first.
+    /// as much later as the clock leaps, one that it shows twice the first.
     Date atTime(Date date, int days, std::chrono::minutes sinceMidnight) const;
     int weekday(Date date) const; ///< 1 is Sunday
     std::string zone() const;

@@ -59,7 +59,7 @@ struct FaultOf {
         return isTime(weekly.hour, weekly.minute) ? nullptr : "schedule.fault.time";
     }
     const char* operator()(const HourlySchedule& hourly) const {
-        return hourly.hours >= 1 && hourly.hours <= longestPause ? nullptr : "schedule.fault.hours";
+        return hourly.hours >= 0 && hourly.hours <= longestPause ? nullptr : "schedule.fault.hours";
     }
 };
 

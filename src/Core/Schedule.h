@@ -32,7 +32,7 @@ struct HourlySchedule {
 using Schedule = std::variant<DailySchedule, WeeklySchedule, HourlySchedule>;
 
 /// The first time after `after`, never at it. Wall-clock times are the calendar's: a time that the clock skips in
-/// spring comes when the clock has just skipped, one that it shows twice in autumn comes once.
+/// spring comes as much later as the clock leaps, one that it shows twice in autumn comes once.
 Date nextRun(const Schedule& schedule, Date after, const LocalCalendar& calendar);
 
 /// What is wrong with its numbers as a key of the "schedule.fault." family, nothing when they are times.

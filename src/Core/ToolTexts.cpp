@@ -16,7 +16,7 @@ std::string translated(const Texts& texts, std::string_view english, const std::
 std::string toolName(const Texts& texts, std::string_view id) {
     const ToolDescriptor* tool = ToolCatalog::tool(id);
     // What leaves records without being a tool of the catalogue has a name in every language's file.
-    return translated(texts, tool ? tool->name : id, fmt::format("tool.{}.name", id));
+    return translated(texts, tool ? tool->name : id, fmt::format("tool.{}.name", tool ? tool->id : id));
 }
 
 std::string toolSummary(const Texts& texts, std::string_view id) {

@@ -10,6 +10,7 @@
 #include "cli/Consent.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
+#include "cli/RunFilterOptions.h"
 #include "cli/ScheduleWords.h"
 #include "cli/Table.h"
 
@@ -220,18 +221,29 @@ LocalCalendar calendarOf(const std::string& zone) {
     }
 }
 
+/// A moment, the start of a day, or now when nothing is said.
+Date momentOf(const std::string& word, const LocalCalendar& calendar) {
+    constexpr size_t dayLength = std::string_view("YYYY-MM-DD").size();
+    if (word.empty())
+        return systemNow();
+    if (word.size() == dayLength)
+        return parseDay(word, calendar);
+    const auto moment = parseIso8601(word);
+    if (!moment)
+        throw UsageError(printable(word) + ": YYYY-MM-DD[THH:MM:SSZ]");
+    return *moment;
+}
+
 Exit next(Context& context, const NextOptions& options) {
     const Schedule schedule = options.when.schedule(context.session.texts());
     const LocalCalendar calendar = calendarOf(options.zone);
-    const auto after = options.after.empty() ? systemNow() : parseIso8601(options.after);
-    if (!after)
-        throw UsageError(printable(options.after) + ": YYYY-MM-DDTHH:MM:SSZ");
+    const Date after = momentOf(options.after, calendar);
     if (options.count < 1 || options.count > mostDates)
         throw UsageError(fmt::format("--count: 1…{}", mostDates));
     constexpr Date last =
         std::chrono::sys_days(std::chrono::year(9999) / 12 / 31); // that a date's text can say
     std::vector<Date> dates;
-    for (Date date = nextRun(schedule, *after, calendar);
+    for (Date date = nextRun(schedule, after, calendar);
          date <= last && dates.size() < static_cast<size_t>(options.count);
          date = nextRun(schedule, date, calendar))
         dates.push_back(date);
