@@ -120,13 +120,11 @@ QVariantMap FlowEditorViewModel::nodeFacts() const {
         return {};
     const FlowWords said = words();
     const auto found = std::ranges::find(nodes_.rows(), node->id, &FlowNodeRow::id);
-    QVariantMap facts{{QStringLiteral("nodeId"), qtText(node->id.text())},
-                      {QStringLiteral("title"), said.title(*node)},
+    QVariantMap facts{{QStringLiteral("title"), said.title(*node)},
                       {QStringLiteral("givenTitle"), qtText(printable(node->title))},
                       {QStringLiteral("ownTitle"), said.ownTitle(*node)},
-                      {QStringLiteral("kind"), qtText(caseName(node->kind))},
-                      {QStringLiteral("kindTitle"), said.kindTitle(caseName(node->kind))},
                       {QStringLiteral("icon"), said.icon(*node)},
+                      {QStringLiteral("detail"), found->detail},
                       {QStringLiteral("problemText"), found->problemText},
                       {QStringLiteral("planText"), found->planText},
                       {QStringLiteral("state"), found->state},
@@ -146,17 +144,11 @@ QVariantList FlowEditorViewModel::linkFacts() const {
         return {};
     const FlowWords said = words();
     QVariantList facts;
-    const auto add = [&](const FlowEdge& edge, const Uuid& other, bool outgoing) {
-        if (const FlowNode* there = flow().node(other))
-            facts << QVariantMap{{QStringLiteral("edgeId"), qtText(edge.id.text())},
-                                 {QStringLiteral("node"), qtText(other.text())},
-                                 {QStringLiteral("title"), said.title(*there)},
-                                 {QStringLiteral("icon"), said.icon(*there)},
-                                 {QStringLiteral("condition"), qtText(rawValue(edge.condition))},
-                                 {QStringLiteral("outgoing"), outgoing}};
-    };
     for (const FlowEdge& edge : flow().outputs(node->id))
-        add(edge, edge.to, true);
+        if (const FlowNode* next = flow().node(edge.to))
+            facts << QVariantMap{{QStringLiteral("edgeId"), qtText(edge.id.text())},
+                                 {QStringLiteral("title"), said.title(*next)},
+                                 {QStringLiteral("condition"), qtText(rawValue(edge.condition))}};
     return facts;
 }
 

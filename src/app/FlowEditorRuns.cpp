@@ -22,7 +22,7 @@ QString FlowEditorViewModel::shownRun() const {
 }
 
 QVariantList FlowEditorViewModel::neededValues() const {
-    return document_ ? app::neededValues(flow(), words()) : QVariantList();
+    return document_ && !isBlocked() ? app::neededValues(flow(), words()) : QVariantList();
 }
 
 void FlowEditorViewModel::run(const QVariantMap& values) {
@@ -39,17 +39,19 @@ void FlowEditorViewModel::resume(const QString& runId) {
 }
 
 void FlowEditorViewModel::start(const automation::FlowStart& how) {
+    say({});
     if (!document_ || !save())
         return;
     auto& runner = automation_.runner();
     if (const auto refusal = runner.refusal(flow())) {
+        // Where nothing is selected stands what is wrong.
+        selectId(std::nullopt);
         say(qtText(*refusal));
         return;
     }
     shownRun_.reset();
     state_.plan.clear();
     put(plan_, {}, &FlowEditorViewModel::planChanged);
-    say({});
     runner.start(flow(), how);
     followRunner(flow().id);
 }

@@ -209,11 +209,16 @@ template <class Change>
 bool FlowEditorViewModel::edit(const std::string& step, Change change) {
     if (!document_ || readOnly_ || !document_->edit(step, change))
         return false;
+    settle();
+    return true;
+}
+
+/// After every change: it is stored soon, and what a run would do is no longer known.
+void FlowEditorViewModel::settle() {
     saving_.start();
     put(plan_, {}, &FlowEditorViewModel::planChanged);
     state_.plan.clear();
     refresh();
-    return true;
 }
 
 void FlowEditorViewModel::rename(const QString& name) {
@@ -336,16 +341,14 @@ void FlowEditorViewModel::undo() {
     if (!canUndo() || readOnly_)
         return;
     document_->undo();
-    saving_.start();
-    refresh();
+    settle();
 }
 
 void FlowEditorViewModel::redo() {
     if (!canRedo() || readOnly_)
         return;
     document_->redo();
-    saving_.start();
-    refresh();
+    settle();
 }
 
 // ---- drawing an edge
@@ -411,6 +414,7 @@ QString FlowEditorViewModel::connectFault() const {
 
 bool FlowEditorViewModel::attempt(const std::function<void()>& act) {
     try {
+        say({});
         act();
         return true;
     } catch (const std::exception& error) {

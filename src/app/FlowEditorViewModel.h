@@ -46,10 +46,10 @@ class FlowEditorViewModel : public QObject {
     /// The selected node or edge; empty for none.
     Q_PROPERTY(QString selectedNode READ selectedNode NOTIFY selectionChanged)
     Q_PROPERTY(QString selectedEdge READ selectedEdge NOTIFY selectionChanged)
-    /// What there is to say of the selected node: nodeId, title, ownTitle, kindTitle, icon, state, stateText, progress,
-    /// summary, output, durationText, problems (texts).
+    /// What there is to say of the selected node: title, ownTitle, givenTitle, icon, detail, problemText, planText, state,
+    /// stateText; once it ran: summary, output, durationText.
     Q_PROPERTY(QVariantMap node READ node NOTIFY nodeChanged)
-    /// Edges of the selected node: [{edgeId, title, icon, condition, outgoing}].
+    /// Where the selected node leads: [{edgeId, title, condition}].
     Q_PROPERTY(QVariantList links READ links NOTIFY linksChanged)
     /// Of the selected edge: from, to, condition.
     Q_PROPERTY(QVariantMap edge READ edge NOTIFY linksChanged)
@@ -184,6 +184,7 @@ private:
     FlowWords words() const;
     template <class Change>
     bool edit(const std::string& step, Change change);
+    void settle();
     void add(flows::FlowNodeKind kind, flows::FlowPoint at, const std::optional<Uuid>& after);
     void selectId(std::optional<Uuid> id);
     void start(const automation::FlowStart& how);

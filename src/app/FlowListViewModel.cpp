@@ -9,6 +9,7 @@
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
 #include "app/DayTexts.h"
+#include "app/FlowRunValues.h"
 #include "app/PathText.h"
 #include "app/Session.h"
 
@@ -221,15 +222,25 @@ bool FlowListViewModel::exportFile(const QString& flowId, const QString& fileUrl
     return attempt([&] { writeFileAtomically(path, encodeJson(*flow, JsonStyle::pretty), exportMode); });
 }
 
-void FlowListViewModel::run(const QString& flowId) {
+QVariantList FlowListViewModel::neededValues(const QString& flowId) const {
     const auto id = idOf(flowId);
     const Flow* flow = id ? automation_.flows().anyFlow(*id) : nullptr;
+    return flow && !automation_.runner().refusal(*flow) ? app::neededValues(*flow, words()) : QVariantList();
+}
+
+void FlowListViewModel::run(const QString& flowId, const QVariantMap& values) {
+    const auto id = idOf(flowId);
+    const Flow* flow = id ? automation_.flows().anyFlow(*id) : nullptr;
+    say({});
     if (!flow)
         return;
-    const auto refusal = automation_.runner().refusal(*flow);
-    say(refusal ? qtText(*refusal) : QString());
-    if (!refusal)
-        automation_.runner().start(*flow, {});
+    if (const auto refusal = automation_.runner().refusal(*flow)) {
+        say(qtText(*refusal));
+        return;
+    }
+    automation::FlowStart how;
+    how.values = runValues(values, context_.session().folders().home);
+    automation_.runner().start(*flow, how);
 }
 
 void FlowListViewModel::stop(const QString& flowId) {

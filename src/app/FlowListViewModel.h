@@ -49,7 +49,10 @@ public:
     Q_INVOKABLE QString exportPath(const QString& flowId, const QString& folder) const;
     Q_INVOKABLE bool exportFile(const QString& flowId, const QString& fileUrlOrPath);
     /// Starts it; when it cannot be started, `message` says why.
-    Q_INVOKABLE void run(const QString& flowId);
+    /// As of the editor; nothing for a flow that cannot run.
+    Q_INVOKABLE QVariantList neededValues(const QString& flowId) const;
+    /// Runs it with `values`, paths by the names of neededValues, or says why not.
+    Q_INVOKABLE void run(const QString& flowId, const QVariantMap& values = {});
     Q_INVOKABLE void stop(const QString& flowId);
     /// The place of a flow in the list; -1 for none.
     Q_INVOKABLE int indexOf(const QString& flowId) const;

@@ -2,7 +2,7 @@
 
 #include "Core/ByteFormat.h"
 #include "Core/Printable.h"
-#include "Core/ToolTexts.h"
+#include "Flows/FlowTexts.h"
 #include "Platform/Host.h"
 #include "app/AppTexts.h"
 #include "app/PathText.h"
@@ -62,18 +62,6 @@ std::string_view iconOf(FlowTriggerKind kind) {
     return "play";
 }
 
-/// The trigger of the run log that the kind becomes; its title serves both.
-std::string_view triggerRaw(FlowTriggerKind kind) {
-    switch (kind) {
-    case FlowTriggerKind::schedule:
-        return "scheduled";
-    case FlowTriggerKind::flowFinished:
-        return "afterFlow";
-    default:
-        return rawValue(kind);
-    }
-}
-
 template <size_t... Index>
 auto kindsOf(std::index_sequence<Index...>) {
     return std::array{FlowNodeKind(std::in_place_index<Index>)...};
@@ -108,7 +96,7 @@ QString FlowWords::list(const std::vector<std::string>& texts) const {
 }
 
 QString FlowWords::kindTitle(std::string_view kind) const {
-    return text(fmt::format("nodes.kind.{}", kind));
+    return qtText(flows::kindTitle(kind, texts_));
 }
 
 QString FlowWords::kindIcon(std::string_view kind) {
@@ -146,20 +134,15 @@ QVariantList FlowWords::kindOptions(bool withStart) const {
 }
 
 QString FlowWords::title(const FlowNode& node) const {
-    return node.title.empty() ? ownTitle(node) : firstLine(node.title);
+    if (!node.title.empty())
+        return firstLine(node.title);
+    const auto* computer = std::get_if<ComputerNode>(&node.kind);
+    return computer && std::holds_alternative<ThisMac>(computer->computer) ? text("nodes-page.this-computer")
+                                                                           : qtText(titleOf(node, texts_));
 }
 
 QString FlowWords::ownTitle(const FlowNode& node) const {
-    if (const auto* start = std::get_if<StartNode>(&node.kind))
-        return text(fmt::format("trigger.{}", triggerRaw(kindOf(start->trigger))));
-    if (const auto* tool = std::get_if<ToolNode>(&node.kind))
-        return qtText(toolName(texts_, toolID(tool->tool)));
-    if (const auto* computer = std::get_if<ComputerNode>(&node.kind)) {
-        const auto* machine = std::get_if<FlowMachine>(&computer->computer);
-        return machine ? qtText(printable(machine->label.empty() ? machine->id : machine->label))
-                       : text("nodes-page.this-computer");
-    }
-    return kindTitle(caseName(node.kind));
+    return title({.kind = node.kind});
 }
 
 QString FlowWords::icon(const FlowNode& node) const {
@@ -248,8 +231,7 @@ QString FlowWords::startLine(const Flow& flow) const {
 QString FlowWords::startLine(const FlowTrigger& trigger) const {
     const FlowTriggerKind kind = kindOf(trigger);
     if (!isFilledIn(trigger, {}) && kind != FlowTriggerKind::flowFinished)
-        return text("nodes-page.start.unfinished",
-                    {{"trigger", ownTitle({.kind = StartNode{trigger}}).toStdString()}});
+        return text("nodes-page.start.unfinished", {{"trigger", triggerTitle(kind, texts_)}});
     std::vector<TextArgument> arguments{{"detail", startDetail(trigger).toStdString()}};
     if (const auto* files = std::get_if<OnNewFiles>(&trigger)) {
         arguments = {{"folder", place(files->folder).toStdString()},
@@ -263,9 +245,7 @@ QString FlowWords::condition(FlowEdge::Condition condition) const {
 }
 
 QString FlowWords::outcome(FlowNodeOutcome outcome) const {
-    if (outcome == FlowNodeOutcome::skipped)
-        return text("nodes.outcome.skipped");
-    return text(fmt::format("outcome.{}", rawValue(outcome)));
+    return qtText(outcomeTitle(outcome, texts_));
 }
 
 QString FlowWords::trigger(FlowRunTrigger trigger) const {
@@ -273,7 +253,7 @@ QString FlowWords::trigger(FlowRunTrigger trigger) const {
 }
 
 QString FlowWords::problem(const FlowProblem& problem) const {
-    return text(fmt::format("nodes.problem.{}", problem.key()));
+    return qtText(problemText(problem, texts_));
 }
 
 } // namespace vh::app

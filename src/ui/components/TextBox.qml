@@ -9,10 +9,13 @@ Rectangle {
     property alias text: area.text
     property alias readOnly: area.readOnly
     property alias placeholderText: area.placeholderText
+    readonly property alias input: area
     property string name
     property bool code: false
     // Stays at the end while text is added there.
     property bool follows: false
+    // As high as its text.
+    property bool grows: false
 
     signal edited
 
@@ -21,7 +24,7 @@ Rectangle {
     }
 
     implicitWidth: Theme.listWidth
-    implicitHeight: Theme.noticeHeight
+    implicitHeight: grows ? Math.max(Theme.fieldHeight, flick.contentHeight + 2 * Theme.ring) : Theme.noticeHeight
     radius: Theme.radiusField
     color: Theme.dark || readOnly ? Theme.background : Theme.surface
     border.width: area.activeFocus ? Theme.ring : Theme.hairline
@@ -43,7 +46,7 @@ Rectangle {
             topPadding: Theme.space8 - Theme.ring
             bottomPadding: topPadding
             font: box.code ? Theme.code : Theme.body
-            color: Theme.text
+            color: enabled ? Theme.text : Theme.third
             placeholderTextColor: Theme.third
             selectionColor: Theme.accent
             selectedTextColor: Theme.accentInk

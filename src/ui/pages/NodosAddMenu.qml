@@ -32,6 +32,7 @@ T.Popup {
     focus: true
     modal: false
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+    onAboutToShow: list.currentIndex = 0
     onOpened: list.forceActiveFocus(Qt.TabFocusReason)
     onAboutToHide: at = null
     background: FloatingSurface {}

@@ -315,7 +315,8 @@ FocusScope {
     FloatingSurface {
         visible: canvas.editor.connectFrom !== ""
         anchors.horizontalCenter: parent.horizontalCenter
-        y: Theme.space12
+        // Below the way back, which stays to be pressed.
+        y: Theme.rowHeightTwo
         width: Math.min(hint.implicitWidth, canvas.width - 4 * Theme.space24) + 2 * Theme.space12
         height: hint.implicitHeight + 2 * Theme.space8
         Accessible.role: Accessible.AlertMessage

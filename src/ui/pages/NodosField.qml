@@ -148,37 +148,17 @@ Column {
     Component {
         id: lines
         Item {
-            readonly property Item input: area
+            readonly property Item input: area.input
             implicitHeight: area.implicitHeight
 
-            T.TextArea {
+            TextBox {
                 id: area
                 width: parent.width - (chooseLine.visible ? chooseLine.width : 0)
-                implicitHeight: Math.max(Theme.fieldHeight, contentHeight + topPadding + bottomPadding)
-                leftPadding: Theme.space8 + 2
-                rightPadding: leftPadding
-                topPadding: Theme.space8 - 1
-                bottomPadding: topPadding
-                font: Theme.body
-                color: enabled ? Theme.text : Theme.third
-                selectionColor: Theme.accent
-                selectedTextColor: Theme.accentInk
-                selectByMouse: true
-                activeFocusOnTab: true
-                wrapMode: TextEdit.WrapAtWordBoundaryOrAnywhere
-                textFormat: TextEdit.PlainText
-                Accessible.name: field.title
-                Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-                Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+                grows: true
+                name: field.title
                 Component.onCompleted: text = field.value
-                onTextChanged: if (activeFocus && text !== field.value) field.set(text)
+                onEdited: if (text !== field.value) field.set(text)
 
-                background: Rectangle {
-                    radius: Theme.radiusField
-                    color: Theme.dark ? Theme.background : Theme.surface
-                    border.width: area.activeFocus ? Theme.ring : Theme.hairline
-                    border.color: area.activeFocus ? Theme.accent : Theme.line
-                }
                 DropArea {
                     anchors.fill: parent
                     enabled: field.isPath

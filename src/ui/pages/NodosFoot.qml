@@ -11,6 +11,7 @@ Item {
     readonly property bool known: facts.name !== undefined
 
     signal opened
+    signal run
     signal copied(string id)
     signal renaming
     signal removing
@@ -66,7 +67,7 @@ Item {
         Button {
             iconName: foot.facts.running ? "stop" : "play"
             text: foot.facts.running ? Tr.t("shell.stop") : Tr.t("nodes-page.run")
-            onClicked: foot.facts.running ? foot.flows.stop(foot.flowId) : foot.flows.run(foot.flowId)
+            onClicked: foot.facts.running ? foot.flows.stop(foot.flowId) : foot.run()
         }
         Button {
             text: Tr.t("nodes-page.open")

@@ -40,7 +40,7 @@ FocusScope {
         anchors.top: damaged.bottom
         anchors.topMargin: damaged.visible ? Theme.space16 : 0
         width: parent.width
-        height: Math.min(scripts.y - y - Theme.space12, count === 0 ? Theme.noticeHeight : list.contentHeight + 2 * Theme.space4 + 2)
+        height: Math.min(scripts.y - y - Theme.space12, count === 0 ? Infinity : list.contentHeight + 2 * Theme.space4 + 2)
         name: Tr.t("shell.page.nodos")
         model: pane.flows.flows
         list.focus: true

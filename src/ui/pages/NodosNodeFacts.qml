@@ -51,19 +51,23 @@ Column {
             text: running ? Tr.t("nodes-page.running") : facts.node.stateText ?? ""
         }
     }
-    Row {
-        visible: (facts.node.problemText ?? "") !== ""
+    // Always there, so that the fields below stay where they are while one is filled in.
+    Item {
         width: parent.width
-        spacing: Theme.space8
+        height: Math.max(Theme.iconSize, standing.implicitHeight)
 
         Icon {
-            y: 1
+            id: warning
+            visible: facts.node.problemText !== ""
             name: "exclamationmark.triangle"
             color: Theme.warning
         }
         Label {
-            width: parent.width - Theme.iconSize - Theme.space8
-            text: facts.node.problemText ?? ""
+            id: standing
+            x: warning.visible ? Theme.iconSize + Theme.space8 : 0
+            width: parent.width - x
+            text: warning.visible ? facts.node.problemText ?? "" : facts.node.detail ?? ""
+            color: warning.visible ? Theme.text : Theme.second
             wrapMode: Text.Wrap
         }
     }
@@ -118,44 +122,39 @@ Column {
         Repeater {
             model: facts.editor.links
 
-            Item {
+            Column {
                 id: link
                 required property var modelData
 
                 width: facts.width
-                height: Theme.fieldHeight
+                spacing: Theme.space4
 
-                Icon {
-                    id: kind
-                    anchors.verticalCenter: parent.verticalCenter
-                    name: link.modelData.icon
-                }
                 Label {
-                    anchors.left: kind.right
-                    anchors.leftMargin: Theme.space8
-                    anchors.right: when.left
-                    anchors.rightMargin: Theme.space8
-                    anchors.verticalCenter: parent.verticalCenter
+                    width: parent.width
                     text: link.modelData.title
                     elide: Text.ElideMiddle
                 }
-                ComboField {
-                    id: when
-                    anchors.right: cut.left
-                    enabled: !facts.editor.readOnly
-                    name: Tr.t("nodes-page.condition.of", {name: link.modelData.title})
-                    options: facts.editor.conditionOptions
-                    value: link.modelData.condition
-                    onChosen: value => facts.editor.setCondition(link.modelData.edgeId, value)
-                }
-                IconButton {
-                    id: cut
-                    anchors.right: parent.right
-                    anchors.verticalCenter: parent.verticalCenter
-                    enabled: !facts.editor.readOnly
-                    iconName: "xmark"
-                    text: Tr.t("nodes-page.cut", {name: link.modelData.title})
-                    onClicked: facts.editor.removeEdge(link.modelData.edgeId)
+                Item {
+                    width: parent.width
+                    height: Theme.fieldHeight
+
+                    ComboField {
+                        width: parent.width - cut.width
+                        enabled: !facts.editor.readOnly
+                        name: Tr.t("nodes-page.condition.of", {name: link.modelData.title})
+                        options: facts.editor.conditionOptions
+                        value: link.modelData.condition
+                        onChosen: value => facts.editor.setCondition(link.modelData.edgeId, value)
+                    }
+                    IconButton {
+                        id: cut
+                        anchors.right: parent.right
+                        anchors.verticalCenter: parent.verticalCenter
+                        enabled: !facts.editor.readOnly
+                        iconName: "xmark"
+                        text: Tr.t("nodes-page.cut", {name: link.modelData.title})
+                        onClicked: facts.editor.removeEdge(link.modelData.edgeId)
+                    }
                 }
             }
         }

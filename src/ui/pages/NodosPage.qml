@@ -76,8 +76,7 @@ Page {
             kind: page.editor.isRunning ? "plain" : "main"
             iconName: page.editor.isRunning ? "stop" : "bolt"
             text: page.editor.isRunning ? Tr.t("shell.stop") : Tr.t("nodes-page.run")
-            enabled: page.editor.isRunning || !page.editor.isBlocked
-            onClicked: page.editor.isRunning ? page.editor.stop() : asking.run()
+            onClicked: page.editor.isRunning ? page.editor.stop() : asking.run(page.editor.neededValues(), values => page.editor.run(values))
         }
     ]
 
@@ -111,6 +110,7 @@ Page {
         flows: page.flows
         flowId: page.chosen
         onOpened: page.openFlow(page.chosen)
+        onRun: asking.run(page.flows.neededValues(page.chosen), values => page.flows.run(page.chosen, values))
         onCopied: id => list.item.focusFlow(id)
         onRenaming: list.item.rename()
         onRemoving: list.item.remove()
@@ -119,7 +119,6 @@ Page {
 
     NodosRunSheet {
         id: asking
-        editor: page.editor
     }
     Loader {
         id: opener

@@ -5,15 +5,16 @@ import Varnholt
 ConfirmSheet {
     id: sheet
 
-    required property var editor
     property var needed: []
     property var values: ({})
+    property var go: null
 
-    // Asks where there is something to ask, and runs.
-    function run() {
-        needed = editor.neededValues();
+    // Asks for `wanted` where there is something to ask, and calls `act` with the answers.
+    function run(wanted: var, act: var) {
+        needed = wanted;
         values = {};
-        needed.length > 0 ? open() : editor.run();
+        go = act;
+        needed.length > 0 ? open() : go(values);
     }
 
     title: Tr.t("nodes-page.values")
@@ -22,7 +23,7 @@ ConfirmSheet {
     onCancelled: close()
     onConfirmed: {
         close();
-        editor.run(values);
+        go(values);
     }
 
     Column {

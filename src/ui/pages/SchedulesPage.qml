@@ -74,7 +74,9 @@ Page {
     Item {
         id: news
         width: parent.width
-        height: Theme.fieldHeight
+        // Its room is kept while there are schedules.
+        visible: table.count > 0 || page.isRunning || page.schedules.message !== ""
+        height: visible ? Theme.fieldHeight : 0
 
         Label {
             anchors.left: parent.left
@@ -109,7 +111,7 @@ Page {
     ListTable {
         id: table
         anchors.top: news.bottom
-        anchors.topMargin: Theme.space16
+        anchors.topMargin: news.visible ? Theme.space16 : 0
         width: parent.width
         height: Math.min(parent.height - y, wanted)
         readonly property real wanted: count === 0 ? parent.height - y
