@@ -2,6 +2,7 @@
 # bench/startup.sh [BIN]: time from start to end of commands that only look, against `rsync --version` in the same run.
 # Prints the median of 40 runs each and the ratio. A log of 20,000 runs stands in the sandbox home.
 set -euo pipefail
+command -v rsync >/dev/null || { echo "startup.sh: rsync is not installed, and there is nothing to compare with" >&2; exit 1; }
 bin=$(realpath "${1:-build/release/bin}")
 export HOME
 HOME=$(mktemp -d)

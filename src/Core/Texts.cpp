@@ -4,18 +4,24 @@
 #include "Core/JsonView.h"
 #include "Platform/Host.h"
 
-#include <map>
 #include <unicode/locid.h>
 #include <unicode/msgfmt.h>
+#include <unordered_map>
 
 namespace vh {
 
 namespace {
 
-using Patterns = std::map<std::string, std::string, std::less<>>;
+struct KeyHash {
+    using is_transparent = void;
+    size_t operator()(std::string_view key) const { return std::hash<std::string_view>()(key); }
+};
+/// Hashed, since all of them are read at the first text that a start asks for.
+using Patterns = std::unordered_map<std::string, std::string, KeyHash, std::equal_to<>>;
 
 Patterns parsePatterns(std::string_view language) {
-    Patterns patterns;
+    constexpr size_t expected = 2048;
+    Patterns patterns(expected);
     JsonDocument document;
     for (const auto& file : embeddedTexts()) {
         if (file.language != language)
