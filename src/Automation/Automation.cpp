@@ -9,6 +9,7 @@
 #include "Automation/ScheduledActions.h"
 #include "Automation/Scheduler.h"
 #include "Automation/ScriptLibrary.h"
+#include "Automation/Worker.h"
 #include "Core/Codec.h"
 #include "Core/RunLog.h"
 #include "Core/ScheduleStore.h"
@@ -44,7 +45,7 @@ struct Automation::State {
 
     std::unique_ptr<SecretStore> secrets;
     std::unique_ptr<mail::MailSender> mail;
-    std::shared_ptr<RunFollowUps> followUps;
+    std::unique_ptr<RunFollowUps> followUps;
     std::unique_ptr<Desktop> desktop;
     std::unique_ptr<ScriptLibrary> scripts;
     std::unique_ptr<ScheduleStore> schedules;
@@ -55,6 +56,7 @@ struct Automation::State {
     std::unique_ptr<NodesRunner> runner;
     std::unique_ptr<Scheduler> scheduler;
     std::unique_ptr<FlowTriggers> triggers;
+    Worker asking{world.loop}; ///< who leads may be slow to answer
 
     std::shared_ptr<OnRecord> onRecord = std::make_shared<OnRecord>();
     std::function<void()> onLeading;
@@ -122,13 +124,14 @@ NodesRunner& Automation::runner() {
         s.executor =
             std::make_unique<NodesExecutor>(s.world, actions(), scripts(), mail(), desktop(), s.outpost);
         auto runner = std::make_unique<NodesRunner>(s.world, flows(), *s.executor, mail());
-        runner->setOnFinished(
-            [this](const flows::Flow& flow, flows::FlowNodeOutcome outcome, const std::vector<Uuid>& chain) {
-                if (isLeading())
-                    triggers().finished(flow, outcome, chain);
-                else
-                    askLeader(FlowEnded{flow.id, outcome, chain});
-            });
+        runner->setOnFinished([this](const flows::Flow& flow, flows::FlowNodeOutcome outcome,
+                                     const std::vector<Uuid>& chain) {
+            if (isLeading())
+                triggers().finished(flow, outcome, chain);
+            else
+                state_->asking.run([ended = FlowEnded{flow.id, outcome, chain}] { (void)askLeader(ended); },
+                                   [] {});
+        });
         actions().setRunFlow([made = runner.get()](const ScheduledTask& task, const JobControl& control) {
             return made->runScheduled(task, control.cancel);
         });
@@ -158,7 +161,7 @@ mail::MailSender& Automation::mail() {
 }
 
 RunFollowUps& Automation::followUps() {
-    return made(state_->followUps, [&] { return std::make_shared<RunFollowUps>(state_->world, mail()); });
+    return made(state_->followUps, [&] { return std::make_unique<RunFollowUps>(state_->world, mail()); });
 }
 
 Desktop& Automation::desktop() {
@@ -169,17 +172,13 @@ void Automation::attach() {
     State& s = *state_;
     if (std::exchange(s.isAttached, true))
         return;
-    followUps();
-    // Other threads may be in the hook while this object goes.
-    s.world.runs.log.setOnRecord([followUps = std::weak_ptr(s.followUps), told = std::weak_ptr(s.onRecord),
+    s.world.runs.log.setOnRecord([&followUps = followUps(), told = std::weak_ptr(s.onRecord),
                                   &loop = s.world.loop](const RunRecord& record) {
-        if (const auto alive = followUps.lock())
-            alive->take(record);
-        if (!told.expired())
-            loop.post([told, record] {
-                if (const auto alive = told.lock(); alive && *alive)
-                    (*alive)(record);
-            });
+        followUps.take(record);
+        loop.post([told, record] {
+            if (const auto alive = told.lock(); alive && *alive)
+                (*alive)(record);
+        });
     });
     try {
         runner().recordInterrupted();

@@ -30,7 +30,7 @@ struct DoorReply {
     std::optional<std::string> refusal; ///< for people; nothing when it was done
 };
 
-/// Nothing when no process leads or it does not answer.
+/// Nothing when no process leads or it does not answer. Blocks for ten seconds at most; any thread.
 std::optional<DoorReply> askLeader(const DoorRequest& request);
 
 } // namespace vh::automation

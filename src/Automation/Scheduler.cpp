@@ -20,6 +20,14 @@ Trigger triggerOf(const ScheduledTask& task) {
     return task.company ? Trigger::company : Trigger::scheduled;
 }
 
+/// With tool and trigger as the run's record will have them: a flow's is the same whoever set its task.
+TaskClaim claimOf(const ScheduledTask& task, bool advance, Date now) {
+    const auto due = advance ? task.nextRun : std::nullopt;
+    if (task.actionID == flowAction)
+        return {task.id, task.title, "nodes", Trigger::scheduled, due, now};
+    return {task.id, task.title, task.toolID, triggerOf(task), due, now};
+}
+
 } // namespace
 
 struct Scheduler::State {
@@ -159,8 +167,7 @@ void Scheduler::State::mendFuture(Date now) {
 }
 
 void Scheduler::State::begin(const ScheduledTask& task, bool advance, std::shared_ptr<TaskTurn> turn) {
-    turn->claim(
-        {task.id, task.title, task.toolID, triggerOf(task), advance ? task.nextRun : std::nullopt, now()});
+    turn->claim(claimOf(task, advance, now()));
     owner.runningTaskID_ = task.id;
     owner.progressText_.clear();
     cancel = CancelToken();

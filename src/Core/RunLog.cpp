@@ -38,7 +38,6 @@ std::shared_ptr<RunHandle> RunLog::begin(std::string toolID, Trigger trigger, Ru
 // ---- writing
 
 RunLog::Stored RunLog::record(const RunRecord& record) {
-    Hook hook;
     Stored stored = Stored::inFile;
     {
         const std::lock_guard guard(mutex_);
@@ -56,11 +55,11 @@ RunLog::Stored RunLog::record(const RunRecord& record) {
             stored = Stored::inMemory;
         }
         trim();
-        hook = hook_;
     }
     notify();
-    if (hook)
-        hook(record);
+    const std::shared_lock calling(hookMutex_);
+    if (hook_)
+        hook_(record);
     return stored;
 }
 
@@ -245,13 +244,8 @@ std::shared_ptr<void> RunLog::observe(std::function<void()> observer) {
 }
 
 void RunLog::setOnRecord(Hook hook) {
-    const std::lock_guard guard(mutex_);
+    const std::unique_lock waiting(hookMutex_);
     hook_ = std::move(hook);
-}
-
-RunLog::Hook RunLog::onRecord() const {
-    const std::lock_guard guard(mutex_);
-    return hook_;
 }
 
 // ---- reading

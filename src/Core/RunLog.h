@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <shared_mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,12 +37,12 @@ public:
 
     /// Whether the record is in the file. One that waits in memory is written with the next.
     enum class Stored { inFile, inMemory };
-    /// Appends; then observers and the hook are called on this thread, outside every lock.
+    /// Appends; then observers and the hook are called on this thread, outside the log's lock.
     Stored record(const RunRecord& record);
 
-    /// The one callback that gets each record of this process; it may read the log and must not throw.
+    /// The one callback that gets each record of this process; it may read the log and must not throw. Calls of the one
+    /// before have ended by the return, so it must not be set from within a call.
     void setOnRecord(Hook hook);
-    Hook onRecord() const;
 
     /// Called on the thread that changed the log, until the returned token goes.
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> observer);
@@ -97,6 +98,7 @@ private:
     std::vector<Waiting> waiting_;
     mutable uint64_t changes_ = 0;
     uint64_t announced_ = 0;
+    std::shared_mutex hookMutex_; ///< of hook_, shared while it is called
     Hook hook_;
     std::vector<std::weak_ptr<std::function<void()>>> observers_;
 };
