@@ -9,6 +9,7 @@
 #include "cli/Table.h"
 
 #include <CLI/App.hpp>
+#include <filesystem>
 
 namespace vh {
 template <>
@@ -28,7 +29,27 @@ struct RunOptions {
     std::string word;
     bool isDry = false;
     std::string resume;
+    std::vector<std::string> files;
+    std::string folder;
+    std::string disk;
 };
+
+/// What an event would tell a flow that is run by hand instead. Paths may be relative.
+FlowValues valuesOf(const RunOptions& options) {
+    const auto absolute = [](const std::string& path) {
+        return std::filesystem::absolute(path).lexically_normal().native();
+    };
+    FlowValues values;
+    for (const std::string& file : options.files)
+        values.files.emplace(values.files.value_or(std::vector<std::string>())).push_back(absolute(file));
+    if (!options.folder.empty())
+        values.folder = absolute(options.folder);
+    if (!options.disk.empty()) {
+        values.disk = absolute(options.disk);
+        values.diskName = std::filesystem::path(*values.disk).filename();
+    }
+    return values;
+}
 
 bool isWork(const FlowNode& node) {
     return !std::holds_alternative<StartNode>(node.kind) && !std::holds_alternative<ComputerNode>(node.kind);
@@ -133,7 +154,7 @@ Exit runFlow(Context& context, const RunOptions& options) {
     const auto flow = findFlow(context, store, options.word);
     if (!flow)
         return Exit::failed;
-    automation::FlowStart how;
+    automation::FlowStart how{.values = valuesOf(options)};
     if (!options.resume.empty()) {
         how.resume = findRun(context, store, *flow, options.resume);
         if (!how.resume)
@@ -182,6 +203,11 @@ void describeFlowRuns(CLI::App& noun, CommandLine& line) {
     run->add_option("flow", options->word, line.text("cli.flow.flow"))->required()->type_name("FLOW");
     run->add_flag("--dry", options->isDry, line.text("cli.flow.dry"));
     run->add_option("--resume", options->resume, line.text("cli.flow.resume"))->type_name("RUN");
+    run->add_option("--file", options->files, line.text("cli.flow.run-file"))
+        ->type_name("PATH")
+        ->allow_extra_args(false);
+    run->add_option("--folder", options->folder, line.text("cli.flow.run-folder"))->type_name("PATH");
+    run->add_option("--disk", options->disk, line.text("cli.flow.run-disk"))->type_name("PATH");
     line.onChange(run, [options](Context& context) { return runFlow(context, *options); });
 
     CLI::App* runs = noun.add_subcommand("runs", line.text("cli.flow.runs"));

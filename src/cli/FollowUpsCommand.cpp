@@ -125,7 +125,9 @@ void describeFollowUps(CLI::App& noun, CommandLine& line) {
     auto options = std::make_shared<WishOptions>();
     CLI::App* set = noun.add_subcommand("set", line.text("cli.follow-ups.set"));
     set->add_option("tool", options->tool, line.text("cli.follow-ups.tool"))->required()->type_name("TOOL");
-    set->add_option("--mail", options->recipients, line.text("cli.follow-ups.mail"))->type_name("ADDRESS");
+    set->add_option("--mail", options->recipients, line.text("cli.follow-ups.mail"))
+        ->type_name("ADDRESS")
+        ->allow_extra_args(false);
     set->add_option("--report", options->report, line.text("cli.follow-ups.report"))->type_name("pdf|csv");
     line.onChange(set, [options](Context& context) {
         const Texts& texts = context.session.texts();

@@ -113,7 +113,9 @@ void TaskOptions::addTo(CLI::App& verb, const CommandLine& line) {
     verb.add_option("--title", title, line.text("cli.schedule.title"))->type_name("TITLE");
     verb.add_option("--tool", tool, line.text("cli.schedule.tool"))->type_name("ID");
     verb.add_option("--action", action, line.text("cli.schedule.action"))->type_name(actionWords());
-    verb.add_option("--payload", payload, line.text("cli.schedule.payload"))->type_name("KEY=VALUE");
+    verb.add_option("--payload", payload, line.text("cli.schedule.payload"))
+        ->type_name("KEY=VALUE")
+        ->allow_extra_args(false);
     when.addTo(verb, line);
 }
 
