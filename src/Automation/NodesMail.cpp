@@ -1,10 +1,10 @@
 #include "Automation/NodesMail.h"
 
 #include "Automation/NodeResults.h"
-#include "Automation/NodeTexts.h"
 #include "Core/ActivityExport.h"
 #include "Core/RunLog.h"
 #include "Flows/FlowExpansion.h"
+#include "Flows/FlowTexts.h"
 #include "Mail/MailSender.h"
 
 #include <fmt/format.h>
@@ -36,8 +36,9 @@ flows::FlowNodeResult NodesMail::send(const flows::FlowEmail& email, const flows
         if (!message.body.empty())
             message.body += "\n\n";
         message.body += flows::summaryOf(
-            worksBefore(step), step.flow, [&](const flows::FlowNode& node) { return nodeTitle(node, texts); },
-            [&](flows::FlowNodeOutcome outcome) { return outcomeWord(outcome, texts); },
+            worksBefore(step), step.flow,
+            [&](const flows::FlowNode& node) { return flows::titleOf(node, texts); },
+            [&](flows::FlowNodeOutcome outcome) { return flows::outcomeTitle(outcome, texts); },
             texts.text("common.colon"));
     }
     if (email.attachLog) {

@@ -1,11 +1,11 @@
 #include "Automation/NodesRunner.h"
 
-#include "Automation/NodeTexts.h"
 #include "Automation/NodesExecutor.h"
 #include "Automation/NodesRun.h"
 #include "Automation/NodesRunnerState.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
+#include "Flows/FlowTexts.h"
 #include "Mail/MailSender.h"
 #include "Platform/SystemError.h"
 

@@ -1,4 +1,3 @@
-#include "Automation/NodeTexts.h"
 #include "Automation/NodesExecutor.h"
 #include "Automation/NodesRun.h"
 #include "Automation/NodesRunnerState.h"
@@ -6,6 +5,7 @@
 #include "Core/RunLog.h"
 #include "Flows/EngineGraph.h"
 #include "Flows/FlowExpansion.h"
+#include "Flows/FlowTexts.h"
 
 #include <chrono>
 
@@ -147,7 +147,7 @@ std::vector<FlowPlanLine> NodesRunner::plan(const Flow& flow, const FlowStart& h
             isReached[at] = isReached[at] || isReached[input.from];
         if (isReached[at] && !kept.contains(node.id))
             lines.push_back(
-                {node.id, nodeTitle(node, texts), planText(world, expanding(node.kind, values), texts)});
+                {node.id, titleOf(node, texts), planText(world, expanding(node.kind, values), texts)});
     }
     return lines;
 }

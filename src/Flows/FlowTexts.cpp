@@ -51,4 +51,17 @@ std::string problemText(const FlowProblem& problem, const Texts& texts) {
     return texts.text(fmt::format("nodes.problem.{}", problem.key()));
 }
 
+std::string problemsText(const Flow& flow, const std::vector<FlowProblem>& problems, const Texts& texts) {
+    std::string text = printable(flow.name);
+    std::string_view before = "common.colon";
+    for (const FlowProblem& problem : problems) {
+        text += texts.text(before);
+        before = "common.semicolon";
+        if (const FlowNode* node = problem.node ? flow.node(*problem.node) : nullptr)
+            text += titleOf(*node, texts) + texts.text("common.colon");
+        text += problemText(problem, texts);
+    }
+    return text;
+}
+
 } // namespace vh::flows

@@ -7,6 +7,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// What flows and their parts are called, for people. Any thread.
 namespace vh::flows {
@@ -19,5 +20,7 @@ std::string toolTitle(const FleetTool& tool, const Texts& texts);
 std::string triggerTitle(FlowTriggerKind kind, const Texts& texts);
 std::string outcomeTitle(FlowNodeOutcome outcome, const Texts& texts);
 std::string problemText(const FlowProblem& problem, const Texts& texts);
+/// "Tidy up: Copy: Something is still missing.; …"
+std::string problemsText(const Flow& flow, const std::vector<FlowProblem>& problems, const Texts& texts);
 
 } // namespace vh::flows
