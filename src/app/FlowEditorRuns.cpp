@@ -8,6 +8,8 @@
 #include "app/FlowRunValues.h"
 #include "app/Session.h"
 
+#include <utility>
+
 /// The editor's runs: what one would do, one that goes on, and those of the past.
 namespace vh::app {
 
@@ -49,7 +51,8 @@ void FlowEditorViewModel::start(const automation::FlowStart& how) {
         say(qtText(*refusal));
         return;
     }
-    shownRun_.reset();
+    if (std::exchange(shownRun_, std::nullopt))
+        refreshRuns();
     state_.plan.clear();
     put(plan_, {}, &FlowEditorViewModel::planChanged);
     runner.start(flow(), how);

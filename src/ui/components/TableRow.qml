@@ -37,7 +37,7 @@ Item {
         }
     }
     Rectangle {
-        visible: row.ruled
+        visible: row.ruled && !row.chosen
         x: Theme.space16
         width: parent.width - 2 * Theme.space16
         anchors.bottom: parent.bottom

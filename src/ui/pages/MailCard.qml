@@ -6,6 +6,8 @@ SettingsCard {
     id: card
 
     readonly property var mail: App.mail
+    // What is filled in begins at one edge.
+    readonly property int column: Theme.paneWidth
 
     title: Tr.t("mail-page.title")
     Component.onCompleted: mail.askForPassword()
@@ -14,7 +16,7 @@ SettingsCard {
         required property string key
         property string stored
 
-        width: Theme.fieldWidth
+        width: card.column
         text: stored
         onStoredChanged: text = stored
         onEditingFinished: if (text !== stored) {
@@ -39,6 +41,7 @@ SettingsCard {
         line: Tr.t("mail-page.security.line")
 
         Row {
+            width: card.column
             spacing: Theme.space8
 
             SegmentedControl {
@@ -78,7 +81,7 @@ SettingsCard {
 
             Field {
                 id: password
-                width: Theme.fieldWidthMiddle
+                width: card.column - keep.width - Theme.space8
                 name: Tr.t("mail-page.password")
                 echoMode: TextInput.Password
                 inputMethodHints: Qt.ImhHiddenText | Qt.ImhSensitiveData
@@ -133,7 +136,7 @@ SettingsCard {
 
             Field {
                 id: recipient
-                width: Theme.fieldWidthMiddle
+                width: card.column - send.width - Theme.space8
                 name: Tr.t("mail-page.test.recipient")
                 placeholderText: Tr.t("mail-page.test.recipient")
                 onAccepted: if (send.enabled && !card.mail.isTesting) send.clicked()

@@ -20,6 +20,8 @@ Item {
     required property bool selected
     required property string spoken
     readonly property var editor: board.editor
+    // The system's glyphs are made for one size.
+    readonly property int lettering: board.zoom === 1 ? Text.NativeRendering : Text.QtRendering
     readonly property bool inView: nodeX + width >= board.seen.left && nodeX <= board.seen.right
         && nodeY + height >= board.seen.top && nodeY <= board.seen.bottom
 
@@ -112,6 +114,7 @@ Item {
                 anchors.verticalCenter: picture.verticalCenter
                 text: node.title
                 font: Theme.strong
+                renderType: node.lettering
                 elide: Text.ElideMiddle
                 Accessible.ignored: true
             }
@@ -122,6 +125,7 @@ Item {
                 text: node.planText !== "" ? node.planText
                     : node.nodeState === "running" || node.nodeState === "failed" ? node.stateText : node.detail
                 font: Theme.label
+                renderType: node.lettering
                 color: node.planText !== "" || node.nodeState === "running" ? Theme.accent
                     : node.nodeState === "failed" ? Theme.bad : Theme.second
                 elide: Text.ElideMiddle

@@ -163,7 +163,7 @@ Column {
     Column {
         width: parent.width
         spacing: Theme.space8
-        visible: (facts.node.state ?? "") !== ""
+        visible: facts.node.state === "running" || (facts.node.summary ?? "") !== "" || (facts.node.output ?? "") !== ""
 
         Rule {}
         Heading {

@@ -57,7 +57,7 @@ Item {
 
             Icon {
                 id: shape
-                x: -Theme.space8
+                x: -Theme.space4
                 anchors.verticalCenter: parent.verticalCenter
                 size: Theme.space12 + 2
                 name: Theme.outcomeIcon(row.outcome)
@@ -85,7 +85,7 @@ Item {
             Label {
                 id: duration
                 anchors.right: parent.right
-                anchors.rightMargin: -Theme.space8
+                anchors.rightMargin: -Theme.space4
                 anchors.verticalCenter: parent.verticalCenter
                 leftPadding: Theme.space8
                 text: row.durationText

@@ -13,12 +13,13 @@ ConfirmSheet {
     property string fault
 
     signal flowsWanted
+    signal saved
 
     function put(key: string, value: var) {
         draft = Object.assign({}, draft, {[key]: value});
     }
 
-    firstField: titleField
+    firstField: actionField
     title: taskId === "" ? Tr.t("schedules.form.new") : Tr.t("schedules.form.edit")
     confirmText: Tr.t("schedules.form.save")
     onAboutToShow: {
@@ -31,8 +32,10 @@ ConfirmSheet {
     onCancelled: close()
     onConfirmed: {
         fault = schedules.save(taskId, Object.assign({}, draft, {title: titleField.text, time: timeField.text, hours: hoursField.text}));
-        if (fault === "")
-            close();
+        if (fault !== "")
+            return;
+        close();
+        saved();
     }
 
     Column {

@@ -124,6 +124,7 @@ Page {
             wide: table.wide
             progressText: page.schedules.progressText
             chosen: page.chosen.taskId === taskId
+            onChosenChanged: if (chosen) table.list.currentIndex = index
             onClicked: page.schedules.select(taskId)
             onDoubleClicked: page.change()
             onSwitched: on => page.schedules.setEnabled(taskId, on)
@@ -163,6 +164,7 @@ Page {
         id: form
         schedules: page.schedules
         onFlowsWanted: page.navigate("nodos")
+        onSaved: table.list.forceActiveFocus(Qt.TabFocusReason)
     }
     ConfirmSheet {
         id: removal
