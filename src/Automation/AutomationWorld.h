@@ -27,8 +27,7 @@ struct AutomationWorld {
     RunStores runs;
     std::function<Texts()> texts; ///< in the language of now
     std::function<std::shared_ptr<SuiteModule>(std::string_view id)>
-        module;                                         ///< a new one; nothing without an engine
-    std::function<bool(std::string_view id)> hasEngine; ///< false while a module is no more than its card
+        module; ///< a new one; nothing without an engine
     Clock clock = systemNow;
     LocalCalendar calendar;
 };

@@ -7,6 +7,7 @@
 #include "Core/UserDefaults.h"
 #include "Mail/MailSender.h"
 #include "Platform/Files.h"
+#include "Platform/MainLoop.h"
 
 #include <algorithm>
 #include <condition_variable>

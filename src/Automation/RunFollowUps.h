@@ -2,13 +2,11 @@
 
 #include "Automation/AutomationWorld.h"
 #include "Automation/RunReportFile.h"
-#include "Automation/Worker.h"
 #include "Core/Describe.h"
 
 #include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 

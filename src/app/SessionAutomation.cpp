@@ -16,7 +16,6 @@ automation::AutomationWorld automationWorld(Session& session, MainLoop& loop, Cl
             session.runStores(),
             [&session] { return Texts(session.language()); },
             [&registry](std::string_view id) { return registry.makeModule(id); },
-            [&registry](std::string_view id) { return registry.hasEngine(id); },
             std::move(clock),
             calendar};
 }

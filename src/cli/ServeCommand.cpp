@@ -92,7 +92,7 @@ void Server::begin() {
     automation_.runner().setOnActivity([this](const auto& activity) { flowChanged(activity); });
     observing_ = automation_.scheduler().observe([this] { taskChanged(); });
     automation_.lead();
-    if (!automation_.isLeading())
+    if (!automation_.isLeading() && automation_.trouble().empty())
         say("cli.serve.waiting");
     sayTroubles();
 }

@@ -45,7 +45,6 @@ struct TestWorld {
                           {log, files, journals},
                           [] { return Texts(Language::en); },
                           [this](std::string_view id) { return id == "system-junk" ? junk : nullptr; },
-                          [](std::string_view id) { return id == "system-junk"; },
                           loop.clock(),
                           LocalCalendar("UTC")};
 };
