@@ -68,11 +68,13 @@ FocusScope {
         panY = Math.round(top + room - all.y * zoom);
     }
 
-    // Brings a part of the canvas into view.
+    // Brings a part of the canvas into view, and keeps it there when the window changes.
     function reveal(x: real, y: real, w: real, h: real) {
         const room = Theme.space24;
+        const before = Qt.point(panX, panY);
         panX = Math.round(Math.min(Math.max(panX, room - x * zoom), width - room - (x + w) * zoom));
         panY = Math.round(Math.min(Math.max(panY, room + Theme.rowHeightTwo - y * zoom), height - room - Theme.rowHeightTwo - (y + h) * zoom));
+        moved.touched = moved.touched || panX !== before.x || panY !== before.y;
     }
 
     function add() { menu.open(); }

@@ -14,6 +14,7 @@ ConfirmSheet {
         needed = wanted;
         values = {};
         go = act;
+        firstField = fields.itemAt(0)?.field ?? null;
         needed.length > 0 ? open() : go(values);
     }
 
@@ -31,11 +32,13 @@ ConfirmSheet {
         spacing: Theme.space12
 
         Repeater {
+            id: fields
             model: sheet.needed
 
             Column {
                 id: value
                 required property var modelData
+                property alias field: place
 
                 width: parent.width
                 spacing: Theme.space4
@@ -47,6 +50,7 @@ ConfirmSheet {
                     Accessible.ignored: true
                 }
                 PathField {
+                    id: place
                     width: parent.width
                     name: value.modelData.title
                     folders: value.modelData.isFolder
