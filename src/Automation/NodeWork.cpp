@@ -127,6 +127,7 @@ FlowNodeResult NodeWork::doScript(const std::string& name) const {
     request.environment = environment(request.input);
     request.folder = parts_.world.folders.home;
     request.output = ProcessOutput::combined;
+    request.endsWithParent = true; // else its flow could run beside it after a kill
     request.maxOutputBytes = keptOutput + 1;
     auto next = std::chrono::steady_clock::now();
     request.onOutput = [&](std::string_view piece) {

@@ -9,8 +9,9 @@ namespace vh::mail {
 
 namespace {
 
-/// Bytes of text in one encoded word: as base64 they stay, with what stands around them, under its 75 characters.
-constexpr size_t bytesPerWord = 42;
+/// Bytes of text in one encoded word: as base64 they stay, with what stands around them and the name of the header
+/// before the first, within 76 characters.
+constexpr size_t bytesPerWord = 39;
 /// A longer line of plain text would have to be folded where it has no space.
 constexpr size_t longestPlain = 70;
 

@@ -23,6 +23,7 @@ struct ProcessRequest {
     std::string folder;                             ///< working folder; empty: this process's
     std::optional<std::chrono::milliseconds> timeLimit;
     std::chrono::milliseconds grace{3000}; ///< between asking it to end and killing it
+    bool endsWithParent = false;           ///< killed, it alone, when this process is killed
     size_t maxOutputBytes = 64u << 20;     ///< what comes beyond is read and dropped
     std::function<void(std::string_view)>
         onOutput; ///< each piece of standard output as it comes, on this thread

@@ -9,6 +9,7 @@
 #include "cli/Console.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace vh::cli {
 
@@ -42,17 +43,22 @@ std::optional<flows::Flow> findFlow(Context& context, flows::NodesStore& store, 
 
 std::optional<flows::Flow> readFlowFile(Context& context, const std::string& path) {
     const Texts& texts = context.session.texts();
-    const auto status = statusOf(path);
-    if (status && status->byteSize > flows::NodesStore::largestFile) {
+    const auto refuse = [&](const std::string& reason) {
+        complain(texts.text("cli.flow.no-flow", {{"path", printable(path)}, {"reason", reason}}));
+        return std::nullopt;
+    };
+    // A pipe or a device may never end.
+    if (std::filesystem::exists(path) && !std::filesystem::is_regular_file(path))
+        return refuse(texts.text("cli.flow.no-file"));
+    if (std::filesystem::is_regular_file(path) &&
+        std::filesystem::file_size(path) > flows::NodesStore::largestFile) {
         complain(texts.text("cli.flow.too-large", {{"path", printable(path)}}));
         return std::nullopt;
     }
     try {
         return decodeJson<flows::Flow>(readFile(path));
     } catch (const DecodeError& error) {
-        complain(
-            texts.text("cli.flow.no-flow", {{"path", printable(path)}, {"reason", printable(error.what())}}));
-        return std::nullopt;
+        return refuse(printable(error.what()));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "Automation/Automation.h"
 #include "Automation/FlowTriggers.h"
 #include "Automation/NodesRunner.h"
+#include "Automation/RunFollowUps.h"
 #include "Automation/Scheduler.h"
 #include "Automation/Worker.h"
 #include "Core/Csv.h"
@@ -43,6 +44,8 @@ namespace {
 
 constexpr std::chrono::hours betweenTidying{6};
 constexpr std::chrono::seconds longestEnding{10};
+/// For mail and reports of what has just ended.
+constexpr std::chrono::seconds longestFollowUp{5};
 
 /// Automation without a window, which says what it does.
 class Server {
@@ -161,6 +164,7 @@ void Server::end() {
     const auto limit = loop_.after(longestEnding, [this] { loop_.stop(); });
     if (!isIdle())
         loop_.run();
+    automation_.followUps().finish(longestFollowUp);
 }
 
 void Server::tidy() {

@@ -1,9 +1,11 @@
 #include "Platform/Posix/Spawn.h"
 
+#include "Platform/Posix/EndWithParent.h"
 #include "Platform/Posix/Pipe.h"
 #include "Platform/Process.h"
 #include "Platform/SystemError.h"
 
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
@@ -138,6 +140,11 @@ SpawnedProcess spawn(const ProcessRequest& request) {
     }
     const Attributes attributes(program);
     std::vector<std::string> arguments = request.arguments;
+    if (request.endsWithParent) {
+        if (!findProgram(program))
+            throw SystemError(ENOENT, program);
+        arguments = endingWithParent(std::move(arguments));
+    }
     std::vector<std::string> environment = environmentWith(request.environment);
     stopBlocking(input.writing);
     stopBlocking(output.reading);
@@ -145,7 +152,7 @@ SpawnedProcess spawn(const ProcessRequest& request) {
         stopBlocking(errors.reading);
 
     SpawnedProcess process;
-    check(::posix_spawnp(&process.id, program.c_str(), actions.get(), attributes.get(),
+    check(::posix_spawnp(&process.id, arguments.front().c_str(), actions.get(), attributes.get(),
                          pointersTo(arguments).data(), pointersTo(environment).data()),
           program);
     process.input = std::move(input.writing);
