@@ -24,7 +24,7 @@ NodesRunner::~NodesRunner() {
     state_->worker.reset();
     state_->onFinished = {};
     state_->onActivity = {};
-    state_->observers.clear();
+    state_->observers = {};
     while (!state_->runs.empty()) {
         const auto run = state_->runs.begin()->second; // a copy, since it goes from the list
         end(run);
@@ -178,7 +178,7 @@ void NodesRunner::tell(const Run& run, bool active) {
         state_->onActivity({"nodes-" + run.flow.id.text(), run.flow.name, active,
                             static_cast<double>(run.finishedNodes) / static_cast<double>(all)});
     }
-    state_->notify(run.flow.id);
+    state_->observers.tell(run.flow.id);
 }
 
 void NodesRunner::stop(const Uuid& flow) {
@@ -244,9 +244,7 @@ std::optional<std::string> NodesRunner::refusal(const Flow& flow) const {
 }
 
 std::shared_ptr<void> NodesRunner::observe(std::function<void(const Uuid& flow)> observer) {
-    auto token = std::make_shared<std::function<void(const Uuid&)>>(std::move(observer));
-    state_->observers.push_back(token);
-    return token;
+    return state_->observers.add(std::move(observer));
 }
 
 void NodesRunner::setOnFinished(

@@ -2,6 +2,7 @@
 
 #include "Automation/NodesRunner.h"
 #include "Automation/Worker.h"
+#include "Core/Observers.h"
 #include "Flows/NodesStore.h"
 
 namespace vh::automation {
@@ -15,7 +16,7 @@ struct NodesRunner::State {
     NodesExecutor& executor;
     const mail::MailSender& mail;
     std::map<Uuid, std::shared_ptr<Run>> runs; ///< by flow
-    std::vector<std::weak_ptr<std::function<void(const Uuid&)>>> observers;
+    Observers<const Uuid&> observers;
     std::function<void(const flows::Flow&, flows::FlowNodeOutcome, const std::vector<Uuid>&)> onFinished;
     std::function<void(const Activity&)> onActivity;
     std::unique_ptr<Worker> worker;
@@ -32,16 +33,6 @@ struct NodesRunner::State {
             values.timeZone = world.calendar.zone();
         }
         return values;
-    }
-
-    void notify(const Uuid& flow) {
-        std::vector<std::shared_ptr<std::function<void(const Uuid&)>>> called;
-        for (const auto& each : observers)
-            if (auto observer = each.lock())
-                called.push_back(std::move(observer));
-        std::erase_if(observers, [](const auto& each) { return each.expired(); });
-        for (const auto& observer : called)
-            (*observer)(flow);
     }
 };
 

@@ -1,6 +1,7 @@
 #include "Automation/RunFollowUps.h"
 
 #include "Core/Csv.h"
+#include "Core/Observers.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
 #include "Core/ToolTexts.h"
@@ -49,7 +50,7 @@ struct RunFollowUps::State : std::enable_shared_from_this<RunFollowUps::State> {
 
     // Main thread.
     int revision = 0;
-    std::vector<std::weak_ptr<std::function<void()>>> observers;
+    Observers<> observers;
     void changed();
 
     std::mutex mutex;
@@ -61,9 +62,7 @@ struct RunFollowUps::State : std::enable_shared_from_this<RunFollowUps::State> {
 
 void RunFollowUps::State::changed() {
     ++revision;
-    for (const auto& observer : std::vector(observers))
-        if (const auto alive = observer.lock())
-            (*alive)();
+    observers.tell();
 }
 
 /// The thread's life.
@@ -194,9 +193,7 @@ void RunFollowUps::finish() {
 }
 
 std::shared_ptr<void> RunFollowUps::observe(std::function<void()> observer) {
-    auto token = std::make_shared<std::function<void()>>(std::move(observer));
-    state_->observers.push_back(token);
-    return token;
+    return state_->observers.add(std::move(observer));
 }
 
 } // namespace vh::automation

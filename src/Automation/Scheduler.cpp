@@ -3,6 +3,7 @@
 #include "Automation/FolderNews.h"
 #include "Automation/ScheduledActions.h"
 #include "Automation/TaskTurn.h"
+#include "Core/Observers.h"
 #include "Core/RunJournal.h"
 #include "Core/RunLog.h"
 #include "Platform/SystemError.h"
@@ -44,14 +45,13 @@ struct Scheduler::State {
     void finished(const std::string& title, const RunRecord& record);
     void watch();
     void publish();
-    void tell();
     Date now() const { return owner.world_.clock(); }
     Texts texts() const { return owner.world_.texts(); }
 
     Scheduler& owner;
     CancelToken cancel;
     std::vector<ScheduledTask> queue; ///< due, and waiting for their turn
-    std::vector<std::weak_ptr<std::function<void()>>> observers;
+    Observers<> observers;
     MainLoop::Token timer;
     std::optional<FolderNews> news;
     Worker worker; ///< its threads use what stands above
@@ -117,7 +117,7 @@ std::shared_ptr<TaskTurn> Scheduler::State::takeTurn() {
         return turn;
     } catch (const SystemError& error) {
         owner.lastMessage_ = error.what();
-        tell();
+        observers.tell();
         return nullptr;
     }
 }
@@ -174,7 +174,7 @@ void Scheduler::State::begin(const ScheduledTask& task, bool advance, std::share
     const JobControl control{cancel, [this](double, std::string_view what) {
                                  worker.post([this, text = std::string(what)] {
                                      owner.progressText_ = text;
-                                     tell();
+                                     observers.tell();
                                  });
                              }};
     const auto record = std::make_shared<RunRecord>();
@@ -184,7 +184,7 @@ void Scheduler::State::begin(const ScheduledTask& task, bool advance, std::share
             turn->end();
         },
         [this, title = task.title, record] { finished(title, *record); });
-    tell();
+    observers.tell();
 }
 
 /// On the worker's thread, so that the task is marked even when the program is about to end.
@@ -220,14 +220,7 @@ void Scheduler::State::watch() {
 
 void Scheduler::State::publish() {
     owner.tasks_ = owner.store_.tasks();
-    tell();
-}
-
-void Scheduler::State::tell() {
-    std::erase_if(observers, [](const auto& observer) { return observer.expired(); });
-    for (const auto& observer : std::vector(observers))
-        if (const auto alive = observer.lock())
-            (*alive)();
+    observers.tell();
 }
 
 bool Scheduler::runNow(const Uuid& id) {
@@ -261,8 +254,7 @@ void Scheduler::remove(const Uuid& id, bool byPerson) {
 }
 
 std::shared_ptr<void> Scheduler::observe(std::function<void()> observer) {
-    auto token = std::make_shared<std::function<void()>>(std::move(observer));
-    state_->observers.push_back(token);
+    auto token = state_->observers.add(std::move(observer));
     state_->watch();
     return token;
 }

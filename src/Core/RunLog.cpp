@@ -223,24 +223,18 @@ void RunLog::refresh() {
 }
 
 void RunLog::notify() {
-    std::vector<std::shared_ptr<std::function<void()>>> observers;
+    Observers<> observers;
     {
         const std::lock_guard guard(mutex_);
         announced_ = changes_;
-        std::erase_if(observers_, [](const auto& each) { return each.expired(); });
-        for (const auto& each : observers_)
-            if (auto observer = each.lock())
-                observers.push_back(std::move(observer));
+        observers = observers_;
     }
-    for (const auto& observer : observers)
-        (*observer)();
+    observers.tell();
 }
 
 std::shared_ptr<void> RunLog::observe(std::function<void()> observer) {
-    auto token = std::make_shared<std::function<void()>>(std::move(observer));
     const std::lock_guard guard(mutex_);
-    observers_.push_back(token);
-    return token;
+    return observers_.add(std::move(observer));
 }
 
 void RunLog::setOnRecord(Hook hook) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Observers.h"
 #include "Core/RunHandle.h"
 #include "Core/RunLogFile.h"
 #include "Core/RunRecord.h"
@@ -100,7 +101,7 @@ private:
     uint64_t announced_ = 0;
     std::shared_mutex hookMutex_; ///< of hook_, shared while it is called
     Hook hook_;
-    std::vector<std::weak_ptr<std::function<void()>>> observers_;
+    Observers<> observers_;
 };
 
 } // namespace vh

@@ -179,23 +179,17 @@ std::string ScheduleStore::trouble() const {
 }
 
 std::shared_ptr<void> ScheduleStore::observe(std::function<void()> observer) {
-    auto token = std::make_shared<std::function<void()>>(std::move(observer));
     const std::lock_guard guard(mutex_);
-    observers_.push_back(token);
-    return token;
+    return observers_.add(std::move(observer));
 }
 
 void ScheduleStore::notify() {
-    std::vector<std::shared_ptr<std::function<void()>>> observers;
+    Observers<> observers;
     {
         const std::lock_guard guard(mutex_);
-        std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
-        for (const auto& observer : observers_)
-            observers.push_back(observer.lock());
+        observers = observers_;
     }
-    for (const auto& observer : observers)
-        if (observer)
-            (*observer)();
+    observers.tell();
 }
 
 } // namespace vh

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Observers.h"
 #include "Core/ScheduledTask.h"
 #include "Core/SharedFile.h"
 
@@ -63,7 +64,7 @@ private:
     /// What could not be written yet, over what the file says; nothing for a removed one.
     std::map<Uuid, std::optional<ScheduledTask>> waiting_;
     std::string trouble_;
-    std::vector<std::weak_ptr<std::function<void()>>> observers_;
+    Observers<> observers_;
 };
 
 } // namespace vh

@@ -2,6 +2,7 @@
 
 #include "Core/Codec.h"
 #include "Core/ItemRemoval.h"
+#include "Core/Observers.h"
 #include "Flows/FlowFiles.h"
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
@@ -22,7 +23,7 @@ struct NodesStore::State {
     std::vector<Flow> flows;
     std::vector<CompanyFlow> companyFlows;
     std::vector<std::string> damaged;
-    std::vector<std::weak_ptr<std::function<void()>>> observers;
+    Observers<> observers;
 
     void loadOnce() {
         if (!isLoaded)
@@ -32,9 +33,8 @@ struct NodesStore::State {
     bool refresh();
     void changed() {
         refresh();
-        notify();
+        observers.tell();
     }
-    void notify();
     FlowFolder& folderOf(const Uuid& id) { return company.contains(id) ? company : own; }
 
     FileLock lock() const {
@@ -64,16 +64,6 @@ bool NodesStore::State::refresh() {
     const auto more = company.damaged();
     damaged.insert(damaged.end(), more.begin(), more.end());
     return true;
-}
-
-void NodesStore::State::notify() {
-    std::vector<std::shared_ptr<std::function<void()>>> called;
-    for (const auto& each : observers)
-        if (auto observer = each.lock())
-            called.push_back(std::move(observer));
-    std::erase_if(observers, [](const auto& each) { return each.expired(); });
-    for (const auto& observer : called)
-        (*observer)();
 }
 
 void NodesStore::State::mirror(const Flow& flow, const std::string& from) {
@@ -155,7 +145,7 @@ std::string NodesStore::folderOfUser() {
 
 void NodesStore::load() {
     if (state_->refresh())
-        state_->notify();
+        state_->observers.tell();
 }
 
 const std::vector<Flow>& NodesStore::flows() {
@@ -237,7 +227,7 @@ void NodesStore::record(const FlowRun& run) {
         const FileLock held = state_->lock();
         state_->store(run);
     }
-    state_->notify();
+    state_->observers.tell();
 }
 
 void NodesStore::setCompany(const Flow& flow, const std::string& from) {
@@ -298,9 +288,7 @@ std::vector<FlowRun> NodesStore::takeInterrupted() {
 }
 
 std::shared_ptr<void> NodesStore::observe(std::function<void()> observer) {
-    auto token = std::make_shared<std::function<void()>>(std::move(observer));
-    state_->observers.push_back(token);
-    return token;
+    return state_->observers.add(std::move(observer));
 }
 
 } // namespace vh::flows
