@@ -187,9 +187,9 @@ void RunFollowUps::take(const RunRecord& record) {
     state_->news.notify_all();
 }
 
-void RunFollowUps::finish() {
+void RunFollowUps::finish(std::chrono::milliseconds limit) {
     std::unique_lock guard(state_->mutex);
-    state_->news.wait(guard, [this] { return state_->queue.empty() && !state_->isBusy; });
+    state_->news.wait_for(guard, limit, [this] { return state_->queue.empty() && !state_->isBusy; });
 }
 
 std::shared_ptr<void> RunFollowUps::observe(std::function<void()> observer) {

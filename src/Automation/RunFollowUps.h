@@ -4,6 +4,7 @@
 #include "Automation/RunReportFile.h"
 #include "Core/Describe.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -42,8 +43,8 @@ public:
 
     /// For RunLog::setOnRecord: returns at once and works on. Any thread.
     void take(const RunRecord& record);
-    /// Waits until all that was taken is done; for a program that is about to end.
-    void finish();
+    /// Waits until all that was taken is done, at most for `limit`; for a program that is about to end.
+    void finish(std::chrono::milliseconds limit = std::chrono::minutes(5));
 
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> observer);
 
