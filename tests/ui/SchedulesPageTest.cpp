@@ -5,7 +5,6 @@
 #include "Flows/NodesStore.h"
 #include "app/AutomationLife.h"
 
-
 namespace vh::test {
 
 namespace {
