@@ -4,6 +4,7 @@
 #include "Flows/FlowTexts.h"
 #include "app/Session.h"
 #include "cli/FlowShelf.h"
+#include "cli/NamedThing.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
 #include "cli/Table.h"
@@ -91,15 +92,9 @@ private:
 
 /// The run of the flow that a word names.
 std::optional<Uuid> findRun(Context& context, NodesStore& store, const Flow& flow, const std::string& word) {
-    std::vector<Uuid> found;
-    for (const FlowRun& run : store.runs(flow.id))
-        if (run.id.text().starts_with(asIdentifier(word)))
-            found.push_back(run.id);
-    if (found.size() == 1)
-        return found.front();
-    complain(context.session.texts().text(found.empty() ? "cli.flow.unknown-run" : "cli.flow.ambiguous",
-                                          {{"word", printable(word)}, {"count", found.size()}}));
-    return std::nullopt;
+    const auto run =
+        findNamed(context, store.runs(flow.id), word, {"cli.flow.unknown-run", "cli.flow.ambiguous"});
+    return run ? std::optional(run->id) : std::nullopt;
 }
 
 Exit printPlan(Context& context, const std::vector<automation::FlowPlanLine>& plan) {

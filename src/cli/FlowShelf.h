@@ -29,8 +29,6 @@ std::optional<flows::Flow> readFlowFile(Context& context, const std::string& pat
 /// What `check` would say of the flow.
 std::vector<flows::FlowProblem> problemsOf(Context& context, const flows::Flow& flow);
 
-/// A beginning of an identifier as identifiers are written.
-std::string asIdentifier(std::string word);
 constexpr size_t shownOfFlow = 8;
 
 void describeFlowFiles(CLI::App& noun, CommandLine& line);

@@ -7,6 +7,7 @@
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
+#include "cli/NamedThing.h"
 #include "cli/Reply.h"
 #include "cli/RunFilterOptions.h"
 #include "cli/Table.h"
@@ -32,8 +33,6 @@ inline constexpr auto describe<cli::RunReply> = record(field("record", &cli::Run
 namespace vh::cli {
 
 namespace {
-
-constexpr size_t shortestPrefix = 4;
 
 struct ListOptions {
     RunFilterOptions filter;
@@ -112,19 +111,8 @@ void printRuns(const std::vector<RunRecord>& runs, const Texts& texts) {
 }
 
 std::optional<RunRecord> findRun(Context& context, const std::string& word) {
-    std::string prefix = word;
-    std::ranges::transform(prefix, prefix.begin(),
-                           [](char c) { return c >= 'a' && c <= 'f' ? c & ~0x20 : c; });
-    std::vector<RunRecord> found;
-    if (prefix.size() >= shortestPrefix)
-        for (RunRecord& run : context.session.runLog().all())
-            if (run.id.text().starts_with(prefix))
-                found.push_back(std::move(run));
-    if (found.size() == 1)
-        return found.front();
-    complain(context.session.texts().text(found.empty() ? "cli.runs.unknown" : "cli.runs.ambiguous",
-                                          {{"id", printable(word)}, {"count", found.size()}}));
-    return std::nullopt;
+    return findNamed(context, context.session.runLog().all(), word,
+                     {"cli.runs.unknown", "cli.runs.ambiguous"});
 }
 
 void describeRuns(CLI::App& noun, CommandLine& line) {

@@ -1,13 +1,13 @@
 #include "Automation/ScheduledActions.h"
 #include "Automation/Scheduler.h"
 #include "Core/Csv.h"
-#include "Core/Fold.h"
 #include "Core/Printable.h"
 #include "Core/ScheduleStore.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/Consent.h"
+#include "cli/NamedThing.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
 #include "cli/RunFilterOptions.h"
@@ -15,13 +15,11 @@
 #include "cli/Table.h"
 
 #include <CLI/App.hpp>
-#include <algorithm>
 
 namespace vh::cli {
 
 namespace {
 
-constexpr size_t shortestPrefix = 4;
 constexpr size_t shownOfIdentifier = 8;
 constexpr int mostDates = 10'000;
 
@@ -58,19 +56,8 @@ std::string moment(std::optional<Date> date) {
 
 /// The task that a word names: identifier, its beginning, or title. Complains when it is none or more than one.
 std::optional<ScheduledTask> findTask(Context& context, const ScheduleStore& store, const std::string& word) {
-    std::string prefix = word;
-    std::ranges::transform(prefix, prefix.begin(),
-                           [](char c) { return c >= 'a' && c <= 'f' ? c & ~0x20 : c; });
-    std::vector<ScheduledTask> found;
-    for (ScheduledTask& task : store.tasks())
-        if ((word.size() >= shortestPrefix && task.id.text().starts_with(prefix)) ||
-            foldCase(task.title) == foldCase(word))
-            found.push_back(std::move(task));
-    if (found.size() == 1)
-        return found.front();
-    complain(context.session.texts().text(found.empty() ? "cli.schedule.unknown" : "cli.schedule.ambiguous",
-                                          {{"word", printable(word)}, {"count", found.size()}}));
-    return std::nullopt;
+    return findNamed(context, store.tasks(), word, {"cli.schedule.unknown", "cli.schedule.ambiguous"},
+                     &ScheduledTask::title);
 }
 
 /// A command ends with its store, so what could not be written is lost. Throws std::runtime_error.
