@@ -1,7 +1,7 @@
 #include "Automation/FlowFolders.h"
 
-#include "Flows/Blank.h"
 #include "Flows/NodesStore.h"
+#include "Platform/Blank.h"
 #include "Platform/SystemError.h"
 
 namespace vh::automation {
@@ -11,7 +11,7 @@ namespace {
 constexpr std::chrono::seconds tryAgain{30};
 
 std::string withHome(std::string_view typed, const std::string& home) {
-    const std::string path(flows::trimmed(typed));
+    const std::string path(trimmed(typed));
     return path == "~" || path.starts_with("~/") ? home + path.substr(1) : path;
 }
 

@@ -1,5 +1,6 @@
 #include "Automation/ScriptLibrary.h"
 
+#include "Platform/Blank.h"
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
 #include "Platform/Folders.h"
@@ -15,13 +16,6 @@ namespace {
 constexpr std::string_view systemMark = "# varnholt: system";
 constexpr int firstLines = 10;      ///< among which the mark may stand
 constexpr size_t longestName = 200; ///< bytes; what is added while a file is written has to fit, too
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blank = " \t\r";
-    const size_t first = text.find_first_not_of(blank);
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(blank) - first + 1);
-}
 
 bool wantsSystem(std::string_view body) {
     for (int line = 0; line < firstLines && !body.empty(); ++line) {

@@ -1,5 +1,7 @@
 #include "Core/FleetTool.h"
 
+#include "Platform/Blank.h"
+
 #include <algorithm>
 #include <array>
 #include <type_traits>
@@ -17,7 +19,7 @@ constexpr std::array<std::string_view, std::variant_size_v<FleetTool>> identifie
     "convert-images", "convert-video",    "burn-in",         "slates-bars",  "ftp"};
 
 bool isFilled(std::string_view text) {
-    return text.find_first_not_of(" \t\r\n\v\f") != std::string_view::npos;
+    return !isBlank(text);
 }
 
 bool isFilled(const std::vector<std::string>& texts) {

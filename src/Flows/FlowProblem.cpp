@@ -1,10 +1,10 @@
 #include "Flows/FlowProblem.h"
 
 #include "Core/PathAllowlist.h"
-#include "Flows/Blank.h"
 #include "Flows/Flow.h"
 #include "Flows/FlowReach.h"
 #include "Flows/FlowVariable.h"
+#include "Platform/Blank.h"
 #include "Platform/Folders.h"
 
 #include <algorithm>

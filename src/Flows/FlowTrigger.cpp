@@ -1,8 +1,8 @@
 #include "Flows/FlowTrigger.h"
 
 #include "Core/Fold.h"
-#include "Flows/Blank.h"
 #include "Flows/FlowRun.h"
+#include "Platform/Blank.h"
 
 #include <algorithm>
 

@@ -1,5 +1,7 @@
 #include "Platform/Linux/AssignmentFile.h"
 
+#include "Platform/Blank.h"
+
 namespace vh {
 
 namespace {
@@ -19,13 +21,6 @@ std::string unquoted(std::string_view value) {
             result += c;
     }
     return result;
-}
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blank = " \t\r";
-    const size_t first = text.find_first_not_of(blank);
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(blank) - first + 1);
 }
 
 } // namespace

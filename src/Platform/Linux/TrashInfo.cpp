@@ -1,5 +1,7 @@
 #include "Platform/Linux/TrashInfo.h"
 
+#include "Platform/Blank.h"
+
 #include <charconv>
 #include <fmt/format.h>
 
@@ -44,12 +46,6 @@ bool climbs(std::string_view path) {
            path.find("/../") != std::string_view::npos;
 }
 
-std::string_view withoutBlanks(std::string_view text) {
-    const size_t first = text.find_first_not_of(" \t\r");
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
 /// At most `most` bytes of `text`, no UTF-8 sequence cut in two.
 std::string_view shortened(std::string_view text, size_t most) {
     if (text.size() <= most)
@@ -73,15 +69,15 @@ std::optional<TrashInfo> parseTrashInfo(std::string_view text) {
     std::optional<std::string> date;
     while (!text.empty()) {
         const size_t end = text.find('\n');
-        const std::string_view line = withoutBlanks(text.substr(0, end));
+        const std::string_view line = trimmed(text.substr(0, end));
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         if (line.starts_with('['))
             inGroup = line == "[Trash Info]";
         const size_t equals = line.find('=');
         if (!inGroup || equals == std::string_view::npos)
             continue;
-        const std::string_view key = withoutBlanks(line.substr(0, equals));
-        const std::string_view value = withoutBlanks(line.substr(equals + 1));
+        const std::string_view key = trimmed(line.substr(0, equals));
+        const std::string_view value = trimmed(line.substr(equals + 1));
         // Of a key that stands there twice the first counts.
         if (key == "Path" && !path)
             path = percentDecoded(value).value_or("");

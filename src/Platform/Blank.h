@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-namespace vh::flows {
+namespace vh {
 
 /// Without white space and line ends around it.
 constexpr std::string_view trimmed(std::string_view text) {
@@ -17,4 +17,4 @@ constexpr bool isBlank(std::string_view text) {
     return trimmed(text).empty();
 }
 
-} // namespace vh::flows
+} // namespace vh
