@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <poll.h>
 #include <sched.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -120,6 +121,13 @@ TEST(FolderWatcher, saysWhichLimitIsUsedUp) {
     };
     EXPECT_THAT(said([] { setLimit("max_inotify_instances", 0); }), HasSubstr("inotify/max_user_instances"));
     EXPECT_THAT(said([] { setLimit("max_inotify_watches", 0); }), HasSubstr("inotify/max_user_watches"));
+#ifndef __SANITIZE_ADDRESS__ // the sanitizers look at an exception's type through a pipe, for which nothing is left
+    const auto noDescriptors = [] {
+        const rlimit none{3, 3};
+        ::setrlimit(RLIMIT_NOFILE, &none);
+    };
+    EXPECT_THAT(said(noDescriptors), HasSubstr("Too many open files"));
+#endif
     EXPECT_EQ(errorOf([&] { FolderWatcher(folder / "none"); }), folder / "none: No such file or directory");
     std::ofstream(folder / "file") << "text";
     EXPECT_EQ(errorOf([&] { FolderWatcher(folder / "file"); }), folder / "file: Not a directory");
