@@ -15,6 +15,9 @@ class MainLoop;
 class SuiteModule;
 class UserDefaults;
 } // namespace vh
+namespace vh::helper {
+class HelperClient;
+}
 
 namespace vh::automation {
 
@@ -28,6 +31,9 @@ struct AutomationWorld {
     std::function<Texts()> texts; ///< in the language of now
     std::function<std::shared_ptr<SuiteModule>(std::string_view id)>
         module; ///< a new one; nothing without an engine
+    std::function<helper::HelperClient*()> helper = [] {
+        return nullptr;
+    }; ///< the root helper, nothing without one
     Clock clock = systemNow;
     LocalCalendar calendar;
 };

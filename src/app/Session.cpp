@@ -3,6 +3,7 @@
 #include "Core/CleanJob.h"
 #include "Core/DatabaseLocation.h"
 #include "Core/RunJournal.h"
+#include "HelperKit/HelperClient.h"
 #include "app/ModuleRegistry.h"
 
 namespace vh::app {
@@ -54,6 +55,11 @@ ModuleRegistry& Session::registry() {
 
 RunStores Session::runStores() {
     return {runLog(), runFiles_, *journals_};
+}
+
+helper::HelperClient& Session::helper() {
+    std::call_once(helperOpened_, [this] { helper_ = helper::openHelperClient(defaults_, VH_VERSION); });
+    return *helper_;
 }
 
 void Session::recoverInterruptedRuns() {

@@ -8,11 +8,15 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 namespace vh {
 class RunJournals;
 struct RunStores;
 } // namespace vh
+namespace vh::helper {
+class HelperClient;
+}
 
 namespace vh::app {
 
@@ -44,6 +48,8 @@ public:
     RunJournals& journals();
     ModuleRegistry& registry();
     RunStores runStores();
+    /// The root helper's client. Any thread.
+    helper::HelperClient& helper();
 
 private:
     void recoverInterruptedRuns();
@@ -56,6 +62,8 @@ private:
     std::unique_ptr<RunLog> runLog_;
     std::unique_ptr<RunJournals> journals_;
     std::unique_ptr<ModuleRegistry> registry_;
+    std::once_flag helperOpened_;
+    std::unique_ptr<helper::HelperClient> helper_;
 };
 
 } // namespace vh::app

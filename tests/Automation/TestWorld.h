@@ -39,12 +39,14 @@ struct TestWorld {
     RunLog log;
     RunJournals journals;
     std::shared_ptr<FakeModule> junk = std::make_shared<FakeModule>();
+    helper::HelperClient* helper = nullptr;
     AutomationWorld world{loop,
                           folders,
                           defaults,
                           {log, files, journals},
                           [] { return Texts(Language::en); },
                           [this](std::string_view id) { return id == "system-junk" ? junk : nullptr; },
+                          [this] { return helper; },
                           loop.clock(),
                           LocalCalendar("UTC")};
 };

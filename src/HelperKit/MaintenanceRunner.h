@@ -1,0 +1,33 @@
+#pragma once
+
+#include "HelperKit/MaintenanceTable.h"
+#include "Platform/CancelToken.h"
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace vh::helper {
+
+/// Runs a task's commands one after the other. Blocks; any thread.
+class MaintenanceRunner {
+public:
+    struct Result {
+        bool succeeded = false;
+        std::string
+            output; ///< of all commands, UTF-8, bounded; how it ended stands last when it did not succeed
+    };
+    struct Execution {
+        int status = -1; ///< -1 when it could not be started
+        std::string output;
+        bool timedOut = false;
+    };
+
+    /// `timeout` is that of each command. Throws Cancelled.
+    static Result run(const MaintenancePlan& plan, std::chrono::seconds timeout,
+                      const CancelToken& cancel = {});
+    static Execution execute(const MaintenanceCommand& command, std::chrono::seconds timeout,
+                             const CancelToken& cancel = {});
+};
+
+} // namespace vh::helper

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Platform/MainLoop.h"
+#include "Platform/ServiceMessage.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace vh {
+
+/// Who calls. All of it is told by the system, nothing by the message.
+struct ServicePeer {
+    uint32_t userID = ~0u;
+    int64_t processID = 0;
+    std::string connection; ///< names the peer for as long as it is connected
+};
+
+struct ServiceCall {
+    const ServiceMethod& method;
+    ServicePeer peer;
+    ServiceValues arguments; ///< of the kinds that the method names
+};
+
+/// What a service does. Called on the loop's thread.
+class ServiceHandler {
+public:
+    using Answer = std::function<void(ServiceReply)>;
+
+    virtual ~ServiceHandler() = default;
+    /// Without looking at any file: whether the call may ever be granted. Asked before the authority is, so that nobody
+    /// types a password for what is refused anyway.
+    virtual std::optional<ServiceRefusal> check(const ServiceCall& call) = 0;
+    /// Does it and answers once, from any thread; returns soon.
+    virtual void perform(ServiceCall call, Answer answer) = 0;
+    /// The peer has left.
+    virtual void peerGone(const ServicePeer& peer) = 0;
+};
+
+/// A service on the system bus. Each call is read and bounded, its peer is told by the bus, the authority is asked
+/// about the method's action, and only then it is performed. Nothing in it waits: a peer, an authority or a piece of
+/// work that hangs keeps nobody else from being served. Loop's thread.
+class ServiceHost {
+public:
+    virtual ~ServiceHost() = default;
+    /// Whether calls are being checked or performed.
+    virtual bool isBusy() const = 0;
+};
+
+/// `methods` and `handler` outlive it. `lost` is called once when the bus is gone. Throws std::runtime_error when the
+/// name cannot be had.
+std::unique_ptr<ServiceHost> openServiceHost(MainLoop& loop, const ServiceIdentity& identity,
+                                             std::span<const ServiceMethod> methods, ServiceHandler& handler,
+                                             std::function<void()> lost);
+
+} // namespace vh
