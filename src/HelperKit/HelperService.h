@@ -1,35 +1,51 @@
 #pragma once
 
 #include "HelperKit/DeviceJobRunner.h"
-#include "Platform/ServiceHost.h"
+#include "HelperKit/HelperPathPolicy.h"
+#include "HelperKit/MaintenanceRunner.h"
+#include "HelperKit/MaintenanceTable.h"
 
-#include <atomic>
+#include <cstdint>
 #include <functional>
-#include <memory>
-#include <optional>
 #include <string>
 
 namespace vh::helper {
 
-/// What the helper does, for any peer: its policies and their order. Blocks; called off the listener's thread.
-class HelperService;
-
-/// The helper as its peers see it: each call is dispatched with the user that the connection tells. Long work runs on
-/// threads of its own. Loop's thread.
-class PeerScopedHelper : public ServiceHandler {
+/// What the helper does, for any peer: its policies and their order. All throws HelperServiceError for what a policy
+/// refuses, and SystemError for what fails. Any thread; what is not called a check blocks.
+class HelperService {
 public:
-    PeerScopedHelper();
-    ~PeerScopedHelper() override;
+    /// What it stands on.
+    struct World {
+        /// Of the user with this identifier. Looks at no file that is the user's.
+        std::function<HelperPathPolicy(uint32_t user)> pathsOf;
+        std::function<MaintenancePlan(MaintenanceTask)> planOf;
+        std::function<bool(MaintenanceTask)> requiresRoot;
+    };
+    static World ofThisMachine();
 
-    std::optional<ServiceRefusal> check(const ServiceCall& call) override;
-    void perform(ServiceCall call, Answer answer) override;
-    void peerGone(const ServicePeer& peer) override;
-    /// Whether work is under way that has no call waiting for it.
-    bool isBusy() const;
+    explicit HelperService(World world) : world_(std::move(world)) {}
+
+    /// Name and version of this program.
+    static std::string pong();
+
+    /// Pure: what may be removed, whatever lies there.
+    HelperPathPolicy::Place checkRemoval(const std::string& path, uint32_t user) const;
+    HelperPathPolicy::Place checkSize(const std::string& path, uint32_t user) const;
+    /// The path is followed from the root of the allowlist through no link at all.
+    void removeAllowedItem(const std::string& path, uint32_t user) const;
+    /// Bytes of a file, or of all files in a folder, on its own volume.
+    int64_t sizeOfAllowedDirectory(const std::string& path, uint32_t user, const CancelToken& cancel) const;
+
+    MaintenanceTask validateMaintenanceTask(const std::string& id) const;
+    MaintenanceRunner::Result runMaintenanceTask(const std::string& id, const CancelToken& cancel) const;
+
+    DeviceJobRunner& jobs() { return jobs_; }
+    const DeviceJobRunner& jobs() const { return jobs_; }
 
 private:
-    struct State;
-    std::unique_ptr<State> state_;
+    World world_;
+    DeviceJobRunner jobs_;
 };
 
 } // namespace vh::helper

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace vh {
@@ -18,6 +19,9 @@ struct Folders {
 
     /// Read from the environment and the user database at every call. Throws SystemError when the user has no home.
     static Folders ofUser();
+    /// Those of the user with this identifier, by the user database alone and at their usual places. Throws SystemError
+    /// when there is no such user or no home.
+    static Folders ofUser(uint32_t user);
 };
 
 } // namespace vh

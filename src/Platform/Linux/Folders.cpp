@@ -21,18 +21,21 @@ std::string absoluteVariable(const char* name) {
     return value != nullptr && value[0] == '/' ? standardisedPath(value) : std::string();
 }
 
-std::string homeFolder() {
-    if (std::string home = absoluteVariable("HOME"); !home.empty())
-        return home;
+std::string homeInDatabase(uint32_t user) {
     std::array<char, 16384> buffer{};
     passwd entry{};
     passwd* found = nullptr;
-    const int code = ::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found);
+    const int code = ::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found);
     if (code != 0)
         throw SystemError(code, "home folder");
     if (found == nullptr || found->pw_dir == nullptr || found->pw_dir[0] != '/')
         throw SystemError("home folder", "This user has none");
     return standardisedPath(found->pw_dir);
+}
+
+std::string homeFolder() {
+    std::string home = absoluteVariable("HOME");
+    return home.empty() ? homeInDatabase(::geteuid()) : std::move(home);
 }
 
 bool isAnothers(const std::string& home) {
@@ -44,19 +47,36 @@ std::string orElse(std::string value, const std::string& otherwise) {
     return value.empty() ? otherwise : std::move(value);
 }
 
+/// Where the things of who lives there lie when no variable says otherwise.
+Folders usualFolders(const std::string& home) {
+    Folders folders;
+    folders.home = home;
+    folders.caches = joinPath(home, ".cache");
+    folders.logs = joinPath(home, ".local/state");
+    folders.data = joinPath(home, ".local/share");
+    folders.config = joinPath(home, ".config");
+    folders.temporary = "/tmp";
+    return folders;
+}
+
 } // namespace
 
 Folders Folders::ofUser() {
-    Folders folders;
-    folders.home = homeFolder();
+    Folders folders = usualFolders(homeFolder());
     folders.homeIsAnothers = isAnothers(folders.home);
-    folders.caches = orElse(absoluteVariable("XDG_CACHE_HOME"), joinPath(folders.home, ".cache"));
-    folders.logs = orElse(absoluteVariable("XDG_STATE_HOME"), joinPath(folders.home, ".local/state"));
-    folders.data = orElse(absoluteVariable("XDG_DATA_HOME"), joinPath(folders.home, ".local/share"));
-    folders.config = orElse(absoluteVariable("XDG_CONFIG_HOME"), joinPath(folders.home, ".config"));
-    folders.temporary = orElse(absoluteVariable("TMPDIR"), "/tmp");
+    folders.caches = orElse(absoluteVariable("XDG_CACHE_HOME"), folders.caches);
+    folders.logs = orElse(absoluteVariable("XDG_STATE_HOME"), folders.logs);
+    folders.data = orElse(absoluteVariable("XDG_DATA_HOME"), folders.data);
+    folders.config = orElse(absoluteVariable("XDG_CONFIG_HOME"), folders.config);
+    folders.temporary = orElse(absoluteVariable("TMPDIR"), folders.temporary);
     folders.runtime = orElse(absoluteVariable("XDG_RUNTIME_DIR"),
                              joinPath(folders.temporary, fmt::format("varnholt-{}", ::geteuid())));
+    return folders;
+}
+
+Folders Folders::ofUser(uint32_t user) {
+    Folders folders = usualFolders(homeInDatabase(user));
+    folders.runtime = fmt::format("/run/user/{}", user);
     return folders;
 }
 
