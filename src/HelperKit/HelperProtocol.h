@@ -20,7 +20,8 @@ inline constexpr std::string_view program = "varnholt-helper";
 inline constexpr std::string_view policyDomain = "com.varnholt.helper.policy";
 
 inline ServiceIdentity helperIdentity() {
-    return {std::string(identity::machServiceName), "/com/varnholt/helper", "com.varnholt.helper1"};
+    return {std::string(identity::machServiceName), "/com/varnholt/helper", "com.varnholt.helper1",
+            std::string(policyDomain)};
 }
 
 /// What the system's authority asks the person about, one action a kind of work.

@@ -3,6 +3,7 @@
 #include "Platform/MainLoop.h"
 #include "Platform/ServiceMessage.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -26,16 +27,26 @@ struct ServiceCall {
 /// What a service does. Called on the loop's thread.
 class ServiceHandler {
 public:
+    /// May be called from any thread, and when the host is gone already.
     using Answer = std::function<void(ServiceReply)>;
 
     virtual ~ServiceHandler() = default;
     /// Without looking at any file: whether the call may ever be granted. Asked before the authority is, so that nobody
     /// types a password for what is refused anyway.
     virtual std::optional<ServiceRefusal> check(const ServiceCall& call) = 0;
-    /// Does it and answers once, from any thread; returns soon.
+    /// Does it and answers once; returns soon.
     virtual void perform(ServiceCall call, Answer answer) = 0;
-    /// The peer has left.
+    /// The peer has left: its answers go nowhere. Comes once for each peer that called.
     virtual void peerGone(const ServicePeer& peer) = 0;
+};
+
+/// How a service treats its peers.
+struct ServiceRules {
+    std::function<bool(const ServicePeer&)> needsNoAuthority = [](const ServicePeer& peer) {
+        return peer.userID == 0;
+    };
+    std::chrono::milliseconds authorityLimit = std::chrono::minutes(2); ///< a person may have to type a password
+    size_t mostCalls = 64; ///< of one user, checked or performed at one time
 };
 
 /// A service on the system bus. Each call is read and bounded, its peer is told by the bus, the authority is asked
@@ -48,10 +59,10 @@ public:
     virtual bool isBusy() const = 0;
 };
 
-/// `methods` and `handler` outlive it. `lost` is called once when the bus is gone. Throws std::runtime_error when the
-/// name cannot be had.
+/// `methods` and `handler` outlive it. `lost` is called once when the bus is gone. Blocks until the name is had; throws
+/// std::runtime_error when it cannot be. On Linux in the library vh_ServiceHost.
 std::unique_ptr<ServiceHost> openServiceHost(MainLoop& loop, const ServiceIdentity& identity,
                                              std::span<const ServiceMethod> methods, ServiceHandler& handler,
-                                             std::function<void()> lost);
+                                             std::function<void()> lost, ServiceRules rules = {});
 
 } // namespace vh

@@ -14,11 +14,12 @@ struct ServiceBytes {
     bool operator==(const ServiceBytes&) const = default;
 };
 
-/// What a call to the root service and its answer are made of.
+/// What a call to the root service and its answer are made of. Text is UTF-8 without NUL.
 using ServiceValue = std::variant<bool, int64_t, std::string, ServiceBytes>;
 using ServiceValues = std::vector<ServiceValue>;
 
-/// No text or run of bytes in a call is longer; what is longer is refused before it is read.
+/// No text or run of bytes in a call or its answer is longer; a call with a longer one is refused before it is read,
+/// and of an answer with a longer one the peer learns only that it failed.
 constexpr size_t mostServiceBytes = 1u << 20;
 
 /// One method of a service. A letter says each value's kind: b, x (64 bits, signed), s (text), y (bytes).
@@ -34,15 +35,24 @@ struct ServiceMethod {
 struct ServiceIdentity {
     std::string name;      ///< on the bus, or of the Mach service
     std::string path;      ///< of its object
-    std::string interface; ///< of its methods, and the beginning of its errors' names
+    std::string interface; ///< of its methods
+    std::string errors;    ///< what the names of its refusals begin with, before a dot and the code
 };
 
-/// An answer that says no: a short name without spaces, and the words for the person.
+/// An answer that says no: a short name of letters and digits, and the words for the person.
 struct ServiceRefusal {
     std::string code;
     std::string text;
     bool operator==(const ServiceRefusal&) const = default;
 };
+
+/// The codes of what is refused on the way, before the service itself is asked or after it answered.
+namespace serviceRefusals {
+inline constexpr const char* notAuthorized = "notAuthorized";
+inline constexpr const char* badArguments = "badArguments";
+inline constexpr const char* tooManyCalls = "tooManyCalls";
+inline constexpr const char* failed = "failed";
+} // namespace serviceRefusals
 
 using ServiceReply = std::variant<ServiceValues, ServiceRefusal>;
 
