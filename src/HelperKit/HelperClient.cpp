@@ -1,20 +1,343 @@
 #include "HelperKit/HelperClient.h"
 
+#include "Core/Codec.h"
+#include "Core/Texts.h"
+#include "Core/UserDefaults.h"
+#include "HelperKit/HelperConnection.h"
+#include "HelperKit/HelperProtocol.h"
+#include "Platform/Blank.h"
+
+#include <map>
+#include <thread>
+
 namespace vh::helper {
 
-struct HelperClient::State {
-    World world;
-};
+namespace {
 
-HelperClient::HelperClient(World world) : state_(std::make_unique<State>(State{std::move(world)})) {}
-HelperClient::~HelperClient() = default;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using Kind = HelperClientError::Kind;
+using Result = MaintenanceRunner::Result;
+using Status = HelperRegistrationStatus;
 
-HelperRegistrationStatus HelperClient::status() const {
-    return HelperRegistrationStatus::notFound;
+constexpr std::string_view registeredBuildKey = "helper.registeredBuild";
+
+/// How long each call may take, the typing of a password included.
+namespace limits {
+constexpr seconds ping{10};
+constexpr seconds removal{300};
+constexpr seconds sizing{300};
+constexpr seconds task{180};
+constexpr seconds slowTask{3600};
+constexpr seconds jobStart{30};
+constexpr seconds jobStatus{30};
+constexpr seconds install{3660};
+} // namespace limits
+
+bool mayRepeat(const ServiceMethod& method, Kind kind) {
+    return method.name != methods::ping.name && (kind == Kind::connectionFailed || kind == Kind::timeout);
 }
 
-std::unique_ptr<HelperClient> openHelperClient(UserDefaults& defaults, const std::string& build) {
-    return std::make_unique<HelperClient>(HelperClient::World{{}, {}, defaults, build, {}, {}});
+} // namespace
+
+struct HelperClient::State {
+    explicit State(World given) : world(std::move(given)), connection(world.openLink) {}
+
+    World world;
+    HelperConnection connection;
+    std::mutex repairing; ///< held while something is repaired or registered; taken before mutex
+    std::mutex mutex;     ///< of what follows
+    std::optional<Status> status;
+    unsigned repairs = 0;
+    std::string lastPing;
+    std::string lastError;
+    std::map<std::string, std::shared_ptr<ServiceLink>> jobs; ///< each would end with its link
+
+    Status known();
+    Status refresh();
+    unsigned repairsSoFar();
+    void setLastError(const std::string& text);
+    void requireEnabled();
+
+    HelperConnection::Answer callOnce(const ServiceMethod& method, milliseconds timeout,
+                                      const ServiceValues& arguments);
+    HelperConnection::Answer call(const ServiceMethod& method, milliseconds timeout,
+                                  const ServiceValues& arguments);
+    Result callForResult(const ServiceMethod& method, milliseconds timeout, const ServiceValue& argument,
+                         Kind failure);
+
+    std::string ping();
+    bool answers();
+    void repairAfter(unsigned repairsBefore);
+    void addAnew();
+    void noteAdded();
+};
+
+Status HelperClient::State::refresh() {
+    const Status now = world.registration->status();
+    const std::lock_guard lock(mutex);
+    status = now;
+    return now;
+}
+
+Status HelperClient::State::known() {
+    {
+        const std::lock_guard lock(mutex);
+        if (status)
+            return *status;
+    }
+    return refresh();
+}
+
+unsigned HelperClient::State::repairsSoFar() {
+    const std::lock_guard lock(mutex);
+    return repairs;
+}
+
+void HelperClient::State::setLastError(const std::string& text) {
+    const std::lock_guard lock(mutex);
+    lastError = text;
+}
+
+/// A helper that was not there may have been registered by another process since.
+void HelperClient::State::requireEnabled() {
+    if (known() == Status::enabled)
+        return;
+    if (const Status now = refresh(); now != Status::enabled)
+        throw HelperClientError::unavailable(now);
+}
+
+HelperConnection::Answer HelperClient::State::callOnce(const ServiceMethod& method, milliseconds timeout,
+                                                       const ServiceValues& arguments) {
+    return connection.call(method, world.limit ? world.limit(timeout) : timeout, arguments);
+}
+
+HelperConnection::Answer HelperClient::State::call(const ServiceMethod& method, milliseconds timeout,
+                                                   const ServiceValues& arguments) {
+    requireEnabled();
+    const unsigned repairsBefore = repairsSoFar();
+    try {
+        return callOnce(method, timeout, arguments);
+    } catch (const HelperClientError& error) {
+        if (!mayRepeat(method, error.kind))
+            throw;
+    }
+    repairAfter(repairsBefore);
+    try {
+        return callOnce(method, timeout, arguments);
+    } catch (const HelperClientError& error) {
+        if (!mayRepeat(method, error.kind))
+            throw;
+        throw HelperClientError(Kind::restarted, error.words);
+    }
+}
+
+Result HelperClient::State::callForResult(const ServiceMethod& method, milliseconds timeout,
+                                          const ServiceValue& argument, Kind failure) {
+    const ServiceValues values = call(method, timeout, {argument}).values;
+    Result result{std::get<bool>(values[0]), std::get<std::string>(values[1])};
+    if (!result.succeeded && isBlank(result.output))
+        throw HelperClientError(failure, std::string(method.name));
+    return result;
+}
+
+std::string HelperClient::State::ping() {
+    std::string answer;
+    try {
+        answer = std::get<std::string>(call(methods::ping, limits::ping, {}).values[0]);
+    } catch (const HelperClientError&) {
+        const std::lock_guard lock(mutex);
+        lastPing.clear();
+        throw;
+    }
+    const std::lock_guard lock(mutex);
+    lastPing = answer;
+    return answer;
+}
+
+bool HelperClient::State::answers() {
+    try {
+        ping();
+        return true;
+    } catch (const HelperClientError&) {
+        return false;
+    }
+}
+
+/// For a call that failed, so without asking: whoever waits for it may not be there, as in a flow at night. One repair
+/// serves all calls that failed before it.
+void HelperClient::State::repairAfter(unsigned repairsBefore) {
+    const std::lock_guard lock(repairing);
+    if (repairsSoFar() != repairsBefore)
+        return;
+    connection.drop();
+    if (!answers() && !world.registration->mustAsk()) {
+        try {
+            addAnew();
+        } catch (const std::exception&) {
+            // The call that follows tells what is wrong.
+        }
+    }
+    const std::lock_guard counting(mutex);
+    ++repairs;
+}
+
+/// A person who must be asked is asked once: adding replaces what is there.
+void HelperClient::State::addAnew() {
+    ServiceRegistration& registration = *world.registration;
+    if (!registration.mustAsk() && registration.status() == Status::enabled) {
+        registration.remove();
+        std::this_thread::sleep_for(world.repairPause);
+    }
+    registration.add();
+    noteAdded();
+}
+
+void HelperClient::State::noteAdded() {
+    connection.drop();
+    world.defaults.set(registeredBuildKey, world.build);
+    setLastError({});
+    refresh();
+}
+
+HelperClient::HelperClient(World world) : state_(std::make_unique<State>(std::move(world))) {}
+HelperClient::~HelperClient() = default;
+
+Status HelperClient::status() const {
+    return state_->known();
+}
+
+Status HelperClient::refreshStatus() {
+    return state_->refresh();
+}
+
+bool HelperClient::mustAsk() const {
+    return state_->world.registration->mustAsk();
+}
+
+std::string HelperClient::lastPing() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->lastPing;
+}
+
+std::string HelperClient::lastError() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->lastError;
+}
+
+void HelperClient::registerHelper() {
+    const std::lock_guard lock(state_->repairing);
+    state_->world.registration->add();
+    state_->noteAdded();
+}
+
+void HelperClient::unregisterHelper() {
+    const std::lock_guard lock(state_->repairing);
+    state_->world.registration->remove();
+    state_->connection.drop();
+    state_->world.defaults.remove(registeredBuildKey);
+    state_->setLastError({});
+    state_->refresh();
+}
+
+void HelperClient::repair() {
+    const std::lock_guard lock(state_->repairing);
+    state_->connection.drop();
+    state_->setLastError({});
+    const auto registered = state_->world.defaults.get<std::string>(registeredBuildKey);
+    const bool isOurs = state_->refresh() == Status::enabled && registered == state_->world.build;
+    if (isOurs && state_->answers())
+        return;
+    state_->addAnew();
+    state_->ping();
+}
+
+void HelperClient::refreshRegistrationAfterUpdate(const Texts& texts) {
+    State& state = *state_;
+    const auto registered = state.world.defaults.get<std::string>(registeredBuildKey);
+    if (!registered || registered == state.world.build || state.refresh() != Status::enabled)
+        return;
+    try {
+        if (!state.world.registration->mustAsk())
+            return registerHelper();
+    } catch (const std::exception&) {
+        // Said below: the helper of the older build is still there.
+    }
+    state.setLastError(texts.text("helper-error.reregister-failed"));
+}
+
+std::string HelperClient::pingOrThrow() {
+    return state_->ping();
+}
+
+std::string HelperClient::ping() {
+    return state_->answers() ? lastPing() : std::string();
+}
+
+void HelperClient::removeAllowedItem(const std::string& path) {
+    const auto answer = state_->call(methods::removeAllowedItem, limits::removal, {ServiceBytes{path}});
+    if (!std::get<bool>(answer.values[0]))
+        throw HelperClientError(Kind::refusedRemoval, path);
+}
+
+int64_t HelperClient::sizeOfAllowedDirectory(const std::string& path) {
+    const auto answer = state_->call(methods::sizeOfAllowedDirectory, limits::sizing, {ServiceBytes{path}});
+    return std::get<int64_t>(answer.values[0]);
+}
+
+Result HelperClient::runMaintenanceTask(MaintenanceTask task) {
+    return state_->callForResult(methods::runMaintenanceTask,
+                                 isSlow(task, thisSystem()) ? limits::slowTask : limits::task,
+                                 std::string(rawValue(task)), Kind::taskFailed);
+}
+
+std::string HelperClient::startDeviceJob(const DeviceJobSpec& spec) {
+    const auto answer =
+        state_->call(methods::startDeviceJob, limits::jobStart, {ServiceBytes{encodeJson(spec)}});
+    const auto& id = std::get<std::string>(answer.values[0]);
+    const std::lock_guard lock(state_->mutex);
+    state_->jobs[id] = answer.link;
+    return id;
+}
+
+DeviceJobStatus HelperClient::deviceJobStatus(const std::string& id) {
+    const auto answer = state_->call(methods::deviceJobStatus, limits::jobStatus, {id});
+    DeviceJobStatus status;
+    try {
+        status = decodeJson<DeviceJobStatus>(std::get<ServiceBytes>(answer.values[0]).bytes);
+    } catch (const DecodeError& error) {
+        throw HelperClientError(Kind::badStatus, error.what());
+    }
+    if (status.isOver()) {
+        const std::lock_guard lock(state_->mutex);
+        state_->jobs.erase(id);
+    }
+    return status;
+}
+
+bool HelperClient::cancelDeviceJob(const std::string& id) {
+    return std::get<bool>(state_->call(methods::cancelDeviceJob, limits::jobStatus, {id}).values[0]);
+}
+
+void HelperClient::removeApplication(const std::string& path) {
+    const auto answer = state_->call(methods::removeApplication, limits::removal, {ServiceBytes{path}});
+    if (!std::get<bool>(answer.values[0]))
+        throw HelperClientError(Kind::refusedRemoval, path);
+}
+
+Result HelperClient::installPackage(const std::string& path) {
+    return state_->callForResult(methods::installPackage, limits::install, ServiceBytes{path},
+                                 Kind::installFailed);
+}
+
+Result HelperClient::installUnverifiedPackage(const std::string& path) {
+    return state_->callForResult(methods::installUnverifiedPackage, limits::install, ServiceBytes{path},
+                                 Kind::installFailed);
+}
+
+Result HelperClient::installApplication(const std::string& path) {
+    return state_->callForResult(methods::installApplication, limits::install, ServiceBytes{path},
+                                 Kind::installFailed);
 }
 
 } // namespace vh::helper

@@ -3,6 +3,7 @@
 #include "Core/Describe.h"
 #include "Core/MaintenanceTask.h"
 #include "HelperKit/DeviceJob.h"
+#include "HelperKit/HelperClientError.h"
 #include "HelperKit/MaintenanceRunner.h"
 #include "Platform/ServiceLink.h"
 #include "Platform/ServiceRegistration.h"
@@ -10,8 +11,6 @@
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace vh {
@@ -29,21 +28,13 @@ inline constexpr auto describe<HelperRegistrationStatus> =
 
 namespace vh::helper {
 
-/// Why a call of the helper came to nothing. what() is in English, for logs; text() for people.
-class HelperClientError : public std::runtime_error {
-public:
-    enum class Kind { unavailable, connectionFailed, timeout, refused, restarted, badStatus };
-
-    HelperClientError(Kind what, HelperRegistrationStatus status, const std::string& words);
-
-    const Kind kind;
-    const HelperRegistrationStatus status; ///< of unavailable
-    /// The helper's own words when it refused.
-    std::string text(const Texts& texts) const;
-};
-
 /// A person's side of the root helper: whether it is there, and one method for each of what it does. Everything blocks
 /// for as long as the work takes, and throws HelperClientError. Any thread.
+///
+/// A call whose link is lost or whose time is over repairs what can be repaired without asking anybody and is made once
+/// more. Each call bears that: the link of the first goes before the second, so that the helper gives the first up, and
+/// what it did all the same is done again to no other end (tasks, removals, installations) or refused (a job whose image
+/// is there). A refusal is never repeated, nor is a ping.
 class HelperClient {
 public:
     struct World {
@@ -51,9 +42,10 @@ public:
         std::shared_ptr<ServiceRegistration> registration;
         UserDefaults& defaults;
         std::string build; ///< of this program
+        /// For the system to let go of the old service.
         std::chrono::milliseconds repairPause{500};
         /// Turns the time-outs of the calls for tests.
-        std::function<std::chrono::milliseconds(std::chrono::milliseconds)> limit;
+        std::function<std::chrono::milliseconds(std::chrono::milliseconds)> limit = {};
     };
     explicit HelperClient(World world);
     ~HelperClient();
@@ -66,17 +58,27 @@ public:
     /// These ask the person for the right, and throw std::runtime_error that says what failed.
     void registerHelper();
     void unregisterHelper();
+    /// Lets the system start the helper anew, and registers it anew, which may ask the person, when that does not help
+    /// or another build is registered.
     void repair();
-    /// Replaces a helper that an older build left, when that needs no asking; otherwise lastError says it waits.
+    /// Replaces a helper that an older build of this person's left, when that needs no asking; otherwise lastError says
+    /// it waits. What somebody else registered is left to him.
     void refreshRegistrationAfterUpdate(const Texts& texts);
     /// The helper's answer, empty when there was none.
     std::string ping();
+    /// The same, but throws HelperClientError when there was none.
+    std::string pingOrThrow();
     std::string lastPing() const;
     std::string lastError() const;
+    /// Whether registering, taking away and repairing ask the person.
+    bool mustAsk() const;
 
     void removeAllowedItem(const std::string& path);
     int64_t sizeOfAllowedDirectory(const std::string& path);
+    /// Of an answer that says no the output comes back, unless there is none; that is thrown as taskFailed or, by the
+    /// installations, as installFailed.
     MaintenanceRunner::Result runMaintenanceTask(MaintenanceTask task);
+    /// The job lives as long as this object waits for it: until its status says that it is over.
     std::string startDeviceJob(const DeviceJobSpec& spec);
     DeviceJobStatus deviceJobStatus(const std::string& id);
     bool cancelDeviceJob(const std::string& id);
@@ -90,7 +92,7 @@ private:
     std::unique_ptr<State> state_;
 };
 
-/// The helper of this machine.
+/// The helper of this machine. Reads nothing before the first use.
 std::unique_ptr<HelperClient> openHelperClient(UserDefaults& defaults, const std::string& build);
 
 } // namespace vh::helper

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Platform/ServiceRegistration.h"
+
+#include <stdexcept>
+#include <string>
+
+namespace vh {
+class Texts;
+}
+
+namespace vh::helper {
+
+/// Why a call of the helper came to nothing. what() is in English, for logs; text() for people.
+class HelperClientError : public std::runtime_error {
+public:
+    enum class Kind {
+        unavailable,
+        connectionFailed,
+        timeout,
+        refused,
+        restarted, ///< it failed again after the helper was repaired
+        badStatus, ///< the answer is not what was agreed
+        taskFailed,
+        installFailed,
+        refusedRemoval
+    };
+
+    /// `said`: the helper's own words when it refused, the method's name of a timeout, otherwise the reason.
+    HelperClientError(Kind what, const std::string& said);
+    static HelperClientError unavailable(HelperRegistrationStatus status);
+
+    const Kind kind;
+    const HelperRegistrationStatus status; ///< of unavailable
+    const std::string words;
+    /// The helper's own words when it refused.
+    std::string text(const Texts& texts) const;
+
+private:
+    HelperClientError(Kind what, HelperRegistrationStatus registration, const std::string& said);
+};
+
+} // namespace vh::helper
