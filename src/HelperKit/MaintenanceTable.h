@@ -4,7 +4,6 @@
 #include "Core/MaintenanceTask.h"
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +14,7 @@ namespace helper {
 struct MaintenanceCommand {
     std::string executable; ///< an absolute path
     std::vector<std::string> arguments;
+    std::vector<int> alsoPasses = {}; ///< statuses beside 0 with which it did its work
     bool operator==(const MaintenanceCommand&) const = default;
 };
 
@@ -23,22 +23,34 @@ enum class MaintenanceSystem { macos, linux };
 /// What the Linux table must know of the machine.
 struct MaintenanceFacts {
     std::function<bool(const std::string& path)> hasProgram;
-    std::string rootFileSystem; ///< "ext4", "btrfs", "xfs", …
-    std::string rootDevice;     ///< such as "/dev/nvme0n1p2"
-    std::string desktop;        ///< of XDG_CURRENT_DESKTOP, lower case
+    std::function<bool(const std::string& path)> exists;
+    std::string rootFileSystem = {}; ///< "ext4", "btrfs", "xfs", …
+    std::string rootDevice = {};     ///< such as "/dev/nvme0n1p2"; empty when it has none
+    std::string desktop = {};        ///< of XDG_CURRENT_DESKTOP, lower case
+    std::string distribution = {};   ///< and those it descends from: "ubuntu debian"
+    std::string dataFolder = {};     ///< of this user: "/home/ana/.local/share"
+    std::string cacheFolder = {};    ///< of this user: "/home/ana/.cache"
 };
 /// Those of this machine. Reads environment and mount table when called.
 MaintenanceFacts factsOfThisMachine();
 /// The system that this program was built for.
 MaintenanceSystem thisSystem();
 
-/// What a task does on a system.
+/// What a task does on a system, or why it does nothing there.
 struct MaintenancePlan {
+    enum class Hindrance {
+        none,
+        programs,  ///< `missing` says which
+        desktop,   ///< this one has no panel that restarts without ending the session
+        fileSystem ///< that of the root cannot be checked while it is mounted
+    };
     std::vector<MaintenanceCommand> commands; ///< in order; empty when the machine cannot do it
-    std::vector<std::string> missing;         ///< programs of which one would do
+    Hindrance hindrance = Hindrance::none;
+    std::vector<std::string> missing; ///< programs of which one would do
+    bool isPossible() const { return hindrance == Hindrance::none; }
 };
 
-/// Pure. On macOS `facts` are not asked.
+/// Pure. On macOS `facts` are not asked. Programs are looked for in the system's folders only.
 MaintenancePlan maintenancePlan(MaintenanceTask task, MaintenanceSystem system,
                                 const MaintenanceFacts& facts);
 

@@ -9,6 +9,13 @@ namespace vh {
 std::string hostName();
 /// Name and version of the operating system, such as "Debian GNU/Linux 12".
 std::string systemName();
+/// Whether this is macOS; else it is Linux.
+bool isMacOS();
+/// What this system's distribution and those it descends from call themselves, a blank between: "ubuntu debian". Empty
+/// when it does not say.
+std::string distributionNames();
+/// Whether this process has the administrator's rights.
+bool isAdministrator();
 /// The language the person prefers most, from the environment: "es_ES" → "es". "en" when none is set.
 std::string preferredLanguage();
 std::chrono::seconds uptime();

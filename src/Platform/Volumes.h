@@ -33,6 +33,10 @@ struct MountEntry {
 std::vector<MountEntry> parseMountInfo(std::string_view text);
 std::vector<MountEntry> mountTable();
 
+/// The path by which the device of a mounted file system can be opened, also where the table calls it only
+/// "/dev/root"; empty when it has none.
+std::string devicePathOf(const MountEntry& entry);
+
 /// The mount point that holds `path`: the longest mounted folder that is a prefix of its real path.
 std::string mountPointOf(const std::string& path);
 

@@ -47,6 +47,21 @@ std::string systemName() {
     return ::uname(&kernel) == 0 ? std::string(kernel.sysname) + " " + kernel.release : "Linux";
 }
 
+bool isMacOS() {
+    return false;
+}
+
+std::string distributionNames() {
+    for (const char* path : {"/etc/os-release", "/usr/lib/os-release"})
+        if (const std::string name = valueIn(path, "ID"); !name.empty())
+            return name + " " + valueIn(path, "ID_LIKE");
+    return {};
+}
+
+bool isAdministrator() {
+    return ::geteuid() == 0;
+}
+
 std::string preferredLanguage() {
     for (const char* variable : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
         const char* value = ::getenv(variable);

@@ -1,8 +1,10 @@
+#include "Platform/FileIdentity.h"
 #include "Platform/Files.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/Volumes.h"
 
 #include <charconv>
+#include <fmt/format.h>
 #include <optional>
 #include <sys/sysmacros.h>
 
@@ -86,6 +88,14 @@ std::vector<MountEntry> parseMountInfo(std::string_view text) {
 
 std::vector<MountEntry> mountTable() {
     return parseMountInfo(readFile("/proc/self/mountinfo"));
+}
+
+std::string devicePathOf(const MountEntry& entry) {
+    if (!entry.source.starts_with("/dev/"))
+        return {};
+    if (identityOf(entry.source))
+        return entry.source;
+    return fmt::format("/dev/block/{}:{}", major(entry.device), minor(entry.device));
 }
 
 std::string mountPointOf(const std::string& path) {
