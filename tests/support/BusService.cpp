@@ -23,6 +23,8 @@ void append(sd_bus_message* message, const BusService::Value& value) {
         sd_bus_message_append(message, "u", *small);
     else if (const auto* large = std::get_if<uint64_t>(&value))
         sd_bus_message_append(message, "t", *large);
+    else if (const auto* verdict = std::get_if<BusService::Verdict>(&value))
+        sd_bus_message_append(message, "(bba{ss})", int(verdict->isAuthorized), 0, 0);
     else {
         sd_bus_message_open_container(message, 'a', "s");
         for (const std::string& each : std::get<std::vector<std::string>>(value))
@@ -32,25 +34,27 @@ void append(sd_bus_message* message, const BusService::Value& value) {
 }
 
 void appendVariant(sd_bus_message* message, const BusService::Value& value) {
-    static constexpr const char* types[]{"b", "u", "t", "as"};
+    static constexpr const char* types[]{"b", "u", "t", "as", "(bba{ss})"};
     sd_bus_message_open_container(message, 'v', types[value.index()]);
     append(message, value);
     sd_bus_message_close_container(message);
 }
 
-std::vector<std::string> textsOf(sd_bus_message* message) {
-    std::vector<std::string> texts;
-    for (const char* types = sd_bus_message_get_signature(message, 1); types != nullptr && *types != '\0';) {
+void collectTexts(sd_bus_message* message, std::vector<std::string>& texts) {
+    char type = 0;
+    const char* contents = nullptr;
+    while (sd_bus_message_peek_type(message, &type, &contents) > 0) {
         const char* text = nullptr;
-        const std::string type(*types == 'a' ? (types[1] == '{' ? "a{sv}" : std::string(types, 2))
-                                             : std::string(types, 1));
-        if (type == "s" && sd_bus_message_read(message, "s", &text) >= 0)
+        if (type == 's' && sd_bus_message_read_basic(message, 's', &text) >= 0)
             texts.emplace_back(text);
-        else if (type != "s")
-            sd_bus_message_skip(message, type.c_str());
-        types += type.size();
+        else if (contents == nullptr)
+            sd_bus_message_skip(message, std::string(1, type).c_str());
+        else if (sd_bus_message_enter_container(message, type, contents) > 0) {
+            collectTexts(message, texts);
+            sd_bus_message_exit_container(message);
+        } else
+            return;
     }
-    return texts;
 }
 
 } // namespace
@@ -102,7 +106,8 @@ std::vector<BusService::Call> BusService::calls() const {
 int BusService::answer(sd_bus_message* message) {
     const std::lock_guard guard(mutex_);
     Call call{std::string(sd_bus_message_get_interface(message)) + "." + sd_bus_message_get_member(message),
-              textsOf(message)};
+              {}};
+    collectTexts(message, call.texts);
     calls_.push_back(call);
     if (silent_)
         return 1;

@@ -18,7 +18,11 @@ namespace vh::test {
 /// such as "org.freedesktop.UPower.OnBattery".
 class BusService {
 public:
-    using Value = std::variant<bool, uint32_t, uint64_t, std::vector<std::string>>;
+    /// As polkit answers.
+    struct Verdict {
+        bool isAuthorized;
+    };
+    using Value = std::variant<bool, uint32_t, uint64_t, std::vector<std::string>, Verdict>;
 
     /// Throws std::runtime_error when it cannot have the name on the bus at `address`.
     BusService(const std::string& address, const std::string& name, const std::string& path);

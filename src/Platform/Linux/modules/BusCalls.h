@@ -15,6 +15,7 @@ struct BusCloser {
 };
 using Bus = std::unique_ptr<sd_bus, BusCloser>;
 using BusMessage = std::unique_ptr<sd_bus_message, BusCloser>;
+using BusSlot = std::unique_ptr<sd_bus_slot, BusCloser>;
 
 enum class BusKind { session, system };
 
