@@ -45,8 +45,9 @@ struct ServiceRules {
     std::function<bool(const ServicePeer&)> needsNoAuthority = [](const ServicePeer& peer) {
         return peer.userID == 0;
     };
-    std::chrono::milliseconds authorityLimit = std::chrono::minutes(2); ///< a person may have to type a password
-    size_t mostCalls = 64; ///< of one user, checked or performed at one time
+    std::chrono::milliseconds authorityLimit =
+        std::chrono::minutes(2); ///< a person may have to type a password
+    size_t mostCalls = 64;       ///< of one user, checked or performed at one time
 };
 
 /// A service on the system bus. Each call is read and bounded, its peer is told by the bus, the authority is asked
