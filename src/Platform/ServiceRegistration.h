@@ -27,9 +27,9 @@ public:
     virtual bool mustAsk() const = 0;
 };
 
-/// `program` is the name of the service's program, which lies beside this process's own; `service` the name it has on
-/// the bus. Reads nothing before it is asked.
-std::unique_ptr<ServiceRegistration> openServiceRegistration(const std::string& program,
-                                                             const std::string& service);
+/// `program` is the name of the service's program, which lies beside this process's own or in "../libexec"; `service`
+/// the name it has on the bus. `root` is a folder that stands for "/", for tests. Reads nothing before it is asked.
+std::unique_ptr<ServiceRegistration>
+openServiceRegistration(const std::string& program, const std::string& service, const std::string& root = {});
 
 } // namespace vh
