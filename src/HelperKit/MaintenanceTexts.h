@@ -15,7 +15,7 @@ std::string taskTitle(MaintenanceTask task, MaintenanceSystem system, const Text
 std::string taskDetail(MaintenanceTask task, MaintenanceSystem system, const Texts& texts);
 std::string successSummary(MaintenanceTask task, MaintenanceSystem system, const Texts& texts);
 std::string failureSummary(MaintenanceTask task, MaintenanceSystem system, const Texts& texts);
-/// Which programs the machine lacks for it.
-std::string missingSummary(const MaintenancePlan& plan, const Texts& texts);
+/// Why the machine cannot do it, such as which programs it lacks; empty when it can.
+std::string hindranceText(const MaintenancePlan& plan, const Texts& texts);
 
 } // namespace vh::helper
