@@ -23,6 +23,8 @@ public:
     void peerGone(const ServicePeer& peer) override;
     /// Whether anything is under way.
     bool isBusy() const;
+    /// Stops what may be stopped.
+    void end() { ending_.cancel(); }
 
 private:
     HelperService service_;

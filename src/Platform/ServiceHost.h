@@ -58,6 +58,9 @@ public:
     virtual ~ServiceHost() = default;
     /// Whether calls are being checked or performed.
     virtual bool isBusy() const = 0;
+    virtual bool isPerforming() const = 0;
+    /// Gives the name up, so that the next call starts the service anew. What was sent until then is still served.
+    virtual void leave() = 0;
 };
 
 /// `methods` and `handler` outlive it. `lost` is called once when the bus is gone. Blocks until the name is had; throws

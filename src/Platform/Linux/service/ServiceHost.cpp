@@ -58,6 +58,13 @@ public:
     ~BusServiceHost() override { gate_->close(); }
 
     bool isBusy() const override { return !calls_.empty(); }
+    bool isPerforming() const override {
+        return std::ranges::any_of(calls_, [](const auto& each) { return each.second.isPerformed; });
+    }
+    void leave() override {
+        sd_bus_release_name(bus_.bus(), identity_.name.c_str());
+        bus_.settle();
+    }
 
 private:
     struct Call {
