@@ -24,7 +24,7 @@ struct ServiceCall {
     ServiceValues arguments; ///< of the kinds that the method names
 };
 
-/// What a service does. Called on the loop's thread.
+/// What a service does. Called on the loop's thread; may not let go of the host.
 class ServiceHandler {
 public:
     /// May be called from any thread, and when the host is gone already.
@@ -63,7 +63,7 @@ public:
     virtual void leave() = 0;
 };
 
-/// `methods` and `handler` outlive it. `lost` is called once when the bus is gone. Blocks until the name is had; throws
+/// `methods` and `handler` outlive it. `lost` is called once when the bus is gone, and may let go of the host. Blocks until the name is had; throws
 /// std::runtime_error when it cannot be. On Linux in the library vh_ServiceHost.
 std::unique_ptr<ServiceHost> openServiceHost(MainLoop& loop, const ServiceIdentity& identity,
                                              std::span<const ServiceMethod> methods, ServiceHandler& handler,

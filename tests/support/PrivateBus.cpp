@@ -3,6 +3,7 @@
 #include "Platform/Files.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fmt/format.h>
 
 namespace vh::test {
@@ -24,8 +25,9 @@ void restore(const char* name, const std::optional<std::string>& value) {
         ::unsetenv(name);
 }
 
-/// Everything is allowed, and there is nothing that the daemon could start.
+/// Everything is allowed, to every user, and there is nothing that the daemon could start.
 std::string configurationFile(const TempDir& folder) {
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
     const std::string file = folder / "bus.conf";
     writeFileAtomically(
         file, fmt::format(R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -37,6 +39,7 @@ std::string configurationFile(const TempDir& folder) {
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
     <allow own="*"/>
+    <allow user="*"/>
   </policy>
 </busconfig>
 )",

@@ -11,7 +11,7 @@ namespace vh {
 class ServiceBus {
 public:
     virtual ~ServiceBus() = default;
-    /// As ServiceLink's, with the ends on the loop's thread; they may let go of this.
+    /// As ServiceLink's, with the ends on the loop's thread; they may not let go of this.
     virtual void call(const ServiceMethod& method, const ServiceValues& arguments,
                       ServiceLink::Ends ends) = 0;
 };

@@ -18,7 +18,7 @@ BusLoop::BusLoop(MainLoop& loop, Bus bus, std::function<void()> lost)
     event_.reset(event);
     checkBus(sd_bus_attach_event(bus_.get(), event, SD_EVENT_PRIORITY_NORMAL), "event loop");
     readable_ = loop.watch(sd_event_get_fd(event), MainLoop::Readiness::readable, [this] { settle(); });
-    again_ = loop.after(std::chrono::milliseconds(0), [this] { settle(); });
+    settleSoon();
 }
 
 BusLoop::~BusLoop() {
@@ -35,7 +35,14 @@ void BusLoop::settle() {
         readable_.reset();
         std::exchange(lost_, nullptr)();
     } else if (isMore)
-        again_ = loop_.after(std::chrono::milliseconds(0), [this] { settle(); });
+        settleSoon();
+}
+
+void BusLoop::settleSoon() {
+    loop_.post([weak = std::weak_ptr(self_)] {
+        if (const auto self = weak.lock())
+            (*self)->settle();
+    });
 }
 
 /// Whether there is more to do at once. Otherwise the event loop is armed for whatever comes next.

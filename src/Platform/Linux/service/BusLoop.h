@@ -31,13 +31,15 @@ private:
     };
 
     bool dispatchSome();
+    void settleSoon();
 
     MainLoop& loop_;
     std::unique_ptr<sd_event, EventCloser> event_;
     Bus bus_;
     std::function<void()> lost_;
     bool isSettling_ = false;
-    MainLoop::Token readable_, again_;
+    MainLoop::Token readable_;
+    const std::shared_ptr<BusLoop*> self_ = std::make_shared<BusLoop*>(this); ///< for what was posted
 };
 
 } // namespace vh
