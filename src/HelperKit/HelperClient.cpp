@@ -215,6 +215,10 @@ bool HelperClient::mustAsk() const {
     return state_->world.registration->mustAsk();
 }
 
+std::optional<std::string> HelperClient::registeredBuild() const {
+    return state_->world.defaults.get<std::string>(registeredBuildKey);
+}
+
 std::string HelperClient::lastPing() const {
     const std::lock_guard lock(state_->mutex);
     return state_->lastPing;
@@ -244,9 +248,9 @@ void HelperClient::repair() {
     const std::lock_guard lock(state_->repairing);
     state_->connection.drop();
     state_->setLastError({});
-    const auto registered = state_->world.defaults.get<std::string>(registeredBuildKey);
-    const bool isOurs = state_->refresh() == Status::enabled && registered == state_->world.build;
-    if (isOurs && state_->answers())
+    const std::string& build = state_->world.build;
+    const bool isCurrent = state_->refresh() == Status::enabled && registeredBuild().value_or(build) == build;
+    if (isCurrent && state_->answers())
         return;
     state_->addAnew();
     state_->ping();
@@ -254,7 +258,7 @@ void HelperClient::repair() {
 
 void HelperClient::refreshRegistrationAfterUpdate(const Texts& texts) {
     State& state = *state_;
-    const auto registered = state.world.defaults.get<std::string>(registeredBuildKey);
+    const auto registered = registeredBuild();
     if (!registered || registered == state.world.build || state.refresh() != Status::enabled)
         return;
     try {

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace vh {
@@ -32,9 +33,9 @@ namespace vh::helper {
 /// for as long as the work takes, and throws HelperClientError. Any thread.
 ///
 /// A call whose link is lost or whose time is over repairs what can be repaired without asking anybody and is made once
-/// more. Each call bears that: the link of the first goes before the second, so that the helper gives the first up, and
-/// what it did all the same is done again to no other end (tasks, removals, installations) or refused (a job whose image
-/// is there). A refusal is never repeated, nor is a ping.
+/// more. Each call bears that, whatever became of the first: a task or an installation that is done twice comes to the
+/// same, what was removed is not found, and a job is refused whose image is there. A refusal is never repeated, nor is a
+/// ping.
 class HelperClient {
 public:
     struct World {
@@ -72,6 +73,8 @@ public:
     std::string lastError() const;
     /// Whether registering, taking away and repairing ask the person.
     bool mustAsk() const;
+    /// That this person registered, with whichever program.
+    std::optional<std::string> registeredBuild() const;
 
     void removeAllowedItem(const std::string& path);
     int64_t sizeOfAllowedDirectory(const std::string& path);

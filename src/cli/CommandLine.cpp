@@ -2,6 +2,7 @@
 
 #include "Core/Printable.h"
 #include "Core/Texts.h"
+#include "HelperKit/HelperClientError.h"
 #include "Platform/Terminal.h"
 #include "app/Session.h"
 #include "cli/Console.h"
@@ -81,6 +82,9 @@ Exit CommandLine::perform() {
     } catch (const UsageError& error) {
         complain(error.what());
         return Exit::usage;
+    } catch (const helper::HelperClientError& error) {
+        complain(printable(error.text(session_.texts())));
+        return Exit::failed;
     } catch (const std::exception& error) {
         complain(error.what());
         return Exit::failed;

@@ -6,11 +6,17 @@ namespace vh::cli {
 
 std::span<const Command> commands() {
     static constexpr Command table[] = {
-        {"flow", "cli.flow", describeFlow},       {"follow-ups", "cli.follow-ups", describeFollowUps},
-        {"junk", "cli.junk", describeJunk},       {"mail", "cli.mail", describeMail},
-        {"open", "cli.open", describeOpen},       {"overview", "cli.overview", describeOverview},
-        {"runs", "cli.runs", describeRuns},       {"schedule", "cli.schedule", describeSchedule},
-        {"script", "cli.script", describeScript}, {"serve", "cli.serve", describeServe},
+        {"flow", "cli.flow", describeFlow},
+        {"follow-ups", "cli.follow-ups", describeFollowUps},
+        {"helper", "cli.helper", describeHelper},
+        {"junk", "cli.junk", describeJunk},
+        {"mail", "cli.mail", describeMail},
+        {"open", "cli.open", describeOpen},
+        {"overview", "cli.overview", describeOverview},
+        {"runs", "cli.runs", describeRuns},
+        {"schedule", "cli.schedule", describeSchedule},
+        {"script", "cli.script", describeScript},
+        {"serve", "cli.serve", describeServe},
         {"tools", "cli.tools", describeTools},
     };
     return table;

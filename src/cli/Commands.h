@@ -11,6 +11,7 @@ class CommandLine;
 
 void describeFlow(CLI::App& noun, CommandLine& line);
 void describeFollowUps(CLI::App& noun, CommandLine& line);
+void describeHelper(CLI::App& noun, CommandLine& line);
 void describeJunk(CLI::App& noun, CommandLine& line);
 void describeMail(CLI::App& noun, CommandLine& line);
 void describeOpen(CLI::App& noun, CommandLine& line);
