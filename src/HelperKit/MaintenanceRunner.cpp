@@ -51,9 +51,9 @@ MaintenanceRunner::Result MaintenanceRunner::run(const MaintenancePlan& plan, st
     return result;
 }
 
-MaintenanceRunner::Execution MaintenanceRunner::execute(const MaintenanceCommand& command,
-                                                        std::chrono::seconds timeout,
-                                                        const CancelToken& cancel) {
+MaintenanceRunner::Execution
+MaintenanceRunner::execute(const MaintenanceCommand& command, std::chrono::milliseconds timeout,
+                           const CancelToken& cancel, std::function<std::string(std::string_view)> dialogue) {
     ProcessRequest request{.arguments = {command.executable}};
     request.arguments.insert(request.arguments.end(), command.arguments.begin(), command.arguments.end());
     request.output = ProcessOutput::combined;
@@ -61,6 +61,7 @@ MaintenanceRunner::Execution MaintenanceRunner::execute(const MaintenanceCommand
     request.timeLimit = timeout;
     request.grace = grace;
     request.maxOutputBytes = mostOutputBytes;
+    request.dialogue = std::move(dialogue);
     try {
         const ProcessResult result = runProcess(request, cancel);
         if (result.end == ProcessEnd::cancelled)

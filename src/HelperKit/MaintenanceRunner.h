@@ -4,6 +4,7 @@
 #include "Platform/CancelToken.h"
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -26,8 +27,10 @@ public:
     /// `timeout` is that of each command. Throws Cancelled.
     static Result run(const MaintenancePlan& plan, std::chrono::seconds timeout,
                       const CancelToken& cancel = {});
-    static Execution execute(const MaintenanceCommand& command, std::chrono::seconds timeout,
-                             const CancelToken& cancel = {});
+    /// With a `dialogue` (ProcessRequest) the command runs at a terminal. Throws Cancelled.
+    static Execution execute(const MaintenanceCommand& command, std::chrono::milliseconds timeout,
+                             const CancelToken& cancel = {},
+                             std::function<std::string(std::string_view)> dialogue = {});
 };
 
 } // namespace vh::helper

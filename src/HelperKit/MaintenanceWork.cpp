@@ -23,15 +23,20 @@ bool MaintenanceWork::goesToHelper(MaintenanceTask task) const {
     return requiresRoot(task, world_.system) && !world_.isAdministrator;
 }
 
+HelperRegistrationStatus MaintenanceWork::helperStatus() const {
+    return helper_ ? helper_->refreshStatus() : HelperRegistrationStatus::notFound;
+}
+
+bool MaintenanceWork::lacksHelper(MaintenanceTask task) const {
+    return goesToHelper(task) && helperStatus() != HelperRegistrationStatus::enabled;
+}
+
 std::string MaintenanceWork::hindrance(MaintenanceTask task, const Texts& texts) const {
     if (const MaintenancePlan plan = planOf(task); !plan.isPossible())
         return hindranceText(plan, texts);
-    if (!goesToHelper(task))
+    if (!lacksHelper(task))
         return {};
-    const auto status = helper_ ? helper_->refreshStatus() : HelperRegistrationStatus::notFound;
-    if (status == HelperRegistrationStatus::enabled)
-        return {};
-    return HelperClientError::unavailable(status).text(texts);
+    return HelperClientError::unavailable(helper_ ? helper_->status() : helperStatus()).text(texts);
 }
 
 MaintenanceRunner::Result MaintenanceWork::run(MaintenanceTask task, const CancelToken& cancel) const {

@@ -2,6 +2,7 @@
 
 #include "HelperKit/MaintenanceRunner.h"
 #include "HelperKit/MaintenanceTable.h"
+#include "Platform/ServiceRegistration.h"
 
 #include <functional>
 #include <string>
@@ -32,6 +33,8 @@ public:
 
     MaintenanceSystem system() const { return world_.system; }
     MaintenancePlan planOf(MaintenanceTask task) const { return world_.planOf(task); }
+    /// Whether a task waits for a helper that is not there or not switched on.
+    bool lacksHelper(MaintenanceTask task) const;
     /// Why a task cannot run here and now: a program or the helper is missing. Empty when it can. Starts nothing.
     std::string hindrance(MaintenanceTask task, const Texts& texts) const;
     /// Throws HelperClientError and Cancelled. What the helper does goes on to its end when `cancel` is set.
@@ -39,6 +42,7 @@ public:
 
 private:
     bool goesToHelper(MaintenanceTask task) const;
+    HelperRegistrationStatus helperStatus() const;
 
     World world_;
     HelperClient* helper_;

@@ -27,6 +27,9 @@ struct ProcessRequest {
     size_t maxOutputBytes = 64u << 20;     ///< what comes beyond is read and dropped
     std::function<void(std::string_view)>
         onOutput; ///< each piece of standard output as it comes, on this thread
+    /// When set, the program runs at a terminal of its own, in place of all three streams, that does not show what is
+    /// typed. It gets each piece of output as it comes, on this thread, and gives what is to be typed then.
+    std::function<std::string(std::string_view)> dialogue;
 };
 
 enum class ProcessEnd { exited, signalled, timedOut, cancelled };

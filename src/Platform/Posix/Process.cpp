@@ -31,8 +31,7 @@ class ProcessRun {
 public:
     ProcessRun(const ProcessRequest& request, const CancelToken& cancel)
         : request_(request), cancel_(cancel), process_(spawn(request)), unsent_(request.input) {
-        if (unsent_.empty())
-            process_.input.reset();
+        endInputWhenSent();
         if (request.timeLimit)
             endAt_ = Clock::now() + *request.timeLimit;
     }
@@ -109,7 +108,7 @@ private:
     void moveBytes(milliseconds longest) {
         std::array<pollfd, 3> polled{{{process_.output ? process_.output.get() : -1, POLLIN, 0},
                                       {process_.errors ? process_.errors.get() : -1, POLLIN, 0},
-                                      {process_.input ? process_.input.get() : -1, POLLOUT, 0}}};
+                                      {unsent_.empty() ? -1 : process_.input.get(), POLLOUT, 0}}};
         gotBytes_ = false;
         if (::poll(polled.data(), polled.size(), static_cast<int>(longest.count())) < 0) {
             if (errno != EINTR)
@@ -129,9 +128,10 @@ private:
         const ssize_t got = ::read(stream.get(), block_.data(), block_.size());
         if (got < 0 && (errno == EAGAIN || errno == EINTR))
             return;
-        if (got < 0)
+        const bool hungUp = got < 0 && errno == EIO && request_.dialogue; // nobody has the terminal open
+        if (got < 0 && !hungUp)
             throwErrno(request_.arguments.front());
-        if (got == 0)
+        if (got == 0 || hungUp)
             return stream.reset();
         const std::string_view piece(block_.data(), static_cast<size_t>(got));
         gotBytes_ = true;
@@ -140,6 +140,13 @@ private:
         kept += piece.substr(0, request_.maxOutputBytes - std::min(request_.maxOutputBytes, kept.size()));
         if (tell)
             tell(piece);
+        if (request_.dialogue)
+            type(request_.dialogue(piece));
+    }
+
+    void type(const std::string& text) {
+        typed_ = std::string(unsent_) + text;
+        unsent_ = typed_;
     }
 
     void send() {
@@ -151,7 +158,12 @@ private:
             unsent_ = {}; // the program wants no more, which is its own affair
         else if (errno != EAGAIN && errno != EINTR)
             throwErrno(request_.arguments.front());
-        if (unsent_.empty())
+        endInputWhenSent();
+    }
+
+    /// At a terminal there may always be more to type.
+    void endInputWhenSent() {
+        if (unsent_.empty() && !request_.dialogue)
             process_.input.reset();
     }
 
@@ -170,7 +182,8 @@ private:
     const ProcessRequest& request_;
     const CancelToken& cancel_;
     SpawnedProcess process_;
-    std::string_view unsent_;
+    std::string typed_;
+    std::string_view unsent_; ///< of the input, or of typed_
     ProcessResult result_;
     std::optional<Clock::time_point> endAt_;
     std::optional<Clock::time_point> killAt_; ///< set once it was asked to end

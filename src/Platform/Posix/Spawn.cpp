@@ -2,6 +2,7 @@
 
 #include "Platform/Posix/EndWithParent.h"
 #include "Platform/Posix/Pipe.h"
+#include "Platform/Posix/PseudoTerminal.h"
 #include "Platform/Process.h"
 #include "Platform/SystemError.h"
 
@@ -44,8 +45,11 @@ public:
     FileActions(const FileActions&) = delete;
     FileActions& operator=(const FileActions&) = delete;
 
-    void duplicate(const FileDescriptor& from, int to) {
-        check(::posix_spawn_file_actions_adddup2(&actions_, from.get(), to), program_);
+    void open(const std::string& path, int as) {
+        check(::posix_spawn_file_actions_addopen(&actions_, as, path.c_str(), O_RDWR, 0), program_);
+    }
+    void duplicate(int from, int to) {
+        check(::posix_spawn_file_actions_adddup2(&actions_, from, to), program_);
     }
     void closeOthers() { closeOthersIn(actions_, program_); }
     void startIn(const std::string& folder) {
@@ -58,10 +62,10 @@ private:
     std::string program_;
 };
 
-/// A process group of its own, no signal blocked and every signal at its default.
+/// A process group of its own, or a session when it has a terminal; no signal blocked and every signal at its default.
 class Attributes {
 public:
-    explicit Attributes(const std::string& program) {
+    Attributes(const std::string& program, bool hasTerminal) {
         check(::posix_spawnattr_init(&attributes_), program);
         sigset_t none;
         sigset_t all;
@@ -70,8 +74,9 @@ public:
         ::posix_spawnattr_setsigmask(&attributes_, &none);
         ::posix_spawnattr_setsigdefault(&attributes_, &all);
         ::posix_spawnattr_setpgroup(&attributes_, 0);
-        ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK |
-                                                     POSIX_SPAWN_SETSIGDEF | closeOthers);
+        const short group = hasTerminal ? POSIX_SPAWN_SETSID : POSIX_SPAWN_SETPGROUP;
+        ::posix_spawnattr_setflags(&attributes_,
+                                   group | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | closeOthers);
     }
     ~Attributes() { ::posix_spawnattr_destroy(&attributes_); }
     Attributes(const Attributes&) = delete;
@@ -118,27 +123,61 @@ void refuseUnlessFolder(const std::string& path) {
         throw SystemError(ENOTDIR, path);
 }
 
+/// Both ends of a program's streams.
+struct Streams {
+    Pipe input;
+    Pipe output;
+    Pipe errors; ///< empty when they go to the output
+    PseudoTerminal terminal;
+};
+
+Streams openStreams(const ProcessRequest& request) {
+    Streams streams;
+    if (request.dialogue) {
+        streams.terminal = openPseudoTerminal();
+        streams.input.writing = std::move(streams.terminal.keyboard);
+        streams.output.reading = std::move(streams.terminal.screen);
+    } else {
+        streams.input = openPipe();
+        streams.output = openPipe();
+        if (request.output == ProcessOutput::split)
+            streams.errors = openPipe();
+    }
+    for (const FileDescriptor* ours :
+         {&streams.input.writing, &streams.output.reading, &streams.errors.reading})
+        if (*ours)
+            stopBlocking(*ours);
+    return streams;
+}
+
+void connect(FileActions& actions, const Streams& streams) {
+    if (streams.terminal.program) { // whoever leads a session and opens a terminal gets it for its own
+        actions.open(streams.terminal.path, STDIN_FILENO);
+        actions.duplicate(STDIN_FILENO, STDOUT_FILENO);
+        actions.duplicate(STDIN_FILENO, STDERR_FILENO);
+        return;
+    }
+    actions.duplicate(streams.input.reading.get(), STDIN_FILENO);
+    actions.duplicate(streams.output.writing.get(), STDOUT_FILENO);
+    actions.duplicate((streams.errors.writing ? streams.errors : streams.output).writing.get(),
+                      STDERR_FILENO);
+}
+
 } // namespace
 
 SpawnedProcess spawn(const ProcessRequest& request) {
     if (request.arguments.empty())
         throw SystemError("", "No program was named");
     const std::string& program = request.arguments.front();
-    const bool split = request.output == ProcessOutput::split;
-    Pipe input = openPipe();
-    Pipe output = openPipe();
-    Pipe errors = split ? openPipe() : Pipe{};
-
+    Streams streams = openStreams(request);
     FileActions actions(program);
-    actions.duplicate(input.reading, STDIN_FILENO);
-    actions.duplicate(output.writing, STDOUT_FILENO);
-    actions.duplicate(split ? errors.writing : output.writing, STDERR_FILENO);
+    connect(actions, streams);
     actions.closeOthers();
     if (!request.folder.empty()) {
         refuseUnlessFolder(request.folder);
         actions.startIn(request.folder);
     }
-    const Attributes attributes(program);
+    const Attributes attributes(program, static_cast<bool>(request.dialogue));
     std::vector<std::string> arguments = request.arguments;
     if (request.endsWithParent) {
         if (!findProgram(program))
@@ -146,18 +185,14 @@ SpawnedProcess spawn(const ProcessRequest& request) {
         arguments = endingWithParent(std::move(arguments));
     }
     std::vector<std::string> environment = environmentWith(request.environment);
-    stopBlocking(input.writing);
-    stopBlocking(output.reading);
-    if (split)
-        stopBlocking(errors.reading);
 
     SpawnedProcess process;
     check(::posix_spawnp(&process.id, arguments.front().c_str(), actions.get(), attributes.get(),
                          pointersTo(arguments).data(), pointersTo(environment).data()),
           program);
-    process.input = std::move(input.writing);
-    process.output = std::move(output.reading);
-    process.errors = std::move(errors.reading);
+    process.input = std::move(streams.input.writing);
+    process.output = std::move(streams.output.reading);
+    process.errors = std::move(streams.errors.reading);
     return process;
 }
 
