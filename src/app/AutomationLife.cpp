@@ -5,9 +5,11 @@
 #include "Automation/Scheduler.h"
 #include "Core/Printable.h"
 #include "Core/ScheduleStore.h"
+#include "HelperKit/HelperClient.h"
 #include "app/ActivityCenter.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
+#include "app/Session.h"
 
 namespace vh::app {
 
@@ -41,6 +43,7 @@ automation::Automation& AutomationLife::automation() {
 void AutomationLife::start(const QString& link) {
     if (std::exchange(started_, true))
         return;
+    renewHelper();
     try {
         automation().attach();
         automation().lead();
@@ -50,6 +53,12 @@ void AutomationLife::start(const QString& link) {
     emit changed();
     if (!link.isEmpty())
         openLink(link);
+}
+
+void AutomationLife::renewHelper() {
+    renewing_.run([&helper = context_.session().helper(), texts = context_.texts().current()](
+                      const Background::Task&) { helper.refreshRegistrationAfterUpdate(texts); },
+                  [](const std::future<void>&) {}); // what is wrong stands on the helper's page
 }
 
 bool AutomationLife::isLeading() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/Background.h"
+
 #include <QLatin1String>
 #include <QObject>
 #include <QStringList>
@@ -50,12 +52,15 @@ signals:
     void said(const QString& text);
 
 private:
+    /// Off the main thread; no start waits for it.
+    void renewHelper();
     void tellScheduler();
 
     AppContext& context_;
     automation::Automation* automation_ = nullptr;
     bool started_ = false;
     std::shared_ptr<void> observingScheduler_;
+    Background renewing_;
 };
 
 } // namespace vh::app

@@ -6,8 +6,6 @@
 #include "app/AppTexts.h"
 #include "app/DayTexts.h"
 
-#include <fmt/format.h>
-
 namespace vh::app {
 
 namespace {
@@ -34,33 +32,28 @@ QString HelperViewModel::stage() const {
         return {};
     if (seen_->status != HelperRegistrationStatus::enabled)
         return qtText(rawValue(seen_->status));
+    if (seen_->isOld)
+        return QStringLiteral("old");
     return seen_->silence.empty() ? QStringLiteral("working") : QStringLiteral("silent");
 }
 
 QString HelperViewModel::act() const {
     if (!act_)
         return {};
-    static constexpr const char* names[] = {"look", "setUp", "update", "repair", "remove"};
+    static constexpr const char* names[] = {"look", "setUp", "repair", "remove"};
     return QLatin1String(names[static_cast<size_t>(*act_)]);
-}
-
-QString HelperViewModel::waiting() const {
-    return seen_ && seen_->isWaiting ? context_.texts().text("helper-error.reregister-failed") : QString();
 }
 
 QString HelperViewModel::failure() const {
     return seen_ ? shown(seen_->failure) : QString();
 }
 
-QString HelperViewModel::detail() const {
-    if (!seen_)
-        return {};
-    if (seen_->status == HelperRegistrationStatus::enabled && !seen_->silence.empty())
-        return shown(seen_->silence);
-    const std::string key = "helper-setup.detail." + stage().toStdString();
-    if (seen_->status == HelperRegistrationStatus::requiresApproval)
-        return context_.texts().text(fmt::format("{}.{}", key, rawValue(helper::thisSystem())));
-    return context_.texts().text(key);
+QString HelperViewModel::silence() const {
+    return seen_ ? shown(seen_->silence) : QString();
+}
+
+QString HelperViewModel::system() const {
+    return qtText(rawValue(helper::thisSystem()));
 }
 
 QVariantList HelperViewModel::facts() const {
@@ -97,7 +90,6 @@ HelperViewModel::Seen HelperViewModel::done(helper::HelperClient& client, Act ac
         case Act::look:
             break;
         case Act::setUp:
-        case Act::update:
             client.registerHelper();
             break;
         case Act::repair:
@@ -113,7 +105,7 @@ HelperViewModel::Seen HelperViewModel::done(helper::HelperClient& client, Act ac
     seen.status = client.refreshStatus();
     seen.asks = client.mustAsk();
     seen.build = client.registeredBuild();
-    seen.isWaiting = !client.lastError().empty();
+    seen.isOld = !client.lastError().empty();
     if (seen.status == HelperRegistrationStatus::enabled)
         ping(client, seen, texts);
     return seen;

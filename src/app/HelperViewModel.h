@@ -22,35 +22,36 @@ class AppContext;
 /// How far the root helper is set up, and what can be done about it. Nothing is read before it is asked for.
 class HelperViewModel : public QObject {
     Q_OBJECT
-    /// A HelperRegistrationStatus by its name, "working" or "silent" for an enabled one; empty before it was looked at.
+    /// A HelperRegistrationStatus by its name; of an enabled one "working", "old" where one of an older build is left, or
+    /// "silent". Empty before it was looked at.
     Q_PROPERTY(QString stage READ stage NOTIFY changed)
-    /// What is under way: "look", "setUp", "update", "repair" or "remove"; else empty.
+    /// What is under way: "look", "setUp", "repair" or "remove"; else empty.
     Q_PROPERTY(QString act READ act NOTIFY changed)
     /// Whether the acts ask for a password.
     Q_PROPERTY(bool asks READ asks NOTIFY changed)
-    /// That an older helper waits to be replaced; empty when none does.
-    Q_PROPERTY(QString waiting READ waiting NOTIFY changed)
     /// Why the last act did not come to its end.
     Q_PROPERTY(QString failure READ failure NOTIFY changed)
-    /// What there is to say of the stage: what to do, or why it is silent.
-    Q_PROPERTY(QString detail READ detail NOTIFY changed)
-    /// `label` and `value` of what is known of a helper that works.
+    /// Why it is silent.
+    Q_PROPERTY(QString silence READ silence NOTIFY changed)
+    /// `label` and `value` of what is known of a helper that answers.
     Q_PROPERTY(QVariantList facts READ facts NOTIFY changed)
+    /// A MaintenanceSystem by its name: this one.
+    Q_PROPERTY(QString system READ system CONSTANT)
 public:
     HelperViewModel(AppContext& context, helper::HelperClient& client);
 
     QString stage() const;
     QString act() const;
     bool asks() const { return seen_ && seen_->asks; }
-    QString waiting() const;
     QString failure() const;
-    QString detail() const;
+    QString silence() const;
     QVariantList facts() const;
+    QString system() const;
 
     /// Asks the system, and the helper if there is one. All of these do nothing while something is under way.
     Q_INVOKABLE void look() { perform(Act::look); }
+    /// Also replaces a helper that is there.
     Q_INVOKABLE void setUp() { perform(Act::setUp); }
-    Q_INVOKABLE void update() { perform(Act::update); }
     Q_INVOKABLE void repair() { perform(Act::repair); }
     Q_INVOKABLE void remove() { perform(Act::remove); }
 
@@ -58,12 +59,12 @@ signals:
     void changed();
 
 private:
-    enum class Act { look, setUp, update, repair, remove };
+    enum class Act { look, setUp, repair, remove };
     struct Seen {
         HelperRegistrationStatus status = HelperRegistrationStatus::unknown;
         bool asks = false;
         std::optional<std::string> build; ///< that set it up
-        bool isWaiting = false;
+        bool isOld = false;
         std::string failure;
         std::string answer; ///< to a ping
         std::string silence;

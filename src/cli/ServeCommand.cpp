@@ -9,6 +9,7 @@
 #include "Core/Printable.h"
 #include "Core/ScheduleStore.h"
 #include "Core/ToolTexts.h"
+#include "HelperKit/HelperClient.h"
 #include "Platform/PollLoop.h"
 #include "Platform/Terminal.h"
 #include "app/Session.h"
@@ -57,6 +58,7 @@ public:
 
 private:
     void begin();
+    void renewHelper();
     void beginToLead();
     void say(std::string_view key, const std::vector<TextArgument>& arguments = {}) const;
     void sayTroubles();
@@ -89,6 +91,7 @@ void Server::run() {
 }
 
 void Server::begin() {
+    renewHelper();
     automation_.attach();
     automation_.setOnRecord([this](const RunRecord& record) { ended(record); });
     automation_.setOnLeading([this] { beginToLead(); });
@@ -98,6 +101,22 @@ void Server::begin() {
     if (!automation_.isLeading() && automation_.trouble().empty())
         say("cli.serve.waiting");
     sayTroubles();
+}
+
+void Server::renewHelper() {
+    helper::HelperClient& client = context_.session.helper();
+    worker_.run(
+        [&client, texts = context_.session.texts()] {
+            try {
+                client.refreshRegistrationAfterUpdate(texts);
+            } catch (const std::exception&) {
+                // Whoever needs the helper is told what is wrong with it.
+            }
+        },
+        [this, &client] {
+            if (const std::string waits = client.lastError(); !waits.empty())
+                say("cli.serve.trouble", {{"text", waits}});
+        });
 }
 
 void Server::beginToLead() {
