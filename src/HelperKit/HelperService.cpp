@@ -1,8 +1,12 @@
 #include "HelperKit/HelperService.h"
 
 #include "HelperKit/HelperServiceError.h"
+#include "HelperKit/OutsideSandbox.h"
 #include "Platform/Folders.h"
+#include "Platform/GuardedFolder.h"
+#include "Platform/SystemError.h"
 
+#include <cerrno>
 #include <fmt/format.h>
 
 namespace vh::helper {
@@ -10,6 +14,68 @@ namespace vh::helper {
 namespace {
 
 constexpr std::chrono::seconds maintenanceLimit{3600};
+
+MaintenancePlan planOfThisMachine(MaintenanceTask task) {
+    MaintenancePlan plan = maintenancePlan(task, thisSystem(), factsOfThisMachine());
+    if (task == MaintenanceTask::downloadUpdates && hasServiceManager())
+        for (MaintenanceCommand& command : plan.commands)
+            command = outsideSandbox(command, maintenanceLimit);
+    return plan;
+}
+
+/// An item of the allowlist in the open folder that holds it.
+struct HeldItem {
+    GuardedFolder folder;
+    std::string name;
+    FileStatus status;
+};
+
+std::string_view relativePath(const HelperPathPolicy::Place& place) {
+    std::string_view rest = std::string_view(place.path).substr(place.root.size());
+    rest.remove_prefix(rest.starts_with('/') ? 1 : 0);
+    return rest;
+}
+
+bool isMissing(const SystemError& error) {
+    return error.code() == ENOENT || error.code() == ENOTDIR;
+}
+
+GuardedFolder openFound(const std::string& path) {
+    try {
+        return GuardedFolder::open(path);
+    } catch (const SystemError& error) {
+        if (!isMissing(error))
+            throw;
+        throw HelperServiceError::notFound(path);
+    }
+}
+
+/// In a folder that all users share, such as the temporary one, a peer's things are those that lie under their own.
+void requireOwn(const GuardedFolder& root, std::string_view rest, uint32_t user, const std::string& path) {
+    const auto first = root.statusOf(std::string(rest.substr(0, rest.find('/'))));
+    if (first && root.isShared() && first->owner != user)
+        throw HelperServiceError::denied(path);
+}
+
+/// The root is the system's affair; below it no link leads on.
+HeldItem heldItem(const HelperPathPolicy::Place& place, uint32_t user) {
+    try {
+        const GuardedFolder root = openFound(place.root);
+        const std::string_view rest = relativePath(place);
+        requireOwn(root, rest, user, place.path);
+        const size_t slash = rest.rfind('/');
+        std::string name(rest.substr(slash + 1));
+        GuardedFolder folder = root.below(slash == std::string_view::npos ? "" : rest.substr(0, slash));
+        if (!folder.isOnVolumeOf(root))
+            throw SystemError(folder.path(), "Another volume is mounted here");
+        if (const auto status = folder.statusOf(name))
+            return {std::move(folder), std::move(name), *status};
+    } catch (const SystemError& error) {
+        if (!isMissing(error))
+            throw;
+    }
+    throw HelperServiceError::notFound(place.path);
+}
 
 } // namespace
 
@@ -28,6 +94,30 @@ std::string HelperService::pong() {
     return "varnholt-helper " VH_VERSION;
 }
 
+HelperPathPolicy::Place HelperService::checkRemoval(const std::string& path, uint32_t user) const {
+    return world_.pathsOf(user).validateMutablePath(path);
+}
+
+HelperPathPolicy::Place HelperService::checkSize(const std::string& path, uint32_t user) const {
+    return world_.pathsOf(user).validateReadablePath(path);
+}
+
+void HelperService::removeAllowedItem(const std::string& path, uint32_t user) const {
+    const HeldItem item = heldItem(checkRemoval(path, user), user);
+    item.folder.remove(item.name, item.status.identity);
+}
+
+int64_t HelperService::sizeOfAllowedDirectory(const std::string& path, uint32_t user,
+                                              const CancelToken& cancel) const {
+    const HelperPathPolicy::Place place = checkSize(path, user);
+    if (place.path == place.root)
+        return openFound(place.root).byteSize(cancel);
+    const HeldItem item = heldItem(place, user);
+    if (item.status.type == FileType::folder)
+        return item.folder.below(item.name).byteSize(cancel);
+    return item.status.type == FileType::file ? item.status.byteSize : 0;
+}
+
 MaintenanceTask HelperService::validateMaintenanceTask(const std::string& id) const {
     const auto task = fromRaw<MaintenanceTask>(id);
     if (!task)
@@ -40,9 +130,11 @@ MaintenanceTask HelperService::validateMaintenanceTask(const std::string& id) co
 MaintenanceRunner::Result HelperService::runMaintenanceTask(const std::string& id,
                                                             const CancelToken& cancel) const {
     const MaintenancePlan plan = world_.planOf(validateMaintenanceTask(id));
-    if (plan.commands.empty())
+    if (!plan.missing.empty())
         throw HelperServiceError("missingProgram", fmt::format("Task {} needs one of these programs: {}.", id,
                                                                fmt::join(plan.missing, ", ")));
+    if (!plan.isPossible())
+        throw HelperServiceError("notPossible", "This system cannot do the task " + id + ".");
     return MaintenanceRunner::run(plan, maintenanceLimit, cancel);
 }
 

@@ -38,6 +38,21 @@ const std::array roads{
          [](HelperService&, const ServiceCall&, const CancelToken&) {
              return ServiceValues{HelperService::pong()};
          }},
+    Road{methods::removeAllowedItem.name,
+         [](const HelperService& service, const ServiceCall& call) {
+             service.checkRemoval(bytes(call), call.peer.userID);
+         },
+         [](HelperService& service, const ServiceCall& call, const CancelToken&) {
+             service.removeAllowedItem(bytes(call), call.peer.userID);
+             return ServiceValues{true};
+         }},
+    Road{methods::sizeOfAllowedDirectory.name,
+         [](const HelperService& service, const ServiceCall& call) {
+             service.checkSize(bytes(call), call.peer.userID);
+         },
+         [](HelperService& service, const ServiceCall& call, const CancelToken& ending) {
+             return ServiceValues{service.sizeOfAllowedDirectory(bytes(call), call.peer.userID, ending)};
+         }},
     Road{methods::runMaintenanceTask.name,
          [](const HelperService& service, const ServiceCall& call) {
              service.validateMaintenanceTask(text(call));
@@ -70,7 +85,7 @@ PeerScopedHelper::PeerScopedHelper(HelperService::World world)
     : service_(std::move(world)), workers_(mostWorkers, mostWorkersOfUser) {}
 
 PeerScopedHelper::~PeerScopedHelper() {
-    ending_.cancel();
+    end();
 }
 
 std::optional<ServiceRefusal> PeerScopedHelper::check(const ServiceCall& call) {

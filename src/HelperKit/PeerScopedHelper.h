@@ -14,7 +14,7 @@ namespace vh::helper {
 class PeerScopedHelper : public ServiceHandler {
 public:
     explicit PeerScopedHelper(HelperService::World world = HelperService::ofThisMachine());
-    /// Stops what may be stopped and waits for the rest.
+    /// Ends, and waits for what may not be stopped.
     ~PeerScopedHelper() override;
 
     std::optional<ServiceRefusal> check(const ServiceCall& call) override;

@@ -4,6 +4,7 @@
 #include "Platform/Posix/FolderStream.h"
 #include "Platform/Posix/MountOfFolder.h"
 #include "Platform/Posix/PathParts.h"
+#include "Platform/Posix/RemovalAt.h"
 #include "Platform/Posix/StatusType.h"
 #include "Platform/Posix/UniqueName.h"
 
@@ -119,21 +120,20 @@ void FolderRemoval::removeFolder(const FileDescriptor& parent, const std::string
 
 } // namespace
 
-void removePermanently(const std::string& path, const std::optional<FileIdentity>& expected) {
-    const PathParts parts = splitPath(path);
-    if (parts.name.empty() || parts.name == "." || parts.name == "..")
+void removePermanentlyAt(const FileDescriptor& parent, const std::string& name, const std::string& path,
+                         const std::optional<FileIdentity>& expected) {
+    if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos)
         throw SystemError(EINVAL, path);
-    const FileDescriptor parent = openPath(parts.folder, openForLookup);
     struct stat status {};
-    if (::fstatat(parent.get(), parts.name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (::fstatat(parent.get(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         throwErrno(path);
     refuseUnlessExpected(status, expected, path);
     if (!S_ISDIR(status.st_mode)) {
-        if (::unlinkat(parent.get(), parts.name.c_str(), 0) != 0)
+        if (::unlinkat(parent.get(), name.c_str(), 0) != 0)
             throwErrno(path);
         return;
     }
-    FileDescriptor top = openFolder(parent, parts.name, path);
+    FileDescriptor top = openFolder(parent, name, path);
     const struct stat opened = statusOfOpen(top, path);
     refuseUnlessExpected(opened, expected, path);
     const uint64_t mount = mountOfFolder(parent.get(), statusOfOpen(parent, path));
@@ -142,13 +142,20 @@ void removePermanently(const std::string& path, const std::optional<FileIdentity
     FolderRemoval removal(std::move(top), mount, path);
     try {
         removal.removeContents();
-        if (::unlinkat(parent.get(), parts.name.c_str(), AT_REMOVEDIR) != 0)
+        if (::unlinkat(parent.get(), name.c_str(), AT_REMOVEDIR) != 0)
             throwErrno(path);
     } catch (const SystemError& error) {
         if (removal.hasRemovedAny())
             throw PartlyRemoved(error);
         throw;
     }
+}
+
+void removePermanently(const std::string& path, const std::optional<FileIdentity>& expected) {
+    const PathParts parts = splitPath(path);
+    if (parts.name.empty() || parts.name == "." || parts.name == "..")
+        throw SystemError(EINVAL, path);
+    removePermanentlyAt(openPath(parts.folder, openForLookup), parts.name, path, expected);
 }
 
 } // namespace vh
