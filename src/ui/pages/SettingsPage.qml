@@ -111,6 +111,21 @@ Page {
             }
         }
 
+        SettingsCard {
+            width: parent.width
+            title: Tr.t("helper-setup.title")
+
+            SettingsRow {
+                title: Tr.t("helper-setup.title")
+                line: Tr.t("helper-setup.line")
+
+                Button {
+                    text: Tr.t("helper-setup.settings.open")
+                    Accessible.name: text + " " + Tr.t("helper-setup.title")
+                    onClicked: page.navigate("helper")
+                }
+            }
+        }
         MailCard { width: parent.width }
         FollowUpsCard {
             id: followUps
