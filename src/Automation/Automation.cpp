@@ -5,6 +5,7 @@
 #include "Automation/FolderNews.h"
 #include "Automation/NodesExecutor.h"
 #include "Automation/NodesRunner.h"
+#include "Automation/OptimizeRunner.h"
 #include "Automation/RunFollowUps.h"
 #include "Automation/ScheduledActions.h"
 #include "Automation/Scheduler.h"
@@ -50,6 +51,7 @@ struct Automation::State {
     std::unique_ptr<ScriptLibrary> scripts;
     std::unique_ptr<ScheduleStore> schedules;
     std::unique_ptr<ScheduledActions> actions;
+    std::unique_ptr<OptimizeRunner> optimize; ///< comes with actions
     std::unique_ptr<flows::NodesStore> flows;
     FlowOutpost outpost;
     std::unique_ptr<NodesExecutor> executor;
@@ -108,7 +110,21 @@ Scheduler& Automation::scheduler() {
 }
 
 ScheduledActions& Automation::actions() {
-    return made(state_->actions, [&] { return std::make_unique<ScheduledActions>(state_->world); });
+    return made(state_->actions, [&] {
+        State& s = *state_;
+        auto actions = std::make_unique<ScheduledActions>(s.world);
+        s.optimize = std::make_unique<OptimizeRunner>(s.world, *actions);
+        actions->setRunOptimize([&defaults = s.world.defaults, runner = s.optimize.get()](
+                                    Trigger trigger, const JobControl& control, const RunDetails& details) {
+            return runner->run(OptimizeProfile::load(defaults), trigger, control, details);
+        });
+        return actions;
+    });
+}
+
+OptimizeRunner& Automation::optimize() {
+    actions();
+    return *state_->optimize;
 }
 
 flows::NodesStore& Automation::flows() {

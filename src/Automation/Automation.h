@@ -24,6 +24,7 @@ namespace vh::automation {
 
 class FlowTriggers;
 class NodesRunner;
+class OptimizeRunner;
 class RunFollowUps;
 class ScheduledActions;
 class Scheduler;
@@ -59,6 +60,7 @@ public:
     ScheduleStore& schedules();
     Scheduler& scheduler();
     ScheduledActions& actions();
+    OptimizeRunner& optimize();
     flows::NodesStore& flows();
     NodesRunner& runner();
     FlowTriggers& triggers();

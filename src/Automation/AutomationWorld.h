@@ -4,6 +4,7 @@
 #include "Core/Date.h"
 #include "Core/LocalCalendar.h"
 #include "Core/Texts.h"
+#include "HelperKit/MaintenanceWork.h"
 #include "Platform/Folders.h"
 
 #include <functional>
@@ -15,9 +16,6 @@ class MainLoop;
 class SuiteModule;
 class UserDefaults;
 } // namespace vh
-namespace vh::helper {
-class HelperClient;
-}
 
 namespace vh::automation {
 
@@ -31,9 +29,9 @@ struct AutomationWorld {
     std::function<Texts()> texts; ///< in the language of now
     std::function<std::shared_ptr<SuiteModule>(std::string_view id)>
         module; ///< a new one; nothing without an engine
-    std::function<helper::HelperClient*()> helper = [] {
-        return nullptr;
-    }; ///< the root helper, nothing without one
+    std::function<helper::MaintenanceWork()> maintenance = [] {
+        return helper::MaintenanceWork(nullptr);
+    }; ///< the chores of the system, with its root helper
     Clock clock = systemNow;
     LocalCalendar calendar;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Describe.h"
+#include "Core/MaintenanceTask.h"
 #include "Core/ScheduledTask.h"
 
 #include <map>
@@ -24,9 +25,12 @@ struct OptimizeProfile {
         ScheduledAction action;
         std::map<std::string, std::string> payload;
     };
-    /// Always in the same order. Names of tasks that do not exist are dropped.
+    /// Always in the same order. Names of tasks that do not exist, or only recipes name, are dropped.
     std::vector<Step> steps() const;
+    /// The tasks of the maintenance step.
+    std::vector<MaintenanceTask> tasks() const;
 
+    /// What is useful, safe and quick on this machine, needs no right and has an engine.
     static OptimizeProfile standard();
     /// The stored one, the standard one when there is none or it cannot be read.
     static OptimizeProfile load(const UserDefaults& defaults);

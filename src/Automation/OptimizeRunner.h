@@ -11,7 +11,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace vh::automation {
@@ -32,7 +31,7 @@ public:
         std::optional<Date> startedAt;
         std::optional<double> duration; ///< seconds
         std::vector<std::string> details;
-        int skipped = 0; ///< of its maintenance tasks
+        int skipped = 0; ///< of its maintenance tasks, or items that had to stay
     };
     /// What a step would do.
     struct Check {
@@ -54,25 +53,38 @@ public:
         bool isChecking = false;
     };
 
-    OptimizeRunner(const AutomationWorld& world, const ScheduledActions& actions);
+    /// What takes longer is asked to stop and left to end by itself.
+    struct Limits {
+        std::chrono::milliseconds maintenance = std::chrono::seconds(600);
+        std::chrono::milliseconds otherStep = std::chrono::seconds(900);
+        std::chrono::milliseconds check = std::chrono::seconds(60); ///< of all steps
+        std::chrono::milliseconds grace = std::chrono::seconds(5);  ///< for what was asked to stop
+    };
+
+    OptimizeRunner(const AutomationWorld& world, const ScheduledActions& actions, const Limits& limits);
+    OptimizeRunner(const AutomationWorld& world, const ScheduledActions& actions)
+        : OptimizeRunner(world, actions, Limits()) {}
+    /// Waits for what was left to end.
     ~OptimizeRunner();
     OptimizeRunner(const OptimizeRunner&) = delete;
     OptimizeRunner& operator=(const OptimizeRunner&) = delete;
 
     /// Never throws. While another one runs it gives a failed record that is not in the log.
-    RunRecord run(const OptimizeProfile& profile, Trigger trigger, const JobControl& control = {});
-    /// Changes nothing.
+    RunRecord run(const OptimizeProfile& profile, Trigger trigger, const JobControl& control = {},
+                  const RunDetails& details = {});
+    /// Changes nothing. A second one at the same time gives what the one before found.
     std::vector<Check> check(const OptimizeProfile& profile, const JobControl& control = {});
     /// The step that runs ends as soon as it can, those after it are skipped.
     void requestCancel();
 
     Snapshot snapshot() const;
-    /// Called on the main loop's thread after changes, several of them together at times; ends with the token.
+    /// Called on the main loop's thread after changes, several of them together at times; ends with the token. Main
+    /// thread.
     [[nodiscard]] std::shared_ptr<void> observe(std::function<void()> changed);
 
 private:
     struct State;
-    std::shared_ptr<State> state_;
+    std::unique_ptr<State> state_;
 };
 
 } // namespace vh::automation

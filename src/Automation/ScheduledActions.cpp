@@ -1,6 +1,7 @@
 #include "Automation/ScheduledActions.h"
 
-#include "Core/MaintenanceTask.h"
+#include "Automation/TaskList.h"
+#include "Automation/TasksRun.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Core/SuiteModule.h"
@@ -15,6 +16,13 @@ namespace {
 
 constexpr std::string_view syncTool = "company-sync";
 
+RunDetails detailsOf(const ActionRequest& request) {
+    RunDetails details = request.details;
+    if (const auto flow = request.payload.find("flow"); flow != request.payload.end())
+        details.emplace(RunDetail::flow, flow->second);
+    return details;
+}
+
 /// One run of one action.
 class ActionRun {
 public:
@@ -22,7 +30,8 @@ public:
               std::string_view moduleID = {})
         : world_(world), request_(request), control_(control), moduleID_(moduleID), texts_(world.texts()),
           details_(detailsOf(request)),
-          run_(world.runs.log.begin(request.toolID, request.trigger, details_)) {}
+          run_(request.within ? world.runs.log.beginPart(request.toolID, request.trigger, details_)
+                              : world.runs.log.begin(request.toolID, request.trigger, details_)) {}
 
     /// What the work throws becomes the record.
     RunRecord run(RunRecord (ActionRun::*work)()) {
@@ -45,14 +54,9 @@ public:
     }
 
 private:
-    static RunDetails detailsOf(const ActionRequest& request) {
-        RunDetails details = request.details;
-        if (const auto flow = request.payload.find("flow"); flow != request.payload.end())
-            details.emplace(RunDetail::flow, flow->second);
-        return details;
-    }
-    RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {}) {
-        return run_->finish(outcome, std::move(summary), metrics);
+    RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {},
+                     const RunDetails& details = {}) {
+        return run_->finish(outcome, std::move(summary), metrics, details);
     }
     std::string toolTitle(std::string_view toolID) const {
         if (toolID == syncTool)
@@ -83,27 +87,21 @@ RunRecord ActionRun::clean() {
     CleanStart start(request_.trigger);
     start.details = details_;
     start.isUnattended = true;
+    start.within = request_.within.get();
     return runClean(*module, report, CleanSelection::all(report, RemovalMethod::trash), start, world_.runs,
                     texts_, control_)
         .record;
 }
 
-std::vector<MaintenanceTask> maintenanceTasks(std::string_view list) {
-    std::vector<MaintenanceTask> tasks;
-    while (!list.empty()) {
-        const size_t comma = list.find(',');
-        if (const auto task = fromRaw<MaintenanceTask>(list.substr(0, comma)))
-            tasks.push_back(*task);
-        list.remove_prefix(comma == std::string_view::npos ? list.size() : comma + 1);
-    }
-    return tasks;
-}
-
 RunRecord ActionRun::maintain() {
     const auto list = request_.payload.find("tasks");
-    if (list == request_.payload.end() || maintenanceTasks(list->second).empty())
+    const auto tasks =
+        list == request_.payload.end() ? std::vector<MaintenanceTask>() : tasksOf(list->second);
+    if (tasks.empty())
         return fail(texts_.text("scheduled-action.no-maintenance-tasks"));
-    return notThereYet();
+    TasksRun run(world_.maintenance(), texts_, control_);
+    run.run(tasks);
+    return finish(run.outcome(), run.summary(), run.metrics(), run.details());
 }
 
 /// What an action does. Those of tools that are not there yet say so.
@@ -119,6 +117,10 @@ constexpr std::array rows{ActionRow{ScheduledAction::cleanStorage, &ActionRun::c
                           ActionRow{ScheduledAction::optimize, &ActionRun::notThereYet},
                           ActionRow{ScheduledAction::backup, &ActionRun::notThereYet}};
 static_assert(rows.size() == allCases<ScheduledAction>().size());
+
+const ActionRow& rowOf(ScheduledAction action) {
+    return *std::ranges::find(rows, action, &ActionRow::action);
+}
 
 } // namespace
 
@@ -136,8 +138,17 @@ RunRecord ScheduledActions::run(const ScheduledTask& task, Trigger trigger, cons
 
 RunRecord ScheduledActions::run(ScheduledAction action, const ActionRequest& request,
                                 const JobControl& control) const {
-    const auto row = std::ranges::find(rows, action, &ActionRow::action);
-    return ActionRun(world_, request, control, rawValue(action)).run(row->work);
+    if (action == ScheduledAction::optimize && runOptimize_)
+        return runOptimize_(request.trigger, control, detailsOf(request));
+    return ActionRun(world_, request, control, rawValue(action)).run(rowOf(action).work);
+}
+
+bool ScheduledActions::isThere(ScheduledAction action) const {
+    if (action == ScheduledAction::optimize)
+        return static_cast<bool>(runOptimize_);
+    const auto work = rowOf(action).work;
+    return work == &ActionRun::clean ? world_.module(rawValue(action)) != nullptr
+                                     : work != &ActionRun::notThereYet;
 }
 
 } // namespace vh::automation

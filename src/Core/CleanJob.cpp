@@ -15,13 +15,24 @@ namespace vh {
 
 namespace {
 
+/// What nobody watched is looked up later; the list of items holds the others.
+std::string firstLines(std::vector<std::string> lines) {
+    constexpr size_t most = 20;
+    if (lines.size() > most) {
+        lines.resize(most);
+        lines.emplace_back("…");
+    }
+    return joinList(lines);
+}
+
 /// The job between opening its journal and finishing it.
 class CleanJob {
 public:
+    /// `part` is its own run when the journal is that of a whole one.
     CleanJob(SuiteModule& module, RemovalMethod method, bool isUnattended, const Texts& texts,
-             const JobControl& control, RunJournal& journal)
+             const JobControl& control, RunJournal& journal, RunHandle* part)
         : module_(module), method_(method), isUnattended_(isUnattended), texts_(texts), control_(control),
-          journal_(journal) {}
+          journal_(journal), part_(part) {}
 
     CleanJobResult run(const ScanReport& report, const CleanSelection& selection) {
         bool stopped = false;
@@ -55,6 +66,7 @@ private:
     const Texts& texts_;
     const JobControl& control_;
     RunJournal& journal_;
+    RunHandle* const part_;
     CleanJobResult done_;
     std::chrono::steady_clock::time_point reported_{};
 };
@@ -149,13 +161,16 @@ std::string CleanJob::message(bool stopped) const {
 
 void CleanJob::finish(bool stopped) {
     const CleanResult& result = done_.result;
-    done_.record = journal_.finish(outcome(stopped), message(stopped),
-                                   {{RunMetric::filesRemoved, static_cast<double>(result.removedCount)},
-                                    {RunMetric::freedBytes, static_cast<double>(result.freedBytes)},
-                                    {RunMetric::errors, static_cast<double>(result.errors.size())}},
-                                   {{RunDetail::files, std::to_string(result.removedCount)},
-                                    {RunDetail::bytes, std::to_string(result.freedBytes)},
-                                    {RunDetail::failed, std::to_string(result.errors.size())}});
+    const RunMetrics metrics{{RunMetric::filesRemoved, static_cast<double>(result.removedCount)},
+                             {RunMetric::freedBytes, static_cast<double>(result.freedBytes)},
+                             {RunMetric::errors, static_cast<double>(result.errors.size())}};
+    RunDetails details{{RunDetail::files, std::to_string(result.removedCount)},
+                       {RunDetail::bytes, std::to_string(result.freedBytes)},
+                       {RunDetail::failed, std::to_string(result.errors.size())}};
+    if (isUnattended_)
+        details.emplace(RunDetail::errors, firstLines(done_.skippedDetails));
+    done_.record = part_ ? part_->finish(outcome(stopped), message(stopped), metrics, details)
+                         : journal_.finish(outcome(stopped), message(stopped), metrics, details);
     done_.trackingFailure = journal_.failure();
 }
 
@@ -164,10 +179,15 @@ void CleanJob::finish(bool stopped) {
 CleanJobResult runClean(SuiteModule& module, const ScanReport& report, const CleanSelection& selection,
                         const CleanStart& start, const RunStores& stores, const Texts& texts,
                         const JobControl& control) {
-    const auto run = stores.log.begin(std::string(module.id()), start.trigger, start.details);
-    const auto journal = stores.journals.open(run, toolName(texts, module.id()));
-    return CleanJob(module, selection.method, start.isUnattended, texts, control, *journal)
-        .run(report, selection);
+    const auto work = [&](RunJournal& journal, RunHandle* part) {
+        return CleanJob(module, selection.method, start.isUnattended, texts, control, journal, part)
+            .run(report, selection);
+    };
+    const std::string tool(module.id());
+    if (start.within)
+        return work(*start.within, stores.log.beginPart(tool, start.trigger, start.details).get());
+    const auto run = stores.log.begin(tool, start.trigger, start.details);
+    return work(*stores.journals.open(run, toolName(texts, tool)), nullptr);
 }
 
 } // namespace vh

@@ -13,6 +13,7 @@
 
 namespace vh {
 
+class RunJournal;
 class RunJournals;
 class RunLog;
 class SuiteModule;
@@ -49,6 +50,8 @@ struct CleanStart {
     RunDetails details;
     /// Nobody chose the items: the summary says it so, and items that had to stay are no more than a warning.
     bool isUnattended = false;
+    /// Of the run that this is a part of, which stands for it in the log and lists its items.
+    RunJournal* within = nullptr;
 };
 
 /// The one road from a selection to a run record. Removes the selected items of `report`, the module's last scan, one

@@ -6,8 +6,9 @@
 
 namespace vh {
 
-RunHandle::RunHandle(RunLog& log, std::string toolID, Trigger trigger, RunDetails details, Date startedAt)
-    : log_(log), toolID_(std::move(toolID)), trigger_(trigger), details_(std::move(details)),
+RunHandle::RunHandle(RunLog& log, Kind kind, std::string toolID, Trigger trigger, RunDetails details,
+                     Date startedAt)
+    : log_(log), kind_(kind), toolID_(std::move(toolID)), trigger_(trigger), details_(std::move(details)),
       startedAt_(startedAt) {}
 
 bool RunHandle::isFinished() const {
@@ -44,7 +45,8 @@ RunRecord RunHandle::closedRecord() const {
 
 RunRecord RunHandle::finish(Outcome outcome, std::string summary, const RunMetrics& metrics,
                             const RunDetails& details) {
-    if (auto record = close(outcome, std::move(summary), metrics, details))
+    const auto record = close(outcome, std::move(summary), metrics, details);
+    if (record && kind_ == Kind::whole)
         log_.record(*record);
     return closedRecord();
 }

@@ -9,11 +9,13 @@ namespace vh {
 
 class RunLog;
 
-/// A job that is under way; made by RunLog::begin. Finishing it writes its record; one that is let go unfinished writes
-/// nothing. Any thread may call.
+/// A job that is under way; made by RunLog::begin. Finishing it writes its record, unless it is a part of another job;
+/// one that is let go unfinished writes nothing. Any thread may call.
 class RunHandle {
 public:
-    RunHandle(RunLog& log, std::string toolID, Trigger trigger, RunDetails details, Date startedAt);
+    enum class Kind { whole, part };
+    RunHandle(RunLog& log, Kind kind, std::string toolID, Trigger trigger, RunDetails details,
+              Date startedAt);
 
     /// Writes the record, once: a second call only gives the first one's record again. Details given here win over
     /// those of begin; empty ones are left out.
@@ -36,6 +38,7 @@ private:
     RunRecord closedRecord() const;
 
     RunLog& log_;
+    const Kind kind_;
     const Uuid id_ = Uuid::random();
     const std::string toolID_;
     const Trigger trigger_;

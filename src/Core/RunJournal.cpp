@@ -3,6 +3,7 @@
 #include "Core/DatabaseLocation.h"
 #include "Core/JournalLines.h"
 #include "Core/RunLog.h"
+#include "Platform/CancelToken.h"
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
 #include "Platform/GrowingFile.h"
@@ -79,31 +80,61 @@ void RunJournal::write(const JournalLine& line) {
 }
 
 void RunJournal::doing(RunFileRow goal) {
+    const std::lock_guard hold(mutex_);
+    if (isFinished_) // nothing may be touched that no list will name
+        throw Cancelled();
     write(JournalIntent{std::move(goal)});
+    ++open_;
 }
 
 void RunJournal::done(RunFileRow row) {
+    const std::lock_guard hold(mutex_);
     write(row);
     rows_.push_back(std::move(row));
+    if (open_ > 0)
+        --open_;
+    settle();
+}
+
+std::vector<RunFileRow> RunJournal::rows() const {
+    const std::lock_guard hold(mutex_);
+    return rows_;
+}
+
+std::string RunJournal::failure() const {
+    const std::lock_guard hold(mutex_);
+    return failure_;
 }
 
 RunRecord RunJournal::finish(Outcome outcome, std::string summary, const RunMetrics& metrics,
                              const RunDetails& details) {
-    auto record = run_->close(outcome, std::move(summary), metrics, details);
+    const auto record = run_->close(outcome, std::move(summary), metrics, details);
     if (!record)
         return run_->closedRecord();
-    write(*record);
-    if (!path_.empty())
-        attempt([&] { flushFile(path_); });
-    const bool isStored = log_.record(*record) == RunLog::Stored::inFile;
-    // What fails here is done from the track at the next start.
+    {
+        const std::lock_guard hold(mutex_);
+        isFinished_ = true;
+        write(*record);
+        if (!path_.empty())
+            attempt([&] { flushFile(path_); });
+    }
+    const auto stored = log_.record(*record); // tells others, who may ask for the rows
+    const std::lock_guard hold(mutex_);
+    stored_ = stored;
+    settle();
+    return *record;
+}
+
+/// What fails here is done from the track at the next start.
+void RunJournal::settle() {
+    if (!stored_ || open_ > 0)
+        return;
     attempt([&] {
         if (!rows_.empty())
-            files_.save(record->id, rows_);
-        if (isStored && !path_.empty())
+            files_.save(run_->id(), rows_);
+        if (stored_ == RunLog::Stored::inFile && !path_.empty())
             removePermanently(path_);
     });
-    return *record;
 }
 
 // ---- runs that were killed

@@ -3,35 +3,36 @@
 #include "Core/JournalLines.h"
 #include "Core/RunFiles.h"
 #include "Core/RunHandle.h"
+#include "Core/RunLog.h"
 #include "Platform/FileLock.h"
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
 namespace vh {
 
-class RunLog;
-
 /// The track of a run that changes things, so that a killed run still shows what it did. Lives as long as the run; a
-/// full disk does not stop the run, only the tracking. For one thread.
+/// full disk does not stop the run, only the tracking. Any thread may call.
 class RunJournal {
 public:
     ~RunJournal();
 
-    /// Before a step, with the row that it leaves when it succeeds.
+    /// Before a step, with the row that it leaves when it succeeds. Throws Cancelled once the run is finished.
     void doing(RunFileRow goal);
     /// After it, with what became of that path.
     void done(RunFileRow row);
-    /// Writes the record and then the list of all rows; then the track goes. Does not throw.
+    /// Writes the record and then the list of all rows; then the track goes. The list waits for the end of a step that
+    /// is still under way. Does not throw.
     RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {},
                      const RunDetails& details = {});
 
     /// All that was done so far.
-    const std::vector<RunFileRow>& rows() const { return rows_; }
+    std::vector<RunFileRow> rows() const;
     /// Why tracking or saving failed; empty while all is well.
-    const std::string& failure() const { return failure_; }
+    std::string failure() const;
 
 private:
     friend class RunJournals;
@@ -40,14 +41,19 @@ private:
     void write(const JournalLine& line);
     template <class Work>
     void attempt(Work work);
+    void settle();
 
     RunLog& log_;
     RunFiles& files_;
     std::shared_ptr<RunHandle> run_;
     std::string path_; // empty when it could not be opened
     std::unique_ptr<FileLock> lock_;
+    mutable std::mutex mutex_; // of what follows, and of the track
     std::vector<RunFileRow> rows_;
     std::string failure_;
+    size_t open_ = 0; // steps under way
+    bool isFinished_ = false;
+    std::optional<RunLog::Stored> stored_; // of the record
 };
 
 /// The folder of the open runs' tracks. It stays where it is when the database moves.

@@ -32,7 +32,13 @@ RunLog::RunLog(UserDefaults& defaults, RunFiles& files, Clock clock, size_t maxR
 }
 
 std::shared_ptr<RunHandle> RunLog::begin(std::string toolID, Trigger trigger, RunDetails details) {
-    return std::make_shared<RunHandle>(*this, std::move(toolID), trigger, std::move(details), clock_());
+    return std::make_shared<RunHandle>(*this, RunHandle::Kind::whole, std::move(toolID), trigger,
+                                       std::move(details), clock_());
+}
+
+std::shared_ptr<RunHandle> RunLog::beginPart(std::string toolID, Trigger trigger, RunDetails details) {
+    return std::make_shared<RunHandle>(*this, RunHandle::Kind::part, std::move(toolID), trigger,
+                                       std::move(details), clock_());
 }
 
 // ---- writing

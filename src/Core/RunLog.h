@@ -33,6 +33,8 @@ public:
            size_t maxRecords = defaultMaxRecords);
 
     std::shared_ptr<RunHandle> begin(std::string toolID, Trigger trigger, RunDetails details = {});
+    /// What is done as a part of another run, which stands for it in the log: its record goes to its caller alone.
+    std::shared_ptr<RunHandle> beginPart(std::string toolID, Trigger trigger, RunDetails details = {});
 
     Date now() const { return clock_(); }
 

@@ -48,7 +48,19 @@ enum class RunMetric {
     bytesImaged
 };
 
-enum class RunDetail { source, destinations, files, bytes, verified, failed, preset, flow, event, errors };
+enum class RunDetail {
+    source,
+    destinations,
+    files,
+    bytes,
+    verified,
+    failed,
+    preset,
+    flow,
+    event,
+    errors,
+    output
+};
 
 using RunMetrics = std::map<RunMetric, double>;
 using RunDetails = std::map<RunDetail, std::string>;
@@ -132,7 +144,8 @@ inline constexpr auto describe<RunDetail> = enumeration<RunDetail>({{RunDetail::
                                                                     {RunDetail::preset, "preset"},
                                                                     {RunDetail::flow, "flow"},
                                                                     {RunDetail::event, "event"},
-                                                                    {RunDetail::errors, "errors"}});
+                                                                    {RunDetail::errors, "errors"},
+                                                                    {RunDetail::output, "output"}});
 
 template <>
 inline constexpr auto describe<RunRecord> =

@@ -16,7 +16,7 @@ automation::AutomationWorld automationWorld(Session& session, MainLoop& loop, Cl
             session.runStores(),
             [&session] { return Texts(session.language()); },
             [&registry](std::string_view id) { return registry.makeModule(id); },
-            [&session] { return &session.helper(); },
+            [&session] { return helper::MaintenanceWork(&session.helper()); },
             std::move(clock),
             calendar};
 }

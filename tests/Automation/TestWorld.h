@@ -46,7 +46,7 @@ struct TestWorld {
                           {log, files, journals},
                           [] { return Texts(Language::en); },
                           [this](std::string_view id) { return id == "system-junk" ? junk : nullptr; },
-                          [this] { return helper; },
+                          [this] { return helper::MaintenanceWork(helper); },
                           loop.clock(),
                           LocalCalendar("UTC")};
 };

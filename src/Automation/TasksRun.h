@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Core/JobControl.h"
+#include "Core/RunRecord.h"
+#include "Core/Texts.h"
+#include "HelperKit/MaintenanceWork.h"
+
+#include <string>
+#include <vector>
+
+namespace vh::automation {
+
+/// Whether all that keeps a task from running is that the root helper is not ready.
+bool needsHelper(const helper::MaintenanceWork& work, MaintenanceTask task, const Texts& texts);
+
+/// Maintenance tasks, one after the other, without a person: one that cannot run or fails does not stop the others.
+class TasksRun {
+public:
+    TasksRun(helper::MaintenanceWork work, const Texts& texts, const JobControl& control)
+        : work_(std::move(work)), texts_(texts), control_(control) {}
+
+    /// Blocks. A cancel ends it; what was done until then counts.
+    void run(const std::vector<MaintenanceTask>& tasks);
+
+    Outcome outcome() const;
+    std::string summary() const;
+    RunMetrics metrics() const;
+    RunDetails details() const;
+
+private:
+    void runOne(MaintenanceTask task);
+    void fail(const std::string& title, const std::string& reason);
+
+    const helper::MaintenanceWork work_;
+    const Texts& texts_;
+    const JobControl& control_;
+    size_t done_ = 0;
+    std::vector<std::string> needing_;  ///< titles of those that wait for the helper
+    std::vector<std::string> failures_; ///< lines
+    std::string output_;
+    bool wasCancelled_ = false;
+};
+
+} // namespace vh::automation
