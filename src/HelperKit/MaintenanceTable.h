@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#undef linux // a tool that reads headers as older C++ knows it as a number
+
 namespace vh {
 namespace helper {
 
