@@ -2,6 +2,7 @@
 
 #include "Automation/Automation.h"
 #include "Automation/NodesRunner.h"
+#include "Automation/OptimizeRunner.h"
 #include "Automation/Scheduler.h"
 #include "Core/Printable.h"
 #include "Core/ScheduleStore.h"
@@ -10,6 +11,8 @@
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
 #include "app/Session.h"
+
+#include <algorithm>
 
 namespace vh::app {
 
@@ -29,6 +32,7 @@ automation::Automation& AutomationLife::automation() {
         return *automation_;
     automation_ = &context_.automation();
     observingScheduler_ = automation_->scheduler().observe([this] { tellScheduler(); });
+    observingOptimize_ = automation_->optimize().observe([this] { tellOptimize(); });
     automation_->runner().setOnActivity([this](const automation::NodesRunner::Activity& activity) {
         context_.activity().report({.key = qtText(activity.key),
                                     .active = activity.active,
@@ -74,14 +78,16 @@ void AutomationLife::openLink(const QString& url) {
 QStringList AutomationLife::running() const {
     QStringList titles;
     for (const ActivityCenter::Job& job : context_.activity().running())
-        if (job.id == schedulerKey || job.toolID == flowTool)
+        if (job.id == schedulerKey || job.id == optimizeKey || job.toolID == flowTool)
             titles << job.title;
+    titles.removeDuplicates(); // a task that starts the one-button run is mostly called the same
     return titles;
 }
 
 void AutomationLife::stop() {
     automation().scheduler().stopRunning();
     automation().runner().stopAll();
+    automation().optimize().requestCancel();
 }
 
 void AutomationLife::tellScheduler() {
@@ -97,6 +103,24 @@ void AutomationLife::tellScheduler() {
         report.toolID = qtText(task->toolID);
         context_.activity().report(report);
     }
+}
+
+void AutomationLife::tellOptimize() {
+    const automation::OptimizeRunner::Snapshot state = automation_->optimize().snapshot();
+    if (!state.isRunning) {
+        context_.activity().end(optimizeKey);
+        return;
+    }
+    const auto ended = std::ranges::count_if(state.steps, [](const automation::OptimizeRunner::Step& step) {
+        using State = automation::OptimizeRunner::StepState;
+        return step.state != State::pending && step.state != State::running;
+    });
+    ActivityReport report{.key = optimizeKey};
+    report.title = qtText(titleOf(ScheduledAction::optimize, context_.texts().current()));
+    report.toolID = optimizeKey;
+    if (!state.steps.empty())
+        report.progress = double(ended) / double(state.steps.size());
+    context_.activity().report(report);
 }
 
 } // namespace vh::app

@@ -20,12 +20,14 @@ class AppContext;
 /// process leads. Main thread; goes before its context.
 class AutomationLife : public QObject {
     Q_OBJECT
-    /// What tasks and flows run in this process, by title.
+    /// What tasks and flows run in this process, and the one-button run, by title.
     Q_PROPERTY(QStringList running READ running NOTIFY changed)
 public:
     /// The job of the task that runs, and the tool of the jobs of flows, in the ActivityCenter.
     static constexpr QLatin1String schedulerKey{"scheduler"};
     static constexpr QLatin1String flowTool{"nodes"};
+    /// The job of the one-button run, and its tool.
+    static constexpr QLatin1String optimizeKey{"optimize"};
 
     explicit AutomationLife(AppContext& context);
     ~AutomationLife() override;
@@ -55,11 +57,13 @@ private:
     /// Off the main thread; no start waits for it.
     void renewHelper();
     void tellScheduler();
+    void tellOptimize();
 
     AppContext& context_;
     automation::Automation* automation_ = nullptr;
     bool started_ = false;
     std::shared_ptr<void> observingScheduler_;
+    std::shared_ptr<void> observingOptimize_;
     Background renewing_;
 };
 

@@ -16,7 +16,7 @@ using MakeModule = std::shared_ptr<SuiteModule> (*)(const Folders&, const std::s
 /// The tools that have an engine, a row each.
 struct Engine {
     std::string_view id;
-    MakeModule make;
+    MakeModule make; ///< nothing where what it does is not scanning and cleaning
 };
 constexpr Engine engines[] = {
     {"system-junk",
@@ -24,6 +24,7 @@ constexpr Engine engines[] = {
          return std::make_shared<junk::SystemJunkModule>(
              junk::SystemJunkConfiguration::userDefaults(folders, databaseFolder));
      }},
+    {"maintenance", nullptr},
 };
 
 const Engine* engineOf(std::string_view id) {
@@ -37,8 +38,8 @@ ModuleRegistry::ModuleRegistry(const Folders& folders, const std::string& databa
     : folders_(folders), databaseFolder_(databaseFolder) {
     for (const ModuleCard& card : moduleCards()) {
         const Engine* engine = engineOf(card.id);
-        modules_.push_back(engine ? engine->make(folders, databaseFolder)
-                                  : std::make_shared<SuiteModule>(card));
+        modules_.push_back(engine && engine->make ? engine->make(folders, databaseFolder)
+                                                  : std::make_shared<SuiteModule>(card));
     }
 }
 
@@ -51,7 +52,7 @@ std::shared_ptr<SuiteModule> ModuleRegistry::module(std::string_view id) const {
 
 std::shared_ptr<SuiteModule> ModuleRegistry::makeModule(std::string_view id) const {
     const Engine* engine = engineOf(id);
-    return engine ? engine->make(folders_, databaseFolder_) : nullptr;
+    return engine && engine->make ? engine->make(folders_, databaseFolder_) : nullptr;
 }
 
 bool ModuleRegistry::hasEngine(std::string_view id) const {

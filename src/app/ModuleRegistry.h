@@ -23,7 +23,7 @@ public:
     /// The module with exactly this identifier, folded ones included; nothing for an unknown one.
     std::shared_ptr<SuiteModule> module(std::string_view id) const;
     /// Another of its kind, so that work nobody watches does not change what a person is looking at; nothing without
-    /// an engine.
+    /// an engine that scans and cleans.
     std::shared_ptr<SuiteModule> makeModule(std::string_view id) const;
 
     /// False while a module is no more than its card: its tool cannot do anything yet.

@@ -1,5 +1,6 @@
 #include "app/ScheduleDraft.h"
 
+#include "Automation/TaskList.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
 #include "app/PathText.h"
@@ -13,7 +14,7 @@ namespace vh::app {
 
 namespace {
 
-enum class FieldKind { text, folder, flag };
+enum class FieldKind { tasks, folder, flag };
 
 struct PayloadField {
     ScheduledAction action;
@@ -22,7 +23,7 @@ struct PayloadField {
 };
 
 constexpr PayloadField fields[] = {
-    {ScheduledAction::maintenance, "tasks", FieldKind::text},
+    {ScheduledAction::maintenance, "tasks", FieldKind::tasks},
     {ScheduledAction::folderSync, "source", FieldKind::folder},
     {ScheduledAction::folderSync, "destination", FieldKind::folder},
     {ScheduledAction::folderSync, "delete", FieldKind::flag},
@@ -37,14 +38,27 @@ QString nameOf(FieldKind kind) {
         return QStringLiteral("folder");
     case FieldKind::flag:
         return QStringLiteral("flag");
-    case FieldKind::text:
+    case FieldKind::tasks:
         break;
     }
-    return QStringLiteral("text");
+    return QStringLiteral("tasks");
 }
 
 QString timeText(int hour, int minute) {
     return QStringLiteral("%1:%2").arg(hour, 2, 10, QLatin1Char('0')).arg(minute, 2, 10, QLatin1Char('0'));
+}
+
+/// A field of a payload as the form takes it.
+QVariant shown(FieldKind kind, const std::string& text) {
+    switch (kind) {
+    case FieldKind::flag:
+        return text == flagSet;
+    case FieldKind::tasks:
+        return qtText(text).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    case FieldKind::folder:
+        break;
+    }
+    return qtText(text);
 }
 
 void show(QVariantMap& draft, const Schedule& schedule) {
@@ -104,8 +118,9 @@ const char* apply(const PayloadField& field, const QVariant& value, ScheduledTas
     case FieldKind::folder:
         task.payload[field.key] = chosenPath(value.toString(), context.session().folders().home);
         break;
-    case FieldKind::text:
-        task.payload[field.key] = value.toString().trimmed().toStdString();
+    case FieldKind::tasks:
+        task.payload[field.key] = automation::taskList(
+            automation::tasksOf(value.toStringList().join(QLatin1Char(',')).toStdString()));
         break;
     }
     return task.payload[field.key].empty() ? "schedules.fault.payload" : nullptr;
@@ -120,8 +135,7 @@ QVariantMap draftOf(const ScheduledTask& task) {
     for (const PayloadField& field : fields) {
         const auto value = task.payload.find(field.key);
         const std::string text = value == task.payload.end() ? "" : value->second;
-        draft[qtText(field.key)] =
-            field.kind == FieldKind::flag ? QVariant(text == flagSet) : QVariant(qtText(text));
+        draft[qtText(field.key)] = shown(field.kind, text);
     }
     show(draft, task.schedule);
     return draft;

@@ -15,7 +15,7 @@ QVariantMap draftOf(const ScheduledTask& task);
 /// What a form begins with.
 QVariantMap newDraft();
 
-/// The fields of an action's payload: {key, kind: "text", "folder" or "flag", title, hint}.
+/// The fields of an action's payload: {key, kind: "tasks", "folder" or "flag", title}.
 QVariantList payloadFields(AppContext& context, const QString& action);
 
 /// Puts what the form says into a task. What is wrong with it, for people; nothing when all is well.

@@ -8,9 +8,12 @@
 #include "app/FlowEditorViewModel.h"
 #include "app/FlowListViewModel.h"
 #include "app/FollowUpsViewModel.h"
+#include "app/HelperViewModel.h"
 #include "app/HomeViewModel.h"
 #include "app/MailViewModel.h"
+#include "app/MaintenanceViewModel.h"
 #include "app/ModuleRegistry.h"
+#include "app/OptimizeViewModel.h"
 #include "app/ScanCleanViewModel.h"
 #include "app/SchedulesViewModel.h"
 #include "app/ScriptsViewModel.h"
@@ -110,6 +113,18 @@ QObject* App::mail() {
 
 QObject* App::followUps() {
     return made(followUps_, *context_, *life_);
+}
+
+QObject* App::maintenance() {
+    return made(maintenance_, *context_);
+}
+
+QObject* App::helper() {
+    return made(helper_, *context_, context_->session().helper());
+}
+
+QObject* App::optimize() {
+    return made(optimize_, *context_, *life_);
 }
 
 QObject* App::scanClean(const QString& moduleId) {

@@ -15,8 +15,11 @@ class AutomationLife;
 class FlowEditorViewModel;
 class FlowListViewModel;
 class FollowUpsViewModel;
+class HelperViewModel;
 class HomeViewModel;
 class MailViewModel;
+class MaintenanceViewModel;
+class OptimizeViewModel;
 class ScanCleanViewModel;
 class SchedulesViewModel;
 class ScriptsViewModel;
@@ -52,6 +55,9 @@ class App : public QObject {
     Q_PROPERTY(QObject* flowEditor READ flowEditor CONSTANT)
     Q_PROPERTY(QObject* mail READ mail CONSTANT)
     Q_PROPERTY(QObject* followUps READ followUps CONSTANT)
+    Q_PROPERTY(QObject* helper READ helper CONSTANT)
+    Q_PROPERTY(QObject* maintenance READ maintenance CONSTANT)
+    Q_PROPERTY(QObject* optimize READ optimize CONSTANT)
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(bool reducedMotion READ reducedMotion CONSTANT)
     Q_PROPERTY(QString fontFamily READ fontFamily CONSTANT)
@@ -77,6 +83,9 @@ public:
     QObject* flowEditor();
     QObject* mail();
     QObject* followUps();
+    QObject* helper();
+    QObject* maintenance();
+    QObject* optimize();
     app::AutomationLife& life() { return *life_; }
     Tr* tr() { return tr_.get(); }
     Q_INVOKABLE QObject* scanClean(const QString& moduleId);
@@ -112,6 +121,9 @@ private:
     std::unique_ptr<app::FlowEditorViewModel> flowEditor_;
     std::unique_ptr<app::MailViewModel> mail_;
     std::unique_ptr<app::FollowUpsViewModel> followUps_;
+    std::unique_ptr<app::HelperViewModel> helper_;
+    std::unique_ptr<app::MaintenanceViewModel> maintenance_;
+    std::unique_ptr<app::OptimizeViewModel> optimize_;
     std::map<QString, std::unique_ptr<app::ScanCleanViewModel>> scanCleans_;
 };
 

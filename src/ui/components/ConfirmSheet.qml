@@ -80,6 +80,7 @@ T.Popup {
                     anchors.right: confirmButton.left
                     anchors.rightMargin: Theme.space8
                     anchors.bottom: parent.bottom
+                    visible: text !== ""
                     text: sheet.cancelText
                     onClicked: sheet.cancelled()
                 }

@@ -1,7 +1,8 @@
 import QtQuick
 import Varnholt
 
-// Steps beside each other, each with its own progress: [{title, value}].
+// Steps beside each other, each with its own progress and, once it is over, its outcome:
+// [{title, value, outcome, stateText}].
 Row {
     id: belt
 
@@ -15,6 +16,8 @@ Row {
         Column {
             id: step
             required property var modelData
+            readonly property string outcome: modelData.outcome ?? ""
+            readonly property bool faulty: outcome === "warning" || outcome === "failed"
 
             width: (belt.width - belt.spacing * (belt.steps.length - 1)) / belt.steps.length
             spacing: Theme.space8
@@ -22,13 +25,28 @@ Row {
             Bar {
                 width: parent.width
                 value: step.modelData.value
-                name: step.modelData.title
+                tone: step.faulty ? Theme.outcomeColor(step.outcome) : Theme.accent
+                name: [step.modelData.title, step.modelData.stateText ?? ""].filter(text => text !== "").join(", ")
             }
-            Label {
+            Row {
                 width: parent.width
-                text: step.modelData.title
-                font: Theme.label
-                color: Theme.third
+                spacing: Theme.space4
+
+                Icon {
+                    id: shape
+                    anchors.verticalCenter: parent.verticalCenter
+                    visible: step.outcome !== ""
+                    size: Theme.space12
+                    name: visible ? Theme.outcomeIcon(step.outcome) : ""
+                    color: Theme.outcomeColor(step.outcome)
+                }
+                Label {
+                    width: parent.width - (shape.visible ? shape.width + parent.spacing : 0)
+                    text: step.modelData.title
+                    font: Theme.label
+                    color: Theme.third
+                    Accessible.ignored: true
+                }
             }
         }
     }

@@ -5,7 +5,7 @@ Page {
     id: page
 
     readonly property var home: App.home
-    readonly property var junk: App.scanClean("system-junk")
+    readonly property var optimize: App.optimize
     property bool allTools: false
     readonly property int columns: body.width > Theme.fourTilesWidth ? 4 : 3
     readonly property int firstTools: 2 * columns
@@ -13,13 +13,19 @@ Page {
     title: home.greeting
     line: home.hostLine
     scrolls: true
-    settled: !junk.isScanning
+    settled: !optimize.isChecking
 
     function showState(name: string): bool {
-        if (name === "scanned")
-            junk.scan();
-        else if (name === "all-tools")
+        if (name === "all-tools")
             allTools = true;
+        else if (name === "profile")
+            profile.open();
+        else if (name === "check")
+            checks.open();
+        else if (name === "run")
+            optimize.run();
+        else if (name === "last" && optimize.lastText !== "")
+            last.open();
         else
             return false;
         return true;
@@ -31,8 +37,6 @@ Page {
         return end < 0 ? text : text.slice(0, end + 1);
     }
 
-    function refresh() { junk.scan(); }
-
     Column {
         id: body
         width: parent.width
@@ -43,17 +47,19 @@ Page {
             width: parent.width
             spacing: Theme.space16
 
-            JunkCard {
-                id: junkCard
+            OptimizeCard {
+                id: optimizeCard
                 width: Math.round((parent.width - parent.spacing) * Theme.mainShare)
-                height: Math.max(Theme.topCardHeight, disks.implicitHeight)
-                junk: page.junk
-                onOpened: page.navigate("system-junk")
+                height: Math.max(implicitHeight, disks.implicitHeight)
+                optimize: page.optimize
+                onProfileWanted: profile.open()
+                onCheckWanted: checks.open()
+                onResultWanted: last.open()
             }
             DiskCard {
                 id: disks
-                width: parent.width - parent.spacing - junkCard.width
-                height: page.home.disks.length > 1 ? junkCard.height : implicitHeight
+                width: parent.width - parent.spacing - optimizeCard.width
+                height: page.home.disks.length > 1 ? optimizeCard.height : implicitHeight
                 disks: page.home.disks
             }
         }
@@ -120,5 +126,23 @@ Page {
                 onOpened: page.navigate("activity")
             }
         }
+    }
+
+    OptimizeProfileSheet {
+        id: profile
+        optimize: page.optimize
+    }
+    OptimizeCheckSheet {
+        id: checks
+        optimize: page.optimize
+        onHelperWanted: page.navigate("helper")
+    }
+    OptimizeResultSheet {
+        id: last
+        optimize: page.optimize
+    }
+    Connections {
+        target: page.optimize
+        function onSaid(text: string) { page.said(text); }
     }
 }

@@ -1,7 +1,7 @@
 import QtQuick
 import Varnholt
 
-// One thing that an action needs to know: a text, a folder or a yes.
+// One thing that an action needs to know: maintenance tasks, a folder or a yes.
 Loader {
     id: row
 
@@ -11,19 +11,19 @@ Loader {
     signal edited(var value)
 
     width: parent ? parent.width : 0
-    sourceComponent: field.kind === "flag" ? flag : field.kind === "folder" ? folder : words
+    sourceComponent: field.kind === "flag" ? flag : field.kind === "folder" ? folder : tasks
 
     Component {
-        id: words
+        id: tasks
 
         FormRow {
             title: row.field.title
 
-            Field {
+            MaintenanceChoice {
                 width: parent.width
-                name: row.field.title
-                onTextEdited: row.edited(text)
-                Component.onCompleted: text = row.value ?? ""
+                room: 4.5 * Theme.rowHeight
+                chosen: row.value ?? []
+                onPicked: tasks => row.edited(tasks)
             }
         }
     }

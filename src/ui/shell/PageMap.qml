@@ -14,6 +14,7 @@ QtObject {
 
     // Pages that the sidebar's list does not show.
     readonly property var apart: [
+        {id: "helper", icon: "lock.shield", title: Tr.t("helper-setup.title"), summary: Tr.t("helper-setup.line")},
         {id: "scripts", icon: "terminal", title: Tr.t("scripts.title"), summary: Tr.t("scripts.line")},
         {id: "settings", icon: "gearshape", title: Tr.t("shell.page.settings"), summary: Tr.t("settings.line")}
     ]
@@ -26,7 +27,9 @@ QtObject {
         "schedules": "SchedulesPage",
         "scripts": "ScriptsPage",
         "settings": "SettingsPage",
-        "system-junk": "CachePage"
+        "helper": "HelperSetupPage",
+        "system-junk": "CachePage",
+        "maintenance": "MaintenancePage"
     })
 
     // The page that answers to an identifier, folded ones included, or to a tool's name; "" for none.
@@ -41,7 +44,7 @@ QtObject {
 
     // Which entry of the sidebar stands for a page.
     function entryOf(id: string): string {
-        return id === "scripts" ? "nodos" : id;
+        return id === "scripts" ? "nodos" : id === "helper" ? "settings" : id;
     }
 
     function source(id: string): url {

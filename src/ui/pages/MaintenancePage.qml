@@ -1,0 +1,61 @@
+import QtQuick
+import Varnholt
+
+// The chores of the system, each with what it does, and what the last one printed.
+Page {
+    id: page
+
+    readonly property var maintenance: App.maintenance
+
+    function showState(name: string): bool {
+        const row = maintenance.tasks.findIndex(task => task.missing === "" && !task.requiresRoot);
+        if (row < 0)
+            return false;
+        if (name === "selected")
+            table.focusRow(row);
+        else if (name === "run")
+            maintenance.run(maintenance.tasks[row].value);
+        else
+            return false;
+        return true;
+    }
+
+    function refresh() { maintenance.refresh(); }
+
+    // What the button of a row does.
+    function act(task: var) {
+        if (maintenance.running === task.value)
+            maintenance.stop();
+        else if (task.missing !== "" || maintenance.running !== "")
+            return;
+        else if (task.requiresRoot && !maintenance.helperIsReady)
+            page.navigate("helper");
+        else
+            maintenance.run(task.value);
+    }
+
+    title: App.shell.tool("maintenance").name
+    line: Tr.t("maintenance-page.line")
+    settled: !maintenance.isLoading
+    Component.onCompleted: maintenance.refresh()
+
+    ListTable {
+        id: table
+        width: parent.width
+        height: parent.height - result.height - Theme.space16
+        name: page.title
+        model: page.maintenance.tasks
+        delegate: MaintenanceRow {
+            maintenance: page.maintenance
+            onActed: page.act(modelData)
+        }
+        onOpened: row => page.act(page.maintenance.tasks[row])
+    }
+    MaintenanceResult {
+        id: result
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: Math.max(Theme.summaryHeight + Theme.rowHeightTwo, Math.round(parent.height * 0.3))
+        maintenance: page.maintenance
+    }
+}

@@ -1,0 +1,120 @@
+import QtQuick
+import Varnholt
+
+// A task: what it does, what it needs, how it went, and its button.
+TableRow {
+    id: row
+
+    required property var modelData
+    required property var maintenance
+    readonly property bool isRunning: maintenance.running === modelData.value
+    readonly property bool isAbsent: modelData.missing !== ""
+    readonly property bool needsHelper: !isAbsent && modelData.requiresRoot && !maintenance.helperIsReady
+    readonly property var result: maintenance.results[modelData.value] ?? null
+
+    signal acted
+
+    implicitHeight: words.implicitHeight + 2 * Theme.space8
+    name: [modelData.title, modelData.detail, marks.words, modelData.missing,
+        needsHelper ? Tr.t("maintenance-page.needs-helper") : "",
+        isRunning ? Tr.t("maintenance-page.running") : result ? result.text : ""].filter(text => text !== "").join(", ")
+    Accessible.onPressAction: row.acted()
+
+    Column {
+        id: words
+        anchors.left: parent.left
+        anchors.right: state.left
+        anchors.rightMargin: Theme.space16
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        Row {
+            width: parent.width
+            spacing: Theme.space12
+
+            Label {
+                width: Math.min(implicitWidth, parent.width - marks.width - parent.spacing)
+                text: row.modelData.title
+                font: Theme.medium
+                color: row.isAbsent ? Theme.second : Theme.text
+                wrapMode: Text.Wrap
+                Accessible.ignored: true
+            }
+            MaintenanceMarks {
+                id: marks
+                anchors.verticalCenter: parent.verticalCenter
+                task: row.modelData
+            }
+        }
+        Label {
+            width: parent.width
+            text: row.modelData.detail
+            color: Theme.second
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+        Item {
+            width: parent.width
+            height: visible ? missing.implicitHeight : 0
+            visible: row.isAbsent
+
+            Icon {
+                id: sign
+                y: 2
+                size: Theme.space12
+                name: "minus"
+                color: Theme.second
+            }
+            Label {
+                id: missing
+                anchors.left: sign.right
+                anchors.leftMargin: Theme.space8
+                anchors.right: parent.right
+                text: row.modelData.missing
+                wrapMode: Text.Wrap
+                Accessible.ignored: true
+            }
+        }
+    }
+    Item {
+        id: state
+        anchors.right: button.left
+        anchors.rightMargin: Theme.space12
+        width: Theme.fieldWidthMiddle - Theme.space32
+        height: parent.height
+
+        Label {
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, parent.width)
+            visible: row.needsHelper && !row.isRunning && row.result === null
+            text: Tr.t("maintenance-page.needs-helper")
+            font: Theme.label
+            color: Theme.second
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignRight
+            Accessible.ignored: true
+        }
+        Badge {
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            visible: row.isRunning || row.result !== null
+            running: row.isRunning
+            outcome: row.isRunning || row.result === null ? "" : row.result.outcome
+            text: row.isRunning ? row.maintenance.elapsedText : row.result ? row.result.text : ""
+        }
+    }
+    Button {
+        id: button
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        width: Theme.fieldWidthShort
+        // The row is worked from the list; return does the same.
+        focusPolicy: Qt.NoFocus
+        enabled: row.isRunning ? !row.maintenance.isStopping : !row.isAbsent && row.maintenance.running === ""
+        iconName: row.isRunning ? "stop" : row.needsHelper ? "" : "play"
+        text: row.isRunning ? Tr.t("shell.stop")
+            : row.needsHelper ? Tr.t("maintenance-page.set-up") : Tr.t("maintenance-page.run")
+        onClicked: row.acted()
+    }
+}
