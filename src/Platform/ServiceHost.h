@@ -63,8 +63,8 @@ public:
     virtual void leave() = 0;
 };
 
-/// `methods` and `handler` outlive it. `lost` is called once when the bus is gone, and may let go of the host. Blocks until the name is had; throws
-/// std::runtime_error when it cannot be. On Linux in the library vh_ServiceHost.
+/// `methods` and `handler` outlive it. `lost` is called once when the bus is gone, and may let go of the host. Blocks
+/// until the name is had; throws std::runtime_error when it cannot be. In the library vh_ServiceHost.
 std::unique_ptr<ServiceHost> openServiceHost(MainLoop& loop, const ServiceIdentity& identity,
                                              std::span<const ServiceMethod> methods, ServiceHandler& handler,
                                              std::function<void()> lost, ServiceRules rules = {});

@@ -1,6 +1,5 @@
 #include "Platform/Linux/service/Authority.h"
 
-#include <cstring>
 #include <utility>
 
 namespace vh {
@@ -45,7 +44,7 @@ Verdict verdictOf(sd_bus_message* answer) {
 
 class Question {
 public:
-    Question(sd_bus* bus, std::function<void(Verdict)> told) : bus_(bus), told_(std::move(told)) {}
+    Question(sd_bus* bus, std::function<void(const Verdict&)> told) : bus_(bus), told_(std::move(told)) {}
     ~Question() {
         if (slot_)
             takeBack();
@@ -92,7 +91,7 @@ private:
     }
 
     sd_bus* bus_;
-    std::function<void(Verdict)> told_;
+    std::function<void(const Verdict&)> told_;
     std::string id_;
     BusSlot slot_; ///< while it is not answered
 };
@@ -100,7 +99,8 @@ private:
 } // namespace
 
 std::shared_ptr<void> askAuthority(sd_bus* bus, const std::string& peer, std::string_view action,
-                                   std::chrono::microseconds limit, std::function<void(Verdict)> told) {
+                                   std::chrono::microseconds limit,
+                                   std::function<void(const Verdict&)> told) {
     auto question = std::make_shared<Question>(bus, std::move(told));
     question->ask(peer, action, limit);
     return question;

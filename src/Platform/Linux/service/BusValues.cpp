@@ -7,7 +7,7 @@ namespace vh {
 
 namespace {
 
-constexpr size_t mostWords = 4096; ///< of a refusal, in bytes
+constexpr size_t mostWords = 1u << 16; ///< of a refusal, in bytes
 
 std::optional<ServiceValue> readText(sd_bus_message* message) {
     const char* text = nullptr;
