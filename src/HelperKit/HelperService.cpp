@@ -1,5 +1,7 @@
 #include "HelperKit/HelperService.h"
 
+#include "Core/Codec.h"
+#include "HelperKit/AppRemovalPolicy.h"
 #include "HelperKit/HelperServiceError.h"
 #include "HelperKit/OutsideSandbox.h"
 #include "Platform/Folders.h"
@@ -136,6 +138,22 @@ MaintenanceRunner::Result HelperService::runMaintenanceTask(const std::string& i
     if (!plan.isPossible())
         throw HelperServiceError("notPossible", "This system cannot do the task " + id + ".");
     return MaintenanceRunner::run(plan, maintenanceLimit, cancel);
+}
+
+void HelperService::checkApplicationRemoval(const std::string& path) const {
+    AppRemovalPolicy{world_.installs.system, world_.installs.applications}.check(path);
+}
+
+void HelperService::removeApplication(const std::string& path) const {
+    helper::removeApplication(world_.installs, path);
+}
+
+DeviceJobSpec HelperService::checkDeviceJob(const std::string& json) {
+    try {
+        return decodeJson<DeviceJobSpec>(json);
+    } catch (const std::exception& error) {
+        throw HelperServiceError::badJobSpec(error.what());
+    }
 }
 
 } // namespace vh::helper

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "HelperKit/ApplicationInstallPolicy.h"
 #include "HelperKit/DeviceJobRunner.h"
 #include "HelperKit/HelperPathPolicy.h"
 #include "HelperKit/MaintenanceRunner.h"
 #include "HelperKit/MaintenanceTable.h"
+#include "HelperKit/PackageInstaller.h"
 
 #include <cstdint>
 #include <functional>
@@ -21,10 +23,13 @@ public:
         std::function<HelperPathPolicy(uint32_t user)> pathsOf;
         std::function<MaintenancePlan(MaintenanceTask)> planOf;
         std::function<bool(MaintenanceTask)> requiresRoot;
+        InstallWorld installs;
     };
     static World ofThisMachine();
 
     explicit HelperService(World world) : world_(std::move(world)) {}
+    HelperService(const HelperService&) = delete;
+    HelperService& operator=(const HelperService&) = delete;
 
     /// Name and version of this program.
     static std::string pong();
@@ -40,11 +45,21 @@ public:
     MaintenanceTask validateMaintenanceTask(const std::string& id) const;
     MaintenanceRunner::Result runMaintenanceTask(const std::string& id, const CancelToken& cancel) const;
 
+    void checkApplicationRemoval(const std::string& path) const;
+    void removeApplication(const std::string& path) const;
+    PackageInstaller& packages() { return packages_; }
+    const PackageInstaller& packages() const { return packages_; }
+    ApplicationInstaller& applications() { return applications_; }
+    const ApplicationInstaller& applications() const { return applications_; }
+
+    static DeviceJobSpec checkDeviceJob(const std::string& json);
     DeviceJobRunner& jobs() { return jobs_; }
     const DeviceJobRunner& jobs() const { return jobs_; }
 
 private:
     World world_;
+    PackageInstaller packages_{world_.installs};
+    ApplicationInstaller applications_{world_.installs};
     DeviceJobRunner jobs_;
 };
 

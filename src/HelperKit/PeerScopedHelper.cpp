@@ -1,9 +1,11 @@
 #include "HelperKit/PeerScopedHelper.h"
 
+#include "Core/Codec.h"
 #include "HelperKit/HelperProtocol.h"
 #include "HelperKit/HelperServiceError.h"
 
-#include <algorithm>
+#include <array>
+#include <span>
 
 namespace vh::helper {
 
@@ -24,16 +26,27 @@ ServiceValues values(MaintenanceRunner::Result result) {
     return {result.succeeded, std::move(result.output)};
 }
 
+using Check = void (*)(const HelperService& service, const ServiceCall& call);
+using Perform = ServiceValues (*)(HelperService& service, const ServiceCall& call, const CancelToken& ending);
+
 /// How one method is answered: what is refused without looking at a file, and the work.
 struct Road {
     std::string_view method;
-    void (*check)(const HelperService& service, const ServiceCall& call);
-    ServiceValues (*perform)(HelperService& service, const ServiceCall& call, const CancelToken& ending);
+    Check check;
+    Perform perform;
 };
 
 void nothingToCheck(const HelperService&, const ServiceCall&) {}
 
-const std::array roads{
+void notThereYet(const HelperService&, const ServiceCall&) {
+    throw HelperServiceError("notThereYet", "The accounts of this computer cannot be managed yet.");
+}
+
+ServiceValues nothingDone(HelperService&, const ServiceCall&, const CancelToken&) {
+    return {};
+}
+
+const std::array maintenanceRoads{
     Road{methods::ping.name, nothingToCheck,
          [](HelperService&, const ServiceCall&, const CancelToken&) {
              return ServiceValues{HelperService::pong()};
@@ -62,9 +75,66 @@ const std::array roads{
          }},
 };
 
-const Road* roadOf(const ServiceCall& call) {
-    const auto found = std::ranges::find(roads, call.method.name, &Road::method);
-    return found == roads.end() ? nullptr : &*found;
+const std::array deviceRoads{
+    Road{methods::startDeviceJob.name,
+         [](const HelperService&, const ServiceCall& call) { HelperService::checkDeviceJob(bytes(call)); },
+         [](HelperService& service, const ServiceCall& call, const CancelToken&) {
+             return ServiceValues{service.jobs().start(HelperService::checkDeviceJob(bytes(call)),
+                                                       call.peer.userID, call.peer.connection)};
+         }},
+    Road{methods::deviceJobStatus.name, nothingToCheck,
+         [](HelperService& service, const ServiceCall& call, const CancelToken&) {
+             return ServiceValues{ServiceBytes{encodeJson(service.jobs().status(text(call)))}};
+         }},
+    Road{methods::cancelDeviceJob.name, nothingToCheck,
+         [](HelperService& service, const ServiceCall& call, const CancelToken&) {
+             return ServiceValues{service.jobs().cancel(text(call))};
+         }},
+};
+
+template <bool verified>
+void checkPackage(const HelperService& service, const ServiceCall& call) {
+    service.packages().check(bytes(call), call.peer.userID, verified);
+}
+
+template <bool verified>
+ServiceValues installPackage(HelperService& service, const ServiceCall& call, const CancelToken&) {
+    return values(service.packages().install(bytes(call), call.peer.userID, verified));
+}
+
+const std::array softwareRoads{
+    Road{methods::removeApplication.name,
+         [](const HelperService& service, const ServiceCall& call) {
+             service.checkApplicationRemoval(bytes(call));
+         },
+         [](HelperService& service, const ServiceCall& call, const CancelToken&) {
+             service.removeApplication(bytes(call));
+             return ServiceValues{true};
+         }},
+    Road{methods::installPackage.name, checkPackage<true>, installPackage<true>},
+    Road{methods::installUnverifiedPackage.name, checkPackage<false>, installPackage<false>},
+    Road{methods::installApplication.name,
+         [](const HelperService& service, const ServiceCall& call) {
+             service.applications().check(bytes(call), call.peer.userID);
+         },
+         [](HelperService& service, const ServiceCall& call, const CancelToken&) {
+             return values(service.applications().install(bytes(call), call.peer.userID));
+         }},
+};
+
+const std::array accountRoads{Road{methods::manageLocalAccount.name, notThereYet, nothingDone},
+                              Road{methods::applyCompanyAdmin.name, notThereYet, nothingDone},
+                              Road{methods::companyAdminPassword.name, notThereYet, nothingDone}};
+
+/// Throws for a method that nobody knows, which the listener does not let through.
+const Road& roadOf(const ServiceCall& call) {
+    for (const std::span<const Road> roads :
+         {std::span<const Road>(maintenanceRoads), std::span<const Road>(deviceRoads),
+          std::span<const Road>(softwareRoads), std::span<const Road>(accountRoads)})
+        for (const Road& road : roads)
+            if (road.method == call.method.name)
+                return road;
+    throw std::logic_error("No such method: " + std::string(call.method.name));
 }
 
 /// Does it and turns what it throws into the refusal.
@@ -90,10 +160,7 @@ PeerScopedHelper::~PeerScopedHelper() {
 
 std::optional<ServiceRefusal> PeerScopedHelper::check(const ServiceCall& call) {
     ServiceReply reply = replyOf([&]() -> ServiceReply {
-        const Road* road = roadOf(call);
-        if (road == nullptr)
-            throw HelperServiceError("notThereYet", std::string(call.method.name) + " is not there yet.");
-        road->check(service_, call);
+        roadOf(call).check(service_, call);
         return ServiceValues{};
     });
     if (auto* refusal = std::get_if<ServiceRefusal>(&reply))
@@ -104,10 +171,7 @@ std::optional<ServiceRefusal> PeerScopedHelper::check(const ServiceCall& call) {
 void PeerScopedHelper::perform(ServiceCall call, Answer answer) {
     const uint32_t user = call.peer.userID;
     const auto work = [this, call = std::move(call), answer] {
-        answer(replyOf([&]() -> ServiceReply {
-            const Road* road = roadOf(call);
-            return road->perform(service_, call, ending_);
-        }));
+        answer(replyOf([&]() -> ServiceReply { return roadOf(call).perform(service_, call, ending_); }));
     };
     const ServiceReply started = replyOf([&]() -> ServiceReply {
         if (!workers_.start(user, work))

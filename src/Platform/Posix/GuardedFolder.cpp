@@ -1,12 +1,15 @@
 #include "Platform/GuardedFolder.h"
 
 #include "Platform/Posix/Calls.h"
+#include "Platform/Posix/CopyPiece.h"
 #include "Platform/Posix/FolderStream.h"
 #include "Platform/Posix/MountOfFolder.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/RemovalAt.h"
 #include "Platform/Posix/StatusType.h"
+#include "Platform/Posix/TreeCopy.h"
 
+#include <algorithm>
 #include <deque>
 #include <unistd.h>
 
@@ -95,7 +98,7 @@ GuardedFolder GuardedFolder::step(const std::string& name) const {
         const int reason = errno;
         const auto status = statusAt(folder_.get(), name, path);
         if (status && S_ISLNK(status->st_mode))
-            throw SystemError(path, "A link that anybody may have put there is not followed");
+            throw LinkRefused(path);
         throw SystemError(reason, path);
     }
     return {std::move(next), std::move(path)};
@@ -174,14 +177,56 @@ std::optional<FileStatus> GuardedFolder::statusOf(const std::string& name) const
     return status ? std::optional(fileStatus(*status)) : std::nullopt;
 }
 
-FileDescriptor GuardedFolder::openFile(const std::string& name) const {
+GuardedFolder::OpenFile GuardedFolder::openFile(const std::string& name) const {
     const std::string path = joinPath(path_, name);
     FileDescriptor file = openAt(folder_.get(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    if (!file && errno == ELOOP)
+        throw LinkRefused(path);
     if (!file)
         throwErrno(path);
-    if (!S_ISREG(statusOfOpen(file, path).st_mode))
+    const FileStatus status = fileStatus(statusOfOpen(file, path));
+    if (status.type != FileType::file)
         throw SystemError(path, "Not a file");
-    return file;
+    return {std::move(file), status};
+}
+
+void GuardedFolder::addFile(const std::string& name, const OpenFile& from) const {
+    const std::string path = joinPath(path_, name);
+    const FileDescriptor file = openAt(folder_.get(), name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+    if (!file)
+        throwErrno(path);
+    while (copyPiece(from.descriptor, file, path) > 0) {
+    }
+    if (::fchmod(file.get(), 0644) != 0)
+        throwErrno(path);
+    flush(file, path);
+}
+
+void GuardedFolder::addCopy(const std::string& name, const GuardedFolder& from,
+                            const std::string& fromName) const {
+    TreeCopy(TreeCopy::Owner::usAlone)
+        .copy(from.descriptor(), fromName, descriptor(), name, joinPath(from.path_, fromName));
+}
+
+std::string GuardedFolder::startOfFile(const std::string& name, size_t bytes) const {
+    std::string start(bytes, '\0');
+    try {
+        const OpenFile file = openFile(name);
+        const ssize_t got = retried([&] { return ::pread(file.descriptor.get(), start.data(), bytes, 0); });
+        start.resize(got > 0 ? static_cast<size_t>(got) : 0);
+        return start;
+    } catch (const SystemError&) {
+        return {};
+    }
+}
+
+std::vector<std::string> GuardedFolder::names() const {
+    std::vector<std::string> names;
+    FolderStream stream(folder_, path_);
+    while (std::optional<std::string> name = stream.next())
+        names.push_back(std::move(*name));
+    std::ranges::sort(names);
+    return names;
 }
 
 int64_t GuardedFolder::byteSize(const CancelToken& cancel) const {

@@ -34,7 +34,7 @@ void TreeCopy::copyOwnerModeAndTimes(const FileDescriptor& to, const struct stat
         errno != EINVAL)
         throwErrno(path);
     // A program that runs as its owner must not come to run as us.
-    const mode_t kept = owner_ == Owner::kept ? 07777 : 01777;
+    const mode_t kept = owner_ == Owner::kept ? 07777 : owner_ == Owner::us ? 01777 : 01755;
     if (::fchmod(to.get(), status.st_mode & kept) != 0 || ::futimens(to.get(), timesOf(status).data()) != 0)
         throwErrno(path);
 }

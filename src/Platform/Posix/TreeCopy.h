@@ -18,8 +18,9 @@ class FileDescriptor;
 class TreeCopy {
 public:
     enum class Owner {
-        kept, ///< where we may give files away
-        us    ///< and nobody gets rights over us by it
+        kept,   ///< where we may give files away
+        us,     ///< and nobody gets rights over us by it
+        usAlone ///< and nobody else may write it
     };
     explicit TreeCopy(Owner owner, CancelToken cancel = {}, std::function<void(int64_t bytes)> progress = {})
         : owner_(owner), cancel_(std::move(cancel)), progress_(std::move(progress)) {}
