@@ -1,0 +1,35 @@
+#include "Core/ContentHash.h"
+
+#include "Core/DigestModule.h"
+#include "Core/XXH64.h"
+#include "Platform/Module.h"
+
+namespace vh {
+
+std::string_view titleOf(HashAlgorithm algorithm) {
+    switch (algorithm) {
+    case HashAlgorithm::sha256:
+        return "SHA-256";
+    case HashAlgorithm::xxhash64:
+        return "xxHash64";
+    default:
+        return "MD5";
+    }
+}
+
+ContentHash::ContentHash(HashAlgorithm algorithm)
+    : engine_(algorithm == HashAlgorithm::xxhash64
+                  ? std::make_unique<XXH64>()
+                  : static_cast<const DigestModule*>(openModule("digest"))->open(algorithm)) {}
+ContentHash::~ContentHash() = default;
+ContentHash::ContentHash(ContentHash&&) noexcept = default;
+
+void ContentHash::update(std::string_view bytes) {
+    engine_->update(bytes);
+}
+
+std::string ContentHash::hex() {
+    return engine_->hex();
+}
+
+} // namespace vh
