@@ -8,36 +8,9 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace vh::test {
-
-using namespace std::chrono_literals;
-
-namespace {
-
-constexpr auto limit = 60s;
-constexpr auto betweenLooks = 20ms;
-
-template <class Holds>
-bool holdsInTime(Holds holds) {
-    const auto end = std::chrono::steady_clock::now() + limit;
-    while (!holds()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(betweenLooks);
-    }
-    return true;
-}
-
-} // namespace
-
-bool waitUntil(std::string_view what, const std::function<bool()>& holds) {
-    const bool held = holdsInTime(holds);
-    EXPECT_TRUE(held) << "waited too long: " << what;
-    return held;
-}
 
 struct Home::Opened {
     UserDefaults defaults{UserDefaults::fileOfUser()};
@@ -157,8 +130,7 @@ void Program::signal(int number) const {
 
 int Program::wait() {
     int status = 0;
-    const bool ended = holdsInTime([&] { return ::waitpid(pid_, &status, WNOHANG) == pid_; });
-    if (!ended)
+    if (!waitUntil("the program ends", [&] { return ::waitpid(pid_, &status, WNOHANG) == pid_; }))
         return -1;
     pid_ = -1;
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);

@@ -7,8 +7,8 @@
 #include "Core/UserDefaults.h"
 #include "Flows/NodesStore.h"
 #include "support/TempDir.h"
+#include "support/WaitUntil.h"
 
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -65,8 +65,5 @@ private:
     TempDir folder_;
     int pid_ = -1;
 };
-
-/// False, and a test failure that names `what`, when it does not come true for long.
-bool waitUntil(std::string_view what, const std::function<bool()>& holds);
 
 } // namespace vh::test

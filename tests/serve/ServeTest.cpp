@@ -28,12 +28,6 @@ void saveLongScript(const Home& home) {
         .save("long", fmt::format("echo $$ >> {0}/pids\necho one >> {0}/count\nsleep 60\n", home.path()));
 }
 
-/// Whether it runs; one that only waits to be counted as dead does not.
-bool isAlive(const std::string& pid) {
-    const auto state = readFileIfPresent(fmt::format("/proc/{}/stat", std::stoi(pid)));
-    return state && state->substr(state->rfind(')') + 2, 1) != "Z";
-}
-
 std::string lines(const Home& home, const char* file) {
     return readFileIfPresent(home / file).value_or("");
 }
@@ -67,7 +61,7 @@ TEST(Serve, EndsCleanlyInTheMiddleOfAScript) {
     serve.signal(SIGTERM);
     EXPECT_EQ(serve.wait(), 0);
     EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::seconds(10));
-    EXPECT_FALSE(isAlive(lines(home, "pids")));
+    EXPECT_FALSE(isAlive(std::stoi(lines(home, "pids"))));
     ASSERT_EQ(home.records("nodes").size(), 1U);
     EXPECT_EQ(home.records("nodes").front().outcome, Outcome::cancelled);
     EXPECT_EQ(home.runs(flow).size(), 1U);
@@ -88,7 +82,8 @@ TEST(Serve, KilledInTheMiddleOfAScheduledFlow) {
         serve.signal(SIGKILL);
         EXPECT_EQ(serve.wait(), 128 + SIGKILL);
     }
-    EXPECT_TRUE(waitUntil("the script goes with it", [&] { return !isAlive(lines(home, "pids")); }));
+    EXPECT_TRUE(
+        waitUntil("the script goes with it", [&] { return !isAlive(std::stoi(lines(home, "pids"))); }));
 
     // What comes later than all that the start does shows that the task was not run again.
     const Uuid mark = home.flow("Mark", OnNewFiles{home.path(), {"mark"}, 0});
