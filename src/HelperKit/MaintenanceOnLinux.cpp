@@ -77,7 +77,8 @@ MaintenancePlan planOf(const std::vector<Way>& ways, const MaintenanceFacts& fac
 /// The first possible way, those that belong to one of `places` before all others.
 MaintenancePlan planPreferring(const std::string& places, std::vector<Way> ways,
                                const MaintenanceFacts& facts) {
-    std::ranges::stable_partition(ways, [&](const Way& way) { return holdsWord(places, way.where); });
+    std::stable_partition(ways.begin(), ways.end(),
+                          [&](const Way& way) { return holdsWord(places, way.where); });
     return planOf(ways, facts);
 }
 
