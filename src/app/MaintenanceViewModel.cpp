@@ -3,9 +3,7 @@
 #include "Automation/MaintenanceJob.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
-#include "HelperKit/HelperClient.h"
 #include "HelperKit/MaintenanceTexts.h"
-#include "Platform/Host.h"
 #include "app/ActivityCenter.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -25,12 +23,8 @@ constexpr std::chrono::milliseconds openLogDelay{100};
 
 } // namespace
 
-bool isReadyForRoot(helper::HelperClient& helper) {
-    return isAdministrator() || helper.refreshStatus() == HelperRegistrationStatus::enabled;
-}
-
-MaintenanceViewModel::MaintenanceViewModel(AppContext& context)
-    : context_(context), work_(&context.session().helper()) {
+MaintenanceViewModel::MaintenanceViewModel(AppContext& context, helper::MaintenanceWork work)
+    : context_(context), work_(std::move(work)) {
     connect(&context_.texts(), &AppTexts::changed, this, &MaintenanceViewModel::tasksChanged);
     connect(&context_.texts(), &AppTexts::changed, this, &MaintenanceViewModel::runChanged);
     ticking_.setInterval(tick);
@@ -54,7 +48,10 @@ void MaintenanceViewModel::openLog() {
 
 void MaintenanceViewModel::refresh() {
     readingHelper_.run(
-        [&helper = context_.session().helper()](const Background::Task&) { return isReadyForRoot(helper); },
+        [this](const Background::Task&) {
+            return std::ranges::none_of(helper::listedTasks(),
+                                        [this](MaintenanceTask task) { return work_.lacksHelper(task); });
+        },
         [this](std::future<bool> ready) {
             helperIsReady_ = ready.get();
             emit helperChanged();

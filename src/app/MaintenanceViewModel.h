@@ -22,10 +22,6 @@ namespace vh::app {
 
 class AppContext;
 
-/// Whether tasks that need root can run: through the helper, or because this process is the administrator's. Blocks;
-/// any thread.
-bool isReadyForRoot(helper::HelperClient& helper);
-
 /// The chores of the system: which there are, the one that runs, and what the last one came to.
 class MaintenanceViewModel : public QObject {
     Q_OBJECT
@@ -49,7 +45,7 @@ class MaintenanceViewModel : public QObject {
     Q_PROPERTY(bool helperIsReady READ helperIsReady NOTIFY helperChanged)
     Q_PROPERTY(bool isLoading READ isLoading NOTIFY helperChanged)
 public:
-    explicit MaintenanceViewModel(AppContext& context);
+    MaintenanceViewModel(AppContext& context, helper::MaintenanceWork work);
     ~MaintenanceViewModel() override;
 
     QVariantList tasks() const;

@@ -4,12 +4,12 @@
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Core/RunUndo.h"
+#include "HelperKit/MaintenanceWork.h"
 #include "app/ActivityCenter.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
 #include "app/AutomationLife.h"
 #include "app/DayTexts.h"
-#include "app/MaintenanceViewModel.h"
 #include "app/ModuleRegistry.h"
 #include "app/RunLogWatch.h"
 #include "app/Session.h"
@@ -141,13 +141,12 @@ void OptimizeViewModel::readPast() {
 
 void OptimizeViewModel::readHelper() {
     readingHelper_.run(
-        [&helper = context_.session().helper()](const Background::Task&) { return isReadyForRoot(helper); },
-        [this](std::future<bool> ready) {
-            try {
-                helperIsReady_ = ready.get();
-            } catch (const std::exception&) {
-                helperIsReady_ = false;
-            }
+        [&helper = context_.session().helper(), tasks = profile_.tasks()](const Background::Task&) {
+            const helper::MaintenanceWork work(&helper);
+            return std::ranges::any_of(tasks, [&](MaintenanceTask task) { return work.lacksHelper(task); });
+        },
+        [this](std::future<bool> needed) {
+            needsHelper_ = needed.get();
             emit helperChanged();
         });
 }
@@ -210,10 +209,10 @@ void OptimizeViewModel::cancel() {
 }
 
 void OptimizeViewModel::check() {
-    readHelper();
     if (isChecking())
         return;
     profile_ = OptimizeProfile::load(context_.session().defaults());
+    readHelper();
     checking_.run(
         [&runner = runner(), profile = profile_](const Background::Task& task) {
             return runner.check(profile, {task.cancel, {}});
@@ -357,11 +356,6 @@ QVariantList OptimizeViewModel::checks() const {
     return list;
 }
 
-bool OptimizeViewModel::needsHelper() const {
-    return !helperIsReady_ &&
-           context_.session().defaults().get<bool>(OptimizeProfile::rootStepsKey).value_or(false);
-}
-
 QVariantMap OptimizeViewModel::profile() const {
     const auto profile = OptimizeProfile::load(context_.session().defaults());
     QVariantMap map;
@@ -390,7 +384,6 @@ QString OptimizeViewModel::saveProfile(const QVariantMap& map) {
     profile_ = std::move(profile);
     profileIsNewer_ = !isRunning();
     emitWork();
-    emit helperChanged();
     return {};
 }
 

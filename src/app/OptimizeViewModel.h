@@ -70,7 +70,7 @@ public:
     bool isUndoing() const { return undoing_.isBusy(); }
     QVariantList checks() const;
     bool isChecking() const { return checking_.isBusy(); }
-    bool needsHelper() const;
+    bool needsHelper() const { return needsHelper_; }
     bool hasSteps() const { return !profile_.steps().empty(); }
 
     Q_INVOKABLE void run();
@@ -127,7 +127,7 @@ private:
     automation::OptimizeRunner::Snapshot state_;
     QVariantList steps_;
     Past past_;
-    bool helperIsReady_ = true; ///< until it is known
+    bool needsHelper_ = false;
     QTimer ticking_;
     Background working_;
     Background checking_;

@@ -146,7 +146,9 @@ QVariantList SchedulesViewModel::actionOptions(const QString& present) const {
     QVariantList list;
     for (const ScheduledAction action : allCases<ScheduledAction>()) {
         const std::string_view id = rawValue(action);
-        if (context_.session().registry().hasEngine(id) || qtText(id) == present)
+        const bool isThere =
+            action == ScheduledAction::optimize || context_.session().registry().hasEngine(id);
+        if (isThere || qtText(id) == present)
             list << option(qtText(id), actionTitle(context_, id));
     }
     return list;

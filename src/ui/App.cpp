@@ -1,6 +1,7 @@
 #include "ui/App.h"
 
 #include "Core/Language.h"
+#include "HelperKit/MaintenanceWork.h"
 #include "app/ActivityViewModel.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -116,7 +117,7 @@ QObject* App::followUps() {
 }
 
 QObject* App::maintenance() {
-    return made(maintenance_, *context_);
+    return made(maintenance_, *context_, helper::MaintenanceWork(&context_->session().helper()));
 }
 
 QObject* App::helper() {

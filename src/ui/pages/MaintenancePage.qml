@@ -55,7 +55,7 @@ Page {
         id: result
         anchors.bottom: parent.bottom
         width: parent.width
-        height: Math.max(Theme.summaryHeight + Theme.rowHeightTwo, Math.round(parent.height * 0.3))
+        height: Math.max(Theme.summaryHeight + Theme.rowHeightTwo, Math.round(parent.height / 4))
         maintenance: page.maintenance
     }
 }

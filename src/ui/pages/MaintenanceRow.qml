@@ -23,17 +23,19 @@ TableRow {
     Column {
         id: words
         anchors.left: parent.left
-        anchors.right: state.left
+        anchors.right: button.left
         anchors.rightMargin: Theme.space16
         anchors.verticalCenter: parent.verticalCenter
         spacing: 2
 
-        Row {
+        Item {
             width: parent.width
-            spacing: Theme.space12
+            height: Math.max(title.implicitHeight, Theme.space16 + Theme.space4)
 
             Label {
-                width: Math.min(implicitWidth, parent.width - marks.width - parent.spacing)
+                id: title
+                anchors.verticalCenter: parent.verticalCenter
+                width: Math.min(implicitWidth, parent.width - marks.width - state.width - 2 * Theme.space12)
                 text: row.modelData.title
                 font: Theme.medium
                 color: row.isAbsent ? Theme.second : Theme.text
@@ -42,8 +44,30 @@ TableRow {
             }
             MaintenanceMarks {
                 id: marks
+                anchors.left: title.right
+                anchors.leftMargin: Theme.space12
                 anchors.verticalCenter: parent.verticalCenter
                 task: row.modelData
+            }
+            Row {
+                id: state
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+
+                Label {
+                    visible: row.needsHelper && !badge.visible
+                    text: Tr.t("maintenance-page.needs-helper")
+                    font: Theme.label
+                    color: Theme.second
+                    Accessible.ignored: true
+                }
+                Badge {
+                    id: badge
+                    visible: row.isRunning || row.result !== null
+                    running: row.isRunning
+                    outcome: row.isRunning || row.result === null ? "" : row.result.outcome
+                    text: row.isRunning ? row.maintenance.elapsedText : row.result ? row.result.text : ""
+                }
             }
         }
         Label {
@@ -74,34 +98,6 @@ TableRow {
                 wrapMode: Text.Wrap
                 Accessible.ignored: true
             }
-        }
-    }
-    Item {
-        id: state
-        anchors.right: button.left
-        anchors.rightMargin: Theme.space12
-        width: Theme.fieldWidthMiddle - Theme.space32
-        height: parent.height
-
-        Label {
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            width: Math.min(implicitWidth, parent.width)
-            visible: row.needsHelper && !row.isRunning && row.result === null
-            text: Tr.t("maintenance-page.needs-helper")
-            font: Theme.label
-            color: Theme.second
-            wrapMode: Text.Wrap
-            horizontalAlignment: Text.AlignRight
-            Accessible.ignored: true
-        }
-        Badge {
-            anchors.right: parent.right
-            anchors.verticalCenter: parent.verticalCenter
-            visible: row.isRunning || row.result !== null
-            running: row.isRunning
-            outcome: row.isRunning || row.result === null ? "" : row.result.outcome
-            text: row.isRunning ? row.maintenance.elapsedText : row.result ? row.result.text : ""
         }
     }
     Button {

@@ -71,7 +71,7 @@ Card {
     Row {
         id: buttons
         anchors.bottom: parent.bottom
-        spacing: Theme.space8
+        spacing: Theme.space16
 
         Button {
             // Start and stop in one place, so that the keyboard stays where it is.
@@ -84,10 +84,6 @@ Card {
             text: card.optimize.isRunning ? Tr.t("shell.stop") : Tr.t("home.optimize")
             enabled: card.optimize.isRunning ? !card.optimize.isStopping : card.optimize.hasSteps
             onClicked: card.optimize.isRunning ? card.optimize.cancel() : card.optimize.run()
-        }
-        Item {
-            width: Theme.space8
-            height: 1
         }
         Button {
             text: Tr.t("home.optimize.check")
