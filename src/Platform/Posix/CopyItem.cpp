@@ -7,9 +7,6 @@
 #include "Platform/Posix/TreeCopy.h"
 #include "Platform/Posix/UniqueName.h"
 
-#include <climits>
-#include <fmt/format.h>
-
 namespace vh {
 
 namespace {
@@ -30,23 +27,6 @@ void refuseToHoldItself(const struct stat& source, const FileDescriptor& destina
         folder = openAt(folder.get(), "..", openForLookup);
     }
     throwErrno(path);
-}
-
-/// "name", "name 2", "name 3"…, before a file's extension and short enough for the file system.
-std::string numberedName(const std::string& name, bool isFolder, int number) {
-    if (number == 1)
-        return name;
-    const size_t dot = name.rfind('.');
-    const bool hasExtension = !isFolder && dot != std::string::npos && dot > 0;
-    std::string stem = name.substr(0, hasExtension ? dot : name.size());
-    const std::string rest = fmt::format(" {}{}", number, hasExtension ? name.substr(dot) : "");
-    while (!stem.empty() && stem.size() + rest.size() > NAME_MAX) {
-        while (stem.size() > 1 &&
-               (static_cast<unsigned char>(stem.back()) & 0xC0) == 0x80) // of one character
-            stem.pop_back();
-        stem.pop_back();
-    }
-    return stem + rest;
 }
 
 std::string placeUnderFreeName(const FileDescriptor& folder, const std::string& partial,

@@ -18,6 +18,23 @@ std::string uniquePartialName(std::string_view name) {
     return fmt::format(".{}.{}{}", name.substr(0, keptOfName), digits, partialSuffix);
 }
 
+std::string numberedName(const std::string& name, bool isFolder, int number) {
+    constexpr size_t longest = 255;
+    if (number == 1)
+        return name;
+    const size_t dot = name.rfind('.');
+    const bool hasExtension = !isFolder && dot != std::string::npos && dot > 0;
+    std::string stem = name.substr(0, hasExtension ? dot : name.size());
+    const std::string rest = fmt::format(" {}{}", number, hasExtension ? name.substr(dot) : "");
+    while (!stem.empty() && stem.size() + rest.size() > longest) {
+        while (stem.size() > 1 &&
+               (static_cast<unsigned char>(stem.back()) & 0xC0) == 0x80) // of one character
+            stem.pop_back();
+        stem.pop_back();
+    }
+    return stem + rest;
+}
+
 void removeLeftover(const std::string& path, const std::optional<FileIdentity>& expected) {
     try {
         removePermanently(path, expected);

@@ -15,6 +15,9 @@ constexpr std::string_view partialSuffix = ".varnholt-partial";
 /// the suffix.
 std::string uniquePartialName(std::string_view name);
 
+/// "name", "name 2", "name 3"…, before a file's extension and short enough for any file system.
+std::string numberedName(const std::string& name, bool isFolder, int number);
+
 /// Removes what is at `path`, if anything and no other than expected. Fails in silence: it is the failure that led here
 /// which is to be reported.
 void removeLeftover(const std::string& path, const std::optional<FileIdentity>& expected = std::nullopt);

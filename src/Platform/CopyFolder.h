@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Platform/FileDescriptor.h"
+#include "Platform/FileIdentity.h"
+#include "Platform/FileMetadata.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vh {
+
+class CopySource;
+
+/// A file on its way to its name: it lies beside it as "<name>.varnholt-partial" and goes when it is let go before it
+/// was placed. One thread at a time. What fails throws SystemError.
+class PartialFile {
+public:
+    PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string path, unsigned mode);
+    ~PartialFile();
+    PartialFile(PartialFile&&) noexcept;
+    PartialFile& operator=(PartialFile&&) = delete;
+
+    void writeAt(int64_t offset, std::string_view bytes);
+    /// Makes it share all of the source's blocks; false where the volumes cannot, and nothing is written then.
+    bool cloneFrom(const CopySource& source);
+    /// Copies inside the kernel from and to the same offset. How many bytes, 0 at the source's end.
+    int64_t copyFrom(const CopySource& source, int64_t offset, int64_t most);
+    /// What was not written up to there is a hole.
+    void setSize(int64_t bytes);
+    /// What was refused, a line each.
+    std::vector<std::string> apply(const FileMetadata& metadata);
+
+    enum class Place { free, replacing };
+    /// Gives it its name in one step; with `free`, only where nothing lies.
+    void place(Place how);
+
+private:
+    std::shared_ptr<FileDescriptor> folder_;
+    std::string name_;
+    std::string partialName_;
+    std::string path_; ///< of its final name, for errors
+    FileDescriptor file_;
+    bool isPlaced_ = false;
+};
+
+/// A folder that a copy puts things into, by paths relative to it. Links below it are not followed, so that nothing
+/// lands elsewhere. One thread at a time. What fails throws SystemError.
+class CopyFolder {
+public:
+    explicit CopyFolder(const std::string& path);
+
+    const std::string& path() const { return path_; }
+    uint64_t device() const { return device_; }
+    /// Whether two names that differ in case alone are one file here. Tries it out.
+    bool isCaseBlind();
+
+    /// With the missing ones above it. A folder that is there already stays as it is.
+    void makeFolder(const std::string& relative);
+    /// What was refused, a line each.
+    std::vector<std::string> applyToFolder(const std::string& relative, const FileMetadata& metadata);
+    /// What lies there, a link being itself; nothing when the name is free.
+    std::optional<FileIdentity> at(const std::string& relative);
+    /// Begins a file with `mode` less what the process never gives; a partial that was left over goes first. Its
+    /// folder must exist.
+    PartialFile create(const std::string& relative, unsigned mode);
+    /// The first of "name 2.ext", "name 3.ext", … that is free, relative again.
+    std::string freeName(const std::string& relative);
+
+private:
+    /// The folder that holds `relative`, kept open for its neighbours.
+    const std::shared_ptr<FileDescriptor>& parentOf(std::string_view relative);
+    std::shared_ptr<FileDescriptor> open(std::string_view relative) const;
+
+    std::string path_;
+    std::shared_ptr<FileDescriptor> top_;
+    uint64_t device_ = 0;
+    std::string parentName_;
+    std::shared_ptr<FileDescriptor> parent_;
+};
+
+} // namespace vh

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Platform/FileDescriptor.h"
+#include "Platform/FileMetadata.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace vh {
+
+/// A file that is being copied, open for reading. One thread at a time.
+class CopySource {
+public:
+    enum class Attributes { read, left };
+    /// Throws SystemError; also for what is no plain file.
+    explicit CopySource(const std::string& path, Attributes attributes = Attributes::read);
+
+    const std::string& path() const { return path_; }
+    const FileDescriptor& descriptor() const { return file_; }
+    int64_t size() const { return size_; } ///< bytes, when it was opened
+    uint64_t device() const { return device_; }
+    const FileMetadata& metadata() const { return metadata_; }
+
+    /// A run of bytes that are stored; between two of them lies a hole. That of a file without holes has no end.
+    struct Stretch {
+        int64_t begin = 0;
+        int64_t end = 0;
+    };
+    bool hasHoles() const { return hasHoles_; }
+    /// The first stretch at or after `offset`, nothing when only a hole or the end follows. Throws SystemError.
+    std::optional<Stretch> stretchFrom(int64_t offset) const;
+
+    /// Fills as much of `block` as the file has from `offset`; less only at its end. Throws SystemError.
+    size_t readAt(int64_t offset, std::span<char> block) const;
+    /// Whether size or modification time are others than when it was opened.
+    bool hasChanged() const;
+
+private:
+    std::string path_;
+    FileDescriptor file_;
+    int64_t size_ = 0;
+    uint64_t device_ = 0;
+    bool hasHoles_ = false;
+    FileMetadata metadata_;
+};
+
+} // namespace vh

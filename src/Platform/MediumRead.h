@@ -1,0 +1,21 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace vh {
+
+/// Writes out all that the system still holds back for the volume of this folder. What fails shows when it is read.
+void flushVolume(const std::string& folder);
+
+enum class ReadFrom {
+    medium, ///< what of the file lies in memory is written out and let go first, and again once it was read
+    anywhere
+};
+
+/// Reads a whole file in blocks of 1 MiB. Ends early when `take` says no. Throws SystemError.
+void readBlocks(const std::string& path, ReadFrom where,
+                const std::function<bool(std::string_view block)>& take);
+
+} // namespace vh

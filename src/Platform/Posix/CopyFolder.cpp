@@ -1,0 +1,89 @@
+#include "Platform/CopyFolder.h"
+
+#include "Platform/Posix/Calls.h"
+#include "Platform/Posix/PathParts.h"
+#include "Platform/Posix/StatusType.h"
+#include "Platform/Posix/UniqueName.h"
+
+namespace vh {
+
+namespace {
+
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY;
+
+} // namespace
+
+CopyFolder::CopyFolder(const std::string& path)
+    : path_(path), top_(std::make_shared<FileDescriptor>(openPath(path, folderFlags))),
+      device_(statusOfOpen(*top_, path).st_dev) {}
+
+bool CopyFolder::isCaseBlind() {
+    const std::string probe = uniquePartialName("case");
+    const PartialFile file(top_, probe, joinPath(path_, probe), 0600);
+    return at(".CASE" + probe.substr(probe.find('.', 1)) + std::string(partialSuffix)).has_value();
+}
+
+std::shared_ptr<FileDescriptor> CopyFolder::open(std::string_view relative) const {
+    std::shared_ptr<FileDescriptor> folder = top_;
+    for (std::string_view rest = relative; !rest.empty();) {
+        const size_t slash = rest.find('/');
+        const std::string name(rest.substr(0, slash));
+        auto next = std::make_shared<FileDescriptor>(openAt(folder->get(), name, folderFlags | O_NOFOLLOW));
+        if (!*next)
+            throwErrno(joinPath(path_, relative));
+        folder = std::move(next);
+        rest.remove_prefix(slash == std::string_view::npos ? rest.size() : slash + 1);
+    }
+    return folder;
+}
+
+const std::shared_ptr<FileDescriptor>& CopyFolder::parentOf(std::string_view relative) {
+    const size_t slash = relative.rfind('/');
+    const std::string_view name = slash == std::string_view::npos ? "" : relative.substr(0, slash);
+    if (!parent_ || parentName_ != name) {
+        parent_ = open(name);
+        parentName_ = name;
+    }
+    return parent_;
+}
+
+void CopyFolder::makeFolder(const std::string& relative) {
+    for (size_t slash = 0; slash != std::string::npos;) {
+        slash = relative.find('/', slash == 0 ? 0 : slash + 1);
+        const std::string upTo = relative.substr(0, slash);
+        const std::string name = splitPath(upTo).name;
+        if (::mkdirat(parentOf(upTo)->get(), name.c_str(), 0777) != 0 && errno != EEXIST)
+            throwErrno(joinPath(path_, upTo));
+    }
+    open(relative); // a file or a link in its place is no folder
+}
+
+std::vector<std::string> CopyFolder::applyToFolder(const std::string& relative,
+                                                   const FileMetadata& metadata) {
+    return applyMetadata(*open(relative), metadata);
+}
+
+std::optional<FileIdentity> CopyFolder::at(const std::string& relative) {
+    struct stat status {};
+    if (::fstatat(parentOf(relative)->get(), splitPath(relative).name.c_str(), &status,
+                  AT_SYMLINK_NOFOLLOW) == 0)
+        return identityIn(status);
+    if (errno != ENOENT)
+        throwErrno(joinPath(path_, relative));
+    return std::nullopt;
+}
+
+PartialFile CopyFolder::create(const std::string& relative, unsigned mode) {
+    return {parentOf(relative), splitPath(relative).name, joinPath(path_, relative), mode};
+}
+
+std::string CopyFolder::freeName(const std::string& relative) {
+    const size_t slash = relative.rfind('/');
+    const size_t name = slash == std::string::npos ? 0 : slash + 1;
+    for (int number = 2;; ++number)
+        if (std::string free = relative.substr(0, name) + numberedName(relative.substr(name), false, number);
+            !at(free))
+            return free;
+}
+
+} // namespace vh

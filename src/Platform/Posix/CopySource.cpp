@@ -1,0 +1,58 @@
+#include "Platform/CopySource.h"
+
+#include "Platform/Posix/Calls.h"
+#include "Platform/Posix/ExtendedAttributes.h"
+#include "Platform/Posix/StatusMetadata.h"
+
+#include <limits>
+#include <unistd.h>
+
+namespace vh {
+
+CopySource::CopySource(const std::string& path, Attributes attributes)
+    : path_(path), file_(openPath(path, O_RDONLY | O_NONBLOCK)) { // a pipe without a writer must not hold us
+    const struct stat status = statusOfOpen(file_, path_);
+    if (!S_ISREG(status.st_mode))
+        throw SystemError(path_, "Not a plain file");
+    size_ = status.st_size;
+    device_ = status.st_dev;
+    hasHoles_ = status.st_blocks * 512 < status.st_size;
+    metadata_ = metadataIn(status);
+    if (attributes == Attributes::read)
+        metadata_.attributes = attributesOf(file_.get());
+}
+
+std::optional<CopySource::Stretch> CopySource::stretchFrom(int64_t offset) const {
+    if (!hasHoles_)
+        return Stretch{offset, std::numeric_limits<int64_t>::max()};
+    const off_t begin = ::lseek(file_.get(), offset, SEEK_DATA);
+    if (begin < 0 && errno == ENXIO)
+        return std::nullopt;
+    const off_t end = begin < 0 ? begin : ::lseek(file_.get(), begin, SEEK_HOLE);
+    if (end < 0)
+        throwErrno(path_);
+    return Stretch{begin, end};
+}
+
+size_t CopySource::readAt(int64_t offset, std::span<char> block) const {
+    size_t filled = 0;
+    while (filled < block.size()) {
+        const ssize_t got = retried([&] {
+            return ::pread(file_.get(), block.data() + filled, block.size() - filled,
+                           offset + static_cast<off_t>(filled));
+        });
+        if (got < 0)
+            throwErrno(path_);
+        if (got == 0)
+            break;
+        filled += static_cast<size_t>(got);
+    }
+    return filled;
+}
+
+bool CopySource::hasChanged() const {
+    const struct stat status = statusOfOpen(file_, path_);
+    return status.st_size != size_ || metadataIn(status).modified != metadata_.modified;
+}
+
+} // namespace vh

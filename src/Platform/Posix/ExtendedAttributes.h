@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace vh {
+
+/// The extended attributes of an open file that may be read; none where the file system has none.
+std::vector<std::pair<std::string, std::string>> attributesOf(int file);
+
+/// False and errno on failure.
+bool setAttribute(int file, const std::string& name, const std::string& value);
+
+} // namespace vh

@@ -1,0 +1,76 @@
+#include "Platform/FileMetadata.h"
+
+#include "Platform/Posix/Calls.h"
+#include "Platform/Posix/ExtendedAttributes.h"
+#include "Platform/Posix/StatusMetadata.h"
+
+#include <array>
+#include <cstring>
+#include <unistd.h>
+
+namespace vh {
+
+namespace {
+
+FileMetadata::Time timeOf(const timespec& time) {
+    return {time.tv_sec, time.tv_nsec};
+}
+
+timespec timeSpecOf(const FileMetadata::Time& time) {
+    return {static_cast<time_t>(time.seconds), static_cast<decltype(timespec::tv_nsec)>(time.nanoseconds)};
+}
+
+/// The system's own labels are given by its policy, not by who copies.
+bool belongsToSystem(const std::string& attribute) {
+    return attribute.starts_with("security.") && attribute != "security.capability";
+}
+
+/// Who may not give a file away, or keeps no such thing, has not been refused anything that was his.
+bool isBeyondUs(int code) {
+    return code == EPERM || code == EINVAL || code == ENOTSUP || code == ENOSYS;
+}
+
+} // namespace
+
+FileMetadata metadataIn(const struct stat& status) {
+#ifdef __APPLE__
+    const timespec accessed = status.st_atimespec, modified = status.st_mtimespec;
+#else
+    const timespec accessed = status.st_atim, modified = status.st_mtim;
+#endif
+    return {status.st_uid,    status.st_gid,    static_cast<uint32_t>(status.st_mode & 07777),
+            timeOf(accessed), timeOf(modified), {}};
+}
+
+FileMetadata metadataOf(const FileDescriptor& file, const std::string& path) {
+    FileMetadata metadata = metadataIn(statusOfOpen(file, path));
+    metadata.attributes = attributesOf(file.get());
+    return metadata;
+}
+
+FileMetadata metadataOfFolder(const std::string& path) {
+    return metadataOf(openPath(path, O_RDONLY | O_DIRECTORY), path);
+}
+
+std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMetadata& metadata) {
+    std::vector<std::string> refused;
+    const auto refuse = [&](const std::string& what) {
+        refused.push_back(what + ": " + std::strerror(errno));
+    };
+    const bool isOwned = ::fchown(file.get(), metadata.owner, metadata.group) == 0;
+    if (!isOwned && !isBeyondUs(errno))
+        refuse("owner");
+    // A change of owner takes these bits and attributes away, so they come after it.
+    const uint32_t mode = isOwned ? metadata.mode : metadata.mode & ~uint32_t{S_ISUID | S_ISGID};
+    if (::fchmod(file.get(), static_cast<mode_t>(mode)) != 0 && !isBeyondUs(errno))
+        refuse("mode");
+    for (const auto& [name, value] : metadata.attributes)
+        if (!belongsToSystem(name) && !setAttribute(file.get(), name, value) && errno != ENOTSUP)
+            refuse(name);
+    const std::array<timespec, 2> times{timeSpecOf(metadata.accessed), timeSpecOf(metadata.modified)};
+    if (::futimens(file.get(), times.data()) != 0)
+        refuse("times");
+    return refused;
+}
+
+} // namespace vh

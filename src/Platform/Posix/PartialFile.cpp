@@ -1,0 +1,88 @@
+#include "Platform/CopyFolder.h"
+#include "Platform/CopySource.h"
+#include "Platform/Posix/Calls.h"
+#include "Platform/Posix/CloneFile.h"
+#include "Platform/Posix/CopyPiece.h"
+#include "Platform/Posix/PathParts.h"
+#include "Platform/Posix/Rename.h"
+#include "Platform/Posix/UniqueName.h"
+
+#include <unistd.h>
+
+namespace vh {
+
+namespace {
+
+/// The longest name that most file systems take.
+constexpr size_t longestName = 255;
+
+/// The same for the same name, so that the next copy finds what a killed one left.
+std::string partialNameOf(const std::string& name) {
+    std::string partial = name + std::string(partialSuffix);
+    return partial.size() <= longestName ? partial : uniquePartialName(name);
+}
+
+} // namespace
+
+PartialFile::PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string path,
+                         unsigned mode)
+    : folder_(std::move(folder)), name_(std::move(name)), partialName_(partialNameOf(name_)),
+      path_(std::move(path)) {
+    constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
+    file_ = openAt(folder_->get(), partialName_, flags, mode);
+    if (!file_ && errno == EEXIST && ::unlinkat(folder_->get(), partialName_.c_str(), 0) == 0)
+        file_ = openAt(folder_->get(), partialName_, flags, mode);
+    if (!file_)
+        throwErrno(path_);
+}
+
+PartialFile::PartialFile(PartialFile&& other) noexcept
+    : folder_(std::move(other.folder_)), name_(std::move(other.name_)),
+      partialName_(std::move(other.partialName_)), path_(std::move(other.path_)),
+      file_(std::move(other.file_)), isPlaced_(std::exchange(other.isPlaced_, true)) {}
+
+PartialFile::~PartialFile() {
+    if (!isPlaced_)
+        ::unlinkat(folder_->get(), partialName_.c_str(), 0);
+}
+
+void PartialFile::writeAt(int64_t offset, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t put =
+            retried([&] { return ::pwrite(file_.get(), bytes.data(), bytes.size(), offset); });
+        if (put < 0)
+            throwErrno(path_);
+        bytes.remove_prefix(static_cast<size_t>(put));
+        offset += put;
+    }
+}
+
+bool PartialFile::cloneFrom(const CopySource& source) {
+    return cloneContents(source.descriptor(), file_);
+}
+
+int64_t PartialFile::copyFrom(const CopySource& source, int64_t offset, int64_t most) {
+    return static_cast<int64_t>(
+        copyPieceAt(source.descriptor(), file_, offset, static_cast<size_t>(most), path_));
+}
+
+void PartialFile::setSize(int64_t bytes) {
+    if (::ftruncate(file_.get(), bytes) != 0)
+        throwErrno(path_);
+}
+
+std::vector<std::string> PartialFile::apply(const FileMetadata& metadata) {
+    return applyMetadata(file_, metadata);
+}
+
+void PartialFile::place(Place how) {
+    const int folder = folder_->get();
+    const bool isDone = how == Place::free
+                            ? renameWithoutReplacing(folder, partialName_, folder, name_)
+                            : ::renameat(folder, partialName_.c_str(), folder, name_.c_str()) == 0;
+    if (!isDone)
+        throwErrno(path_);
+    isPlaced_ = true;
+}
+
+} // namespace vh

@@ -1,0 +1,67 @@
+#include "Tools/FastCopy/CopyReport.h"
+
+#include <algorithm>
+
+namespace vh::copy {
+
+bool DestinationReport::hasProblems() const {
+    return !removed && (failed > 0 || mismatched > 0 || !problems.empty());
+}
+
+int64_t DestinationReport::written() const {
+    return std::max<int64_t>(0, copied + cloned - badCopies);
+}
+
+namespace {
+
+template <class Count>
+int64_t sumOf(const CopyReport& report, Count count) {
+    int64_t sum = 0;
+    for (const DestinationReport& each : report.destinations)
+        if (!each.removed)
+            sum += std::invoke(count, each);
+    return sum;
+}
+
+} // namespace
+
+std::vector<std::string> CopyReport::problems() const {
+    std::vector<std::string> all;
+    for (const DestinationReport& each : destinations)
+        if (!each.removed)
+            all.insert(all.end(), each.problems.begin(), each.problems.end());
+    return all;
+}
+
+bool CopyReport::hasProblems() const {
+    return std::ranges::any_of(destinations, &DestinationReport::hasProblems);
+}
+
+int64_t CopyReport::totalWritten() const {
+    return sumOf(*this, &DestinationReport::written);
+}
+int64_t CopyReport::totalSkipped() const {
+    return sumOf(*this, &DestinationReport::skipped);
+}
+int64_t CopyReport::totalFailed() const {
+    return sumOf(*this, &DestinationReport::failed);
+}
+int64_t CopyReport::totalMismatched() const {
+    return sumOf(*this, &DestinationReport::mismatched);
+}
+int64_t CopyReport::totalVerified() const {
+    return sumOf(*this, &DestinationReport::verified);
+}
+int64_t CopyReport::bytesWritten() const {
+    return sumOf(*this, &DestinationReport::bytes);
+}
+
+CopyOutcome outcomeOf(const CopyReport& report, bool wasStopped) {
+    if (wasStopped)
+        return CopyOutcome::stopped;
+    if (!report.hasProblems())
+        return CopyOutcome::completed;
+    return report.totalWritten() == 0 ? CopyOutcome::failed : CopyOutcome::completedWithProblems;
+}
+
+} // namespace vh::copy

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Platform/CancelToken.h"
+#include "Tools/FastCopy/CopyControl.h"
+#include "Tools/FastCopy/CopyItems.h"
+#include "Tools/FastCopy/CopyLanes.h"
+#include "Tools/FastCopy/CopyOptions.h"
+#include "Tools/FastCopy/CopyProgress.h"
+#include "Tools/FastCopy/CopyReport.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vh::copy {
+
+/// Copies sources to several folders at once: each file is read once and written to all of them in step, and appears
+/// under its name only when it is whole. One copy a copier; blocks.
+class FastCopier {
+public:
+    explicit FastCopier(std::shared_ptr<CopyControl> control,
+                        CopyLanes::Threads threads = CopyLanes::Threads::own)
+        : control_(std::move(control)), threads_(threads) {}
+
+    /// What a copy of these comes to. Throws CopyError (sourceMissing) or Cancelled.
+    static CopyPlan plan(const std::vector<std::string>& sources, const CancelToken& cancel = {});
+
+    /// Throws CopyError, and nothing else, for what keeps it from beginning. `progress` is called on this thread.
+    CopyReport copy(const std::vector<std::string>& sources, const std::vector<std::string>& destinations,
+                    const CopyOptions& options,
+                    const std::function<void(const CopyProgress&)>& progress = {});
+    void cancel() { control_->cancel(); }
+
+private:
+    std::shared_ptr<CopyControl> control_;
+    CopyLanes::Threads threads_;
+};
+
+} // namespace vh::copy

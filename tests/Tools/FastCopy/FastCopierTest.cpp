@@ -1,0 +1,202 @@
+#include "Tools/FastCopy/FastCopier.h"
+
+#include "Platform/Files.h"
+#include "Tools/FastCopy/CopyError.h"
+#include "Tools/FastCopy/LargeFile.h"
+#include "Tools/FastCopy/Tree.h"
+#include "support/FaultInjector.h"
+#include "support/SmallDisk.h"
+#include "support/TempDir.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <random>
+#include <sys/stat.h>
+
+namespace vh::copy::test {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A source tree and three places for it.
+class Copier : public testing::Test {
+protected:
+    Copier() {
+        fs::create_directories(source);
+        for (const std::string& each : places)
+            fs::create_directories(each);
+    }
+    CopyReport copy(const std::vector<std::string>& to, const CopyOptions& options = {},
+                    const std::function<void(const CopyProgress&)>& progress = {}) {
+        return FastCopier(control).copy({source}, to, options, progress);
+    }
+    static CopyOptions cloning() { return {.mode = CopyMode::clone}; }
+
+    vh::test::TempDir folder;
+    const std::string source = folder / "source";
+    const std::vector<std::string> places{folder / "a", folder / "b", folder / "c"};
+    std::shared_ptr<CopyControl> control = std::make_shared<CopyControl>();
+};
+
+TEST_F(Copier, BringsEveryByteAndAllMetadataToEveryPlace) {
+    growTree(source);
+    const CopyReport report = copy(places, cloning());
+    EXPECT_EQ(report.outcome, CopyOutcome::completed) << testing::PrintToString(report.problems());
+    EXPECT_EQ(report.totalVerified(), 3 * report.filesPlanned);
+    for (const std::string& each : places) {
+        EXPECT_EQ(treeOf(each + "/source"), treeOf(source));
+        struct stat sparse {};
+        ::stat((each + "/source/inner/sparse").c_str(), &sparse);
+        EXPECT_LT(sparse.st_blocks * 512, 1 << 20) << "holes stay holes";
+    }
+}
+
+TEST_F(Copier, LeavesLinksAndPipesOut) {
+    writeFileAtomically(source + "/file", "1");
+    fs::create_symlink("/etc", source + "/link");
+    ::mkfifo((source + "/pipe").c_str(), 0600);
+    const CopyReport report = copy({places[0]});
+    EXPECT_EQ(report.outcome, CopyOutcome::completed);
+    EXPECT_EQ(treeOf(places[0]).size(), 2u);
+}
+
+TEST_F(Copier, NeverFollowsALinkThatLiesInADestination) {
+    fs::create_directories(source + "/inner");
+    writeFileAtomically(source + "/inner/file", "1");
+    fs::create_directories(places[0] + "/source");
+    fs::create_directory_symlink(places[1], places[0] + "/source/inner");
+    const CopyReport report = copy({places[0]});
+    EXPECT_EQ(report.outcome, CopyOutcome::failed);
+    EXPECT_TRUE(fs::is_empty(places[1]));
+}
+
+TEST_F(Copier, DoesAsToldWhereANameIsTaken) {
+    writeFileAtomically(source + "/file.txt", "new");
+    fs::create_directories(places[0] + "/source");
+    const std::string taken = places[0] + "/source/file.txt";
+    struct Case {
+        CopyConflict conflict;
+        std::string there, second;
+        int64_t written, replaced;
+    };
+    for (const Case& each :
+         {Case{CopyConflict::skip, "old", "", 0, 0}, Case{CopyConflict::rename, "old", "new", 1, 0},
+          Case{CopyConflict::overwrite, "new", "", 1, 1}}) {
+        writeFileAtomically(taken, "old");
+        fs::remove(places[0] + "/source/file 2.txt");
+        int64_t done = 0;
+        const CopyReport report = copy({places[0]}, {.conflict = each.conflict},
+                                       [&](const CopyProgress& progress) { done = progress.bytesDone; });
+        EXPECT_EQ(readFile(taken), each.there);
+        EXPECT_EQ(readFileIfPresent(places[0] + "/source/file 2.txt").value_or(""), each.second);
+        EXPECT_EQ(report.totalWritten(), each.written);
+        EXPECT_EQ(report.destinations[0].replaced, each.replaced);
+        EXPECT_EQ(done, 3) << "what was skipped counts as done";
+    }
+}
+
+TEST_F(Copier, RefusesToBeginWhatCannotEndWell) {
+    growTree(source);
+    fs::create_directories(folder / "source too");
+    fs::create_directory_symlink(source + "/inner", folder / "way in");
+    const auto refusal = [&](const std::string& from, const std::string& to) -> std::string {
+        try {
+            FastCopier(control).copy({from}, {places[0], to}, {});
+        } catch (const CopyError& error) {
+            return error.what();
+        }
+        return {};
+    };
+    const auto before = treeOf(folder.path());
+    EXPECT_EQ(refusal(folder / "gone", places[1]), "Source not found: " + (folder / "gone"));
+    EXPECT_EQ(refusal(source, folder / "gone"), "Destination folder not found: " + (folder / "gone"));
+    EXPECT_EQ(refusal(source, source + "/inner"), "Destination is inside the source: " + source + "/inner");
+    EXPECT_EQ(refusal(source, folder / "way in"), "Destination is inside the source: " + (folder / "way in"));
+    EXPECT_EQ(treeOf(folder.path()), before);
+    EXPECT_EQ(refusal(source, folder / "source too"), "");
+}
+
+TEST_F(Copier, LetsOneDestinationFailAlone) {
+    growTree(source);
+    const vh::test::TmpfsMount full(6 << 20);
+    ASSERT_TRUE(full) << "needs the right to mount";
+    const CopyReport report = copy({places[0], full.path()});
+    EXPECT_EQ(report.outcome, CopyOutcome::completedWithProblems);
+    EXPECT_EQ(treeOf(places[0] + "/source"), treeOf(source));
+    EXPECT_FALSE(report.destinations[0].hasProblems());
+    EXPECT_GT(report.destinations[1].failed, 0);
+    EXPECT_THAT(report.problems().front(),
+                HasSubstr("the destination did not accept the file (No space left"));
+    for (const auto& [path, content] : treeOf(full.path()))
+        EXPECT_EQ(content, treeOf(folder.path()).at(path)) << "nothing half-written";
+}
+
+TEST_F(Copier, EndsTheSameHoweverOftenItIsPaused) {
+    growTree(source);
+    std::mt19937 random(7);
+    int turns = 0;
+    const CopyReport report = copy(places, cloning(), [&](const CopyProgress&) {
+        for (size_t each = 0; each < places.size(); ++each)
+            control->setPaused(each, ++turns < 100 && random() % 2 == 0);
+    });
+    EXPECT_EQ(report.outcome, CopyOutcome::completed);
+    for (const std::string& each : places)
+        EXPECT_EQ(treeOf(each + "/source"), treeOf(source));
+}
+
+TEST_F(Copier, TakesADestinationOutOrStopsAltogether) {
+    growTree(source);
+    control->remove(1);
+    const CopyReport report = copy(places);
+    EXPECT_EQ(report.outcome, CopyOutcome::completed);
+    EXPECT_TRUE(report.destinations[1].removed);
+    EXPECT_TRUE(fs::is_empty(places[1]));
+    control->cancel();
+    EXPECT_EQ(copy({places[1]}).outcome, CopyOutcome::stopped);
+    EXPECT_TRUE(fs::is_empty(places[1]));
+}
+
+TEST_F(Copier, FindsACopyThatIsNotItsSource) {
+    writeFileAtomically(source + "/good", "1");
+    writeFileAtomically(source + "/rotten", "2");
+    const std::string rotten = places[1] + "/source/rotten";
+    const CopyReport report =
+        copy({places[0], places[1]}, {.verify = true}, [&](const CopyProgress& progress) {
+            if (progress.phase == CopyPhase::verifying && progress.currentFile.empty())
+                writeFileAtomically(rotten, "3");
+        });
+    EXPECT_EQ(report.outcome, CopyOutcome::completedWithProblems);
+    EXPECT_EQ(report.totalVerified(), 3);
+    EXPECT_EQ(report.filesFinished, 1);
+    EXPECT_EQ(readFile(rotten), "3");
+    EXPECT_THAT(report.problems(),
+                ElementsAre(HasSubstr("the copy does not match the source (left in place at " + rotten +
+                                      " so it can be compared; copy it again)")));
+}
+
+TEST_F(Copier, LeavesOldOrWholeFilesWhateverCallFails) {
+    writeFileAtomically(source + "/small", "new small");
+    const std::string large(chunkSize + 1, 'n');
+    writeFileAtomically(source + "/large", large);
+    const std::string small = places[0] + "/source/small", big = places[0] + "/source/large";
+    const auto setUp = [&] {
+        fs::remove_all(places[0]);
+        fs::create_directories(places[0] + "/source");
+        writeFileAtomically(small, "old small");
+        writeFileAtomically(big, "old large");
+    };
+    const auto work = [&] {
+        FastCopier(std::make_shared<CopyControl>(), CopyLanes::Threads::none)
+            .copy({source}, {places[0]}, {.conflict = CopyConflict::overwrite});
+    };
+    const auto check = [&](const vh::test::FaultPoint&) {
+        EXPECT_THAT(readFile(small), testing::AnyOf("old small", "new small"));
+        const std::string now = readFile(big);
+        EXPECT_TRUE(now == "old large" || now == large);
+    };
+    vh::test::forEachFault(setUp, work, check);
+    vh::test::forEachKill(setUp, work, check);
+}
+
+} // namespace vh::copy::test
