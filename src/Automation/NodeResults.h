@@ -15,7 +15,8 @@ inline flows::FlowNodeResult failure(std::string summary, std::string output = {
 /// A node whose work left a record of its own.
 inline flows::FlowNodeResult resultOf(const RunRecord& record) {
     const auto outcome = fromRaw<flows::FlowNodeOutcome>(rawValue(record.outcome));
-    return {outcome.value_or(flows::FlowNodeOutcome::failed), record.summary, {}};
+    return {outcome.value_or(flows::FlowNodeOutcome::failed), record.summary,
+            record.detail(RunDetail::output).value_or("")};
 }
 
 } // namespace vh::automation

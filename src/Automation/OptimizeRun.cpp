@@ -12,7 +12,6 @@
 #include <chrono>
 #include <fmt/ranges.h>
 #include <iterator>
-#include <sstream>
 
 namespace vh::automation {
 
@@ -31,14 +30,6 @@ OptimizeRunner::StepState stateOf(Outcome outcome) {
         break;
     }
     return skipped;
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 bool isCleaner(ScheduledAction action) {
@@ -142,7 +133,7 @@ void OptimizeRun::take(Step& step, const RunRecord& record, bool isTooLate) {
     const double errors = record.metric(RunMetric::errors).value_or(0);
     if (isCleaner(step.action) && step.state != StepState::failed)
         step.skipped = static_cast<int>(errors);
-    std::ranges::move(linesOf(record.detail(RunDetail::errors).value_or("")),
+    std::ranges::move(splitList(record.detail(RunDetail::errors).value_or("")),
                       std::back_inserter(step.details));
     if (const auto output = record.detail(RunDetail::output))
         output_.push_back(*output);
@@ -205,7 +196,7 @@ std::string OptimizeRun::summary() const {
 RunRecord OptimizeRun::finish() {
     std::vector<std::string> errors;
     for (const Step& step : steps_) {
-        if (step.state == StepState::failed)
+        if (step.state == StepState::failed && step.details.empty())
             errors.push_back(texts_.text("optimize.progress-line",
                                          {{"step", titleOf(step.action, texts_)}, {"what", step.text}}));
         errors.insert(errors.end(), step.details.begin(), step.details.end());

@@ -1,6 +1,7 @@
 #include "Core/RunRecord.h"
 
 #include <charconv>
+#include <sstream>
 
 namespace vh {
 
@@ -69,6 +70,14 @@ std::string joinList(const std::vector<std::string>& items) {
     for (const auto& item : items)
         joined += (&item == &items.front() ? "" : "\n") + item;
     return joined;
+}
+
+std::vector<std::string> splitList(const std::string& joined) {
+    std::vector<std::string> items;
+    std::istringstream lines(joined);
+    for (std::string line; std::getline(lines, line);)
+        items.push_back(line);
+    return items;
 }
 
 } // namespace vh

@@ -93,6 +93,8 @@ std::optional<std::map<std::string, std::string>> rawDetails(const RunDetails& d
 
 /// Several texts as one detail: one a line.
 std::string joinList(const std::vector<std::string>& items);
+/// The lines of such a detail.
+std::vector<std::string> splitList(const std::string& joined);
 
 template <>
 inline constexpr auto describe<Outcome> = enumeration<Outcome>({{Outcome::success, "success"},

@@ -65,8 +65,12 @@ Exit listRuns(Context& context, const ListOptions& options) {
 
 void printReport(const RunReportDocument& report) {
     print(fmt::format("{}  {}\n{}\n\n", report.title, report.identity, report.meta));
-    for (const auto& [label, value] : report.facts)
-        print(fmt::format("{}: {}\n", label, printable(value)));
+    for (const auto& [label, value] : report.facts) {
+        const auto lines = splitList(value);
+        print(label + (lines.size() > 1 ? ":\n" : ": "));
+        for (const std::string& line : lines)
+            print((lines.size() > 1 ? "  " : "") + printable(line) + "\n");
+    }
     for (const auto& total : report.totals)
         print(fmt::format("{}: {}\n", total.label, total.value));
     std::vector<Column> columns;

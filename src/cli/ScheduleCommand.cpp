@@ -12,6 +12,7 @@
 #include "cli/Reply.h"
 #include "cli/RunFilterOptions.h"
 #include "cli/ScheduleWords.h"
+#include "cli/Switch.h"
 #include "cli/Table.h"
 
 #include <CLI/App.hpp>
@@ -261,8 +262,7 @@ void describeUpkeep(CLI::App& noun, CommandLine& line) {
     auto editing = std::make_shared<EditOptions>();
     CLI::App* editVerb = taskVerb(noun, line, "edit", "cli.schedule.edit", editing->word);
     editing->task.addTo(*editVerb, line);
-    editVerb->add_flag("--run-if-missed,!--no-run-if-missed", editing->runIfMissed,
-                       line.text("cli.schedule.run-if-missed"));
+    addSwitch(*editVerb, "run-if-missed", editing->runIfMissed, line.text("cli.schedule.run-if-missed"));
     line.onChange(editVerb, [editing](Context& context) { return edit(context, *editing); });
 
     auto removing = std::make_shared<RemoveOptions>();
