@@ -21,7 +21,7 @@ inline constexpr std::string_view policyDomain = "com.varnholt.helper.policy";
 
 inline ServiceIdentity helperIdentity() {
     return {std::string(identity::machServiceName), "/com/varnholt/helper", "com.varnholt.helper1",
-            std::string(policyDomain)};
+            std::string(policyDomain), std::string(identity::appBundleID)};
 }
 
 /// What the system's authority asks the person about, one action a kind of work.

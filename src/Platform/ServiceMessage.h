@@ -37,6 +37,7 @@ struct ServiceIdentity {
     std::string path;      ///< of its object
     std::string interface; ///< of its methods
     std::string errors;    ///< what the names of its refusals begin with, before a dot and the code
+    std::string peers;     ///< what the programs that may call are signed as, where the system checks it
 };
 
 /// An answer that says no: a short name of letters and digits, and the words for the person.

@@ -1,6 +1,7 @@
 #include "Platform/Linux/modules/BusCalls.h"
 #include "Platform/ServiceHost.h"
 #include "Platform/ServiceLink.h"
+#include "Platform/macOS/CodeRequirement.h"
 #include "support/BusService.h"
 #include "support/ChildWork.h"
 #include "support/PrivateBus.h"
@@ -301,6 +302,15 @@ TEST_F(ServiceTest, TheBusTellsTheUser) {
     EXPECT_EQ(outcome.status, 0) << outcome.message;
     EXPECT_THAT(handler_.users, ElementsAre(::geteuid() == 0 ? 65534 : ::geteuid()));
     EXPECT_TRUE(polkit.was(asked));
+}
+
+TEST(CodeRequirement, ATeamIsAskedForWhenThereIsOne) {
+    EXPECT_EQ(codeRequirement("com.varnholt.app", ""), R"(identifier "com.varnholt.app")");
+    EXPECT_EQ(codeRequirement("com.varnholt.app", "AB12CD34EF"),
+              R"(anchor apple generic and identifier "com.varnholt.app")"
+              " and certificate 1[field.1.2.840.113635.100.6.2.6]"
+              " and certificate leaf[field.1.2.840.113635.100.6.1.13]"
+              R"( and certificate leaf[subject.OU] = "AB12CD34EF")");
 }
 
 } // namespace

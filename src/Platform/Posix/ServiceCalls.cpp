@@ -1,7 +1,6 @@
 #include "Platform/Posix/ServiceCalls.h"
 
 #include <algorithm>
-#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -15,34 +14,9 @@ ServiceRefusal tooMany() {
 
 } // namespace
 
-/// The way to the loop for answers from other threads, which may outlive the host.
-class ServiceCalls::Gate {
-public:
-    explicit Gate(MainLoop& loop) : loop_(&loop) {}
-
-    /// Calls `f` on the loop's thread, unless the gate is closed by then.
-    static void post(const std::shared_ptr<Gate>& gate, std::function<void()> f) {
-        const std::lock_guard lock(gate->mutex_);
-        if (gate->loop_ != nullptr)
-            gate->loop_->post([gate, f = std::move(f)] {
-                if (gate->loop_ != nullptr)
-                    f();
-            });
-    }
-    /// On the loop's thread.
-    void close() {
-        const std::lock_guard lock(mutex_);
-        loop_ = nullptr;
-    }
-
-private:
-    std::mutex mutex_;
-    MainLoop* loop_; ///< changed on the loop's thread alone
-};
-
 ServiceCalls::ServiceCalls(MainLoop& loop, ServiceHandler& handler, ServiceRules rules, System system)
     : handler_(handler), rules_(std::move(rules)), system_(std::move(system)),
-      gate_(std::make_shared<Gate>(loop)) {}
+      gate_(std::make_shared<LoopGate>(loop)) {}
 
 ServiceCalls::~ServiceCalls() {
     gate_->close();
@@ -120,10 +94,10 @@ void ServiceCalls::perform(uint64_t id) {
     call.question.reset();
     call.isPerformed = true;
     attempt(id, [&] {
-        handler_.perform({call.method, call.peer, std::move(call.arguments)},
-                         [gate = gate_, this, id](ServiceReply reply) {
-                             Gate::post(gate, [this, id, reply = std::move(reply)] { finish(id, reply); });
-                         });
+        handler_.perform({call.method, call.peer, std::move(call.arguments)}, [gate = gate_, this,
+                                                                               id](ServiceReply reply) {
+            LoopGate::post(gate, [this, id, reply = std::move(reply)] { finish(id, reply); });
+        });
     });
 }
 

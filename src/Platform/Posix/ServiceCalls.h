@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Posix/LoopGate.h"
 #include "Platform/ServiceHost.h"
 
 #include <functional>
@@ -45,7 +46,6 @@ public:
     bool isPerforming() const;
 
 private:
-    class Gate;
     struct Call {
         const ServiceMethod& method;
         Send send; ///< nothing when there is nobody left to answer
@@ -65,7 +65,7 @@ private:
     ServiceHandler& handler_;
     const ServiceRules rules_;
     const System system_;
-    const std::shared_ptr<Gate> gate_;
+    const std::shared_ptr<LoopGate> gate_;
     std::map<uint64_t, Call> calls_;
     uint64_t lastID_ = 0;
 };

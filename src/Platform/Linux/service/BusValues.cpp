@@ -1,13 +1,12 @@
 #include "Platform/Linux/service/BusValues.h"
 
+#include "Platform/Posix/ServiceText.h"
+
 #include <algorithm>
-#include <simdjson.h>
 
 namespace vh {
 
 namespace {
-
-constexpr size_t mostWords = 1u << 16; ///< of a refusal, in bytes
 
 std::optional<ServiceValue> readText(sd_bus_message* message) {
     const char* text = nullptr;
@@ -44,18 +43,13 @@ std::optional<ServiceValue> readValue(sd_bus_message* message, char kind) {
     }
 }
 
-bool isSendable(std::string_view text) {
-    return text.size() <= mostServiceBytes && text.find('\0') == text.npos &&
-           simdjson::validate_utf8(text.data(), text.size());
-}
-
 bool appendValue(sd_bus_message* message, char kind, const ServiceValue& value) {
     if (const auto* truth = std::get_if<bool>(&value); truth != nullptr && kind == 'b')
         return sd_bus_message_append(message, "b", int(*truth)) >= 0;
     if (const auto* number = std::get_if<int64_t>(&value); number != nullptr && kind == 'x')
         return sd_bus_message_append_basic(message, 'x', number) >= 0;
     if (const auto* text = std::get_if<std::string>(&value); text != nullptr && kind == 's')
-        return isSendable(*text) && sd_bus_message_append_basic(message, 's', text->c_str()) >= 0;
+        return isServiceText(*text) && sd_bus_message_append_basic(message, 's', text->c_str()) >= 0;
     if (const auto* data = std::get_if<ServiceBytes>(&value); data != nullptr && kind == 'y')
         return data->bytes.size() <= mostServiceBytes &&
                sd_bus_message_append_array(message, 'y', data->bytes.data(), data->bytes.size()) >= 0;
@@ -88,20 +82,6 @@ bool appendValues(sd_bus_message* message, std::string_view kinds, const Service
     return std::ranges::equal(kinds, values, [&](char kind, const ServiceValue& value) {
         return appendValue(message, kind, value);
     });
-}
-
-std::string sendableText(std::string text) {
-    if (text.size() > mostWords) {
-        text.resize(mostWords);
-        while (!text.empty() && (text.back() & 0xC0) == 0x80) // the rest of a character that was cut
-            text.pop_back();
-        if (!text.empty() && (text.back() & 0x80) != 0)
-            text.pop_back();
-    }
-    if (!isSendable(text))
-        std::ranges::replace_if(
-            text, [](char c) { return c == '\0' || (c & 0x80) != 0; }, '?');
-    return text;
 }
 
 } // namespace vh

@@ -19,7 +19,4 @@ std::optional<ServiceValues> readValues(sd_bus_message* message, std::string_vie
 /// hangs up on whoever sends a text that is no UTF-8, so none leaves.
 bool appendValues(sd_bus_message* message, std::string_view kinds, const ServiceValues& values);
 
-/// The text as it may be sent: shortened, and with replacements for what is no UTF-8.
-std::string sendableText(std::string text);
-
 } // namespace vh

@@ -6,6 +6,7 @@
 #include "Platform/Linux/service/MethodTable.h"
 #include "Platform/Linux/service/Peers.h"
 #include "Platform/Posix/ServiceCalls.h"
+#include "Platform/Posix/ServiceText.h"
 
 #include <utility>
 
