@@ -7,7 +7,9 @@ Item {
 
     // "open", "closed" or "faulty".
     property string way: "closed"
-    readonly property color ink: way === "open" ? Theme.accent : way === "faulty" ? Theme.warning : Theme.control
+
+    // How far the ways come in over the words of a stop, to its plate.
+    readonly property real reach: (first.width - Theme.rowHeightTwo) / 2 - Theme.space12
 
     implicitHeight: first.height
     Accessible.role: Accessible.Graphic
@@ -50,16 +52,19 @@ Item {
 
     // A line of dashes while nothing passes, with a mark in its middle that says the same.
     component Way: Item {
+        id: way
+        property string passage: picture.way
+
         height: Theme.rowHeightTwo
         clip: true
 
         Row {
             anchors.verticalCenter: parent.verticalCenter
             spacing: Theme.space4
-            visible: picture.way !== "open"
+            visible: way.passage !== "open"
 
             Repeater {
-                model: Math.ceil(parent.parent.width / (Theme.space8 + Theme.space4))
+                model: Math.ceil(Math.max(0, way.width) / (Theme.space8 + Theme.space4))
                 Rectangle {
                     width: Theme.space8
                     height: Theme.ring
@@ -72,7 +77,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             width: parent.width
             height: Theme.ring
-            visible: picture.way === "open"
+            visible: way.passage === "open"
             color: Theme.accent
         }
         Rectangle {
@@ -82,13 +87,14 @@ Item {
             radius: width / 2
             color: Theme.surface
             border.width: Theme.ring
-            border.color: picture.way === "closed" ? Theme.line : picture.ink
+            border.color: way.passage === "closed" ? Theme.line : mark.color
 
             Icon {
+                id: mark
                 anchors.centerIn: parent
                 size: Theme.space12
-                name: picture.way === "open" ? "checkmark" : picture.way === "faulty" ? "exclamationmark.triangle" : "lock"
-                color: picture.way === "closed" ? Theme.second : picture.ink
+                name: way.passage === "open" ? "checkmark" : way.passage === "faulty" ? "exclamationmark.triangle" : "lock"
+                color: way.passage === "open" ? Theme.accent : way.passage === "faulty" ? Theme.warning : Theme.second
             }
         }
     }
@@ -114,16 +120,16 @@ Item {
     }
     Way {
         anchors.left: first.right
-        anchors.leftMargin: -reach
+        anchors.leftMargin: -picture.reach
         anchors.right: second.left
-        anchors.rightMargin: -reach
-        readonly property real reach: (first.width - Theme.rowHeightTwo) / 2 - Theme.space12
+        anchors.rightMargin: -picture.reach
     }
+    // What is wrong is wrong on the way to the helper.
     Way {
         anchors.left: second.right
-        anchors.leftMargin: -reach
+        anchors.leftMargin: -picture.reach
         anchors.right: third.left
-        anchors.rightMargin: -reach
-        readonly property real reach: (first.width - Theme.rowHeightTwo) / 2 - Theme.space12
+        anchors.rightMargin: -picture.reach
+        passage: picture.way === "open" ? "open" : "closed"
     }
 }
