@@ -67,7 +67,7 @@ TEST_F(Schedules, AreMadeByTheForm) {
         {{{"kind", "hourly"}, {"hours", "0"}}, std::nullopt},
         {{{"kind", "hourly"}, {"hours", "four"}}, std::nullopt},
         {{{"action", "sync"}, {"source", "~/a"}, {"destination", "b"}}, std::nullopt},
-        {{{"action", "maintenance"}, {"tasks", " "}}, std::nullopt},
+        {{{"action", "maintenance"}, {"tasks", QStringList{"no-such-task"}}}, std::nullopt},
     };
     for (const Case& test : cases) {
         QVariantMap draft = model.draft({});
@@ -88,8 +88,16 @@ TEST_F(Schedules, AreMadeByTheForm) {
     EXPECT_EQ(store.tasks().back().payload,
               (std::map<std::string, std::string>{
                   {"source", desk.home / "a"}, {"destination", "/b"}, {"delete", "true"}}));
-    EXPECT_THAT(column(model.actionOptions(""), "value"), ElementsAre("system-junk"));
-    EXPECT_THAT(column(model.actionOptions("sync"), "value"), ElementsAre("system-junk", "sync"));
+    const QStringList tasks{"flush-dns", "purge-memory"};
+    draft.insert(QVariantMap{{"action", "maintenance"}, {"tasks", tasks}});
+    EXPECT_EQ(model.save({}, draft), "");
+    const ScheduledTask made = store.tasks().back();
+    EXPECT_EQ(made.payload, (std::map<std::string, std::string>{{"tasks", "flush-dns,purge-memory"}}));
+    EXPECT_EQ(model.draft(qtText(made.id.text()))["tasks"], tasks);
+    EXPECT_THAT(column(model.actionOptions(""), "value"),
+                ElementsAre("system-junk", "maintenance", "optimize"));
+    EXPECT_THAT(column(model.actionOptions("sync"), "value"),
+                ElementsAre("system-junk", "maintenance", "sync", "optimize"));
 }
 
 TEST_F(Schedules, AreChangedSwitchedRemovedAndBroughtBack) {

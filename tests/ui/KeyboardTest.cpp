@@ -1,5 +1,6 @@
 #include "WindowFixture.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <set>
 
@@ -151,6 +152,45 @@ TEST_F(Keyboard, findsAToolFromTheSearchField) {
     press(Qt::Key_S);
     press(Qt::Key_Escape);
     EXPECT_EQ(page(), "system-junk") << "Escape empties the field before it goes back";
+}
+
+TEST_F(Keyboard, theOneButtonIsSetAskedAndPressedWithoutAPointer) {
+    fillCaches();
+    openWindow();
+    openPage("home");
+    auto* optimize = window().app().optimize();
+    QMetaObject::invokeMethod(optimize, "saveProfile",
+                              Q_ARG(QVariantMap, QVariantMap({{"cleanStorage", false}})));
+    tabTo("What Optimize does");
+    press(Qt::Key_Return);
+    waitUntil("the sheet is open", [&] { return nameOfFocused() == "Save"; });
+    tabTo("Flush DNS cache");
+    tabTo("Clean caches");
+    press(Qt::Key_Space);
+    tabTo("Save");
+    press(Qt::Key_Return);
+    waitUntil("the profile is kept", [&] { return optimize->property("hasSteps").toBool(); });
+
+    for (const bool goesOn : {false, true}) {
+        tabTo("What would it do?");
+        press(Qt::Key_Return);
+        waitUntil("it is looked at", [&] {
+            return nameOfFocused() == "Optimize" && !optimize->property("isChecking").toBool();
+        });
+        press(goesOn ? Qt::Key_Return : Qt::Key_Escape);
+        waitUntil("the sheet is closed", [&] { return nameOfFocused() == "What would it do?" || goesOn; });
+        EXPECT_EQ(optimize->property("isRunning").toBool(), goesOn);
+    }
+    waitUntil("it is done", [&] { return optimize->property("hasResult").toBool(); });
+    tabTo("Last run");
+    press(Qt::Key_Return);
+    waitUntil("the result is shown", [&] { return nameOfFocused() == "Close"; });
+    tabTo("Undo");
+    press(Qt::Key_Return);
+    waitUntil("it is undone", [&] {
+        return !optimize->property("canUndo").toBool() && !optimize->property("isUndoing").toBool();
+    });
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(home() / ".cache/large/data")));
 }
 
 } // namespace vh::test

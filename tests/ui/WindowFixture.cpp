@@ -43,7 +43,8 @@ WindowFixture::WindowFixture() {
         setVariable(name, std::nullopt);
     setVariable("LC_ALL", "C.UTF-8");
     // Nobody answers there: passwords stay in this home.
-    setVariable("DBUS_SESSION_BUS_ADDRESS", QByteArray::fromStdString("unix:path=" + (home_ / "no-bus")));
+    for (const auto* name : {"DBUS_SESSION_BUS_ADDRESS", "DBUS_SYSTEM_BUS_ADDRESS"})
+        setVariable(name, QByteArray::fromStdString("unix:path=" + (home_ / "no-bus")));
     gathered = &warnings_;
     qInstallMessageHandler(gather);
 }

@@ -13,7 +13,7 @@ Page {
     title: home.greeting
     line: home.hostLine
     scrolls: true
-    settled: !optimize.isChecking
+    settled: !optimize.isChecking && !optimize.isRunning
 
     function showState(name: string): bool {
         if (name === "all-tools")
@@ -22,12 +22,12 @@ Page {
             profile.open();
         else if (name === "check")
             checks.open();
-        else if (name === "run")
+        else if (name === "run" || name === "result")
             optimize.run();
-        else if (name === "last" && optimize.lastText !== "")
-            last.open();
-        else
+        else if (name !== "last" || optimize.lastText === "")
             return false;
+        if (name === "last" || name === "result")
+            last.open();
         return true;
     }
 

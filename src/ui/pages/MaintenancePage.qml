@@ -55,7 +55,7 @@ Page {
         id: result
         anchors.bottom: parent.bottom
         width: parent.width
-        height: Math.max(Theme.summaryHeight + Theme.rowHeightTwo, Math.round(parent.height / 4))
+        height: Math.min(Theme.noticeHeight, Math.max(Theme.summaryHeight + Theme.rowHeightTwo, parent.height / 4))
         maintenance: page.maintenance
     }
 }

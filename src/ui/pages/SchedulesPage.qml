@@ -15,6 +15,11 @@ Page {
             edit("");
             return true;
         }
+        if (name === "maintenance") {
+            edit("");
+            form.put("action", name);
+            return true;
+        }
         if (table.count === 0)
             return false;
         table.focusRow(0);
