@@ -39,14 +39,20 @@ struct TestWorld {
     RunLog log;
     RunJournals journals;
     std::shared_ptr<FakeModule> junk = std::make_shared<FakeModule>();
-    helper::HelperClient* helper = nullptr;
+    /// Every task prints its name, those of root by way of a helper that is not there.
+    helper::MaintenanceWork::World chores{
+        helper::MaintenanceSystem::linux,
+        [](MaintenanceTask task) {
+            return helper::MaintenancePlan{{{"/bin/echo", {std::string(rawValue(task))}}}};
+        },
+        false};
     AutomationWorld world{loop,
                           folders,
                           defaults,
                           {log, files, journals},
                           [] { return Texts(Language::en); },
                           [this](std::string_view id) { return id == "system-junk" ? junk : nullptr; },
-                          [this] { return helper::MaintenanceWork(helper); },
+                          [this] { return helper::MaintenanceWork(nullptr, chores); },
                           loop.clock(),
                           LocalCalendar("UTC")};
 };
