@@ -83,7 +83,7 @@ std::vector<MaintenanceCommand> AppRemovalPolicy::ownerQueries(const std::string
     // There a package may own files in a folder and not the folder.
     MaintenanceCommand rpm{"/usr/bin/rpm", {"--query", "--queryformat=%{NAME}:\\n", "--file", "--", path}};
     rpm.arguments.insert(rpm.arguments.end(), children.begin(), children.end());
-    return {debian, rpm};
+    return {debian, rpm, {"/usr/bin/pacman", {"--query", "--owns", "--", path}}};
 }
 
 std::string AppRemovalPolicy::ownerIn(const MaintenanceRunner::Execution& answer) {
@@ -91,6 +91,10 @@ std::string AppRemovalPolicy::ownerIn(const MaintenanceRunner::Execution& answer
     while (!rest.empty()) {
         const std::string_view line = rest.substr(0, rest.find('\n'));
         rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+        // "/opt/google/ is owned by google-chrome 140-1"
+        constexpr std::string_view owned = " is owned by ";
+        if (const size_t at = line.find(owned); at != std::string_view::npos)
+            return std::string(line.substr(at + owned.size()));
         // "google-chrome: /opt/google" and "google-chrome:"; what is nobody's begins with the path or the tool's name.
         const std::string_view owner = line.substr(0, line.find(':'));
         const bool isAnswer = owner.size() < line.size() && owner.find('/') == std::string_view::npos &&

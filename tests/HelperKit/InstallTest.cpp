@@ -289,6 +289,8 @@ TEST(AppRemovalPolicy, knowsApplicationsFromTheSystem) {
         {"google-chrome: /opt/google", "google-chrome"},
         {"a, b:amd64: /opt/x", "a, b"},
         {"chrome:", "chrome"},
+        {"/opt/x/ is owned by chrome 140-1", "chrome 140-1"},
+        {"error: No package owns /opt/x", ""},
         {"file /opt/x is not owned by any package\nchrome:", "chrome"},
         {"file /opt/a:b is not owned by any package", ""},
         {"dpkg-query: no path found matching pattern /opt/x", ""},
