@@ -3,6 +3,7 @@
 #include "Core/Codec.h"
 #include "HelperKit/AppRemovalPolicy.h"
 #include "HelperKit/HelperServiceError.h"
+#include "HelperKit/ImagePath.h"
 #include "HelperKit/OutsideSandbox.h"
 #include "Platform/Folders.h"
 #include "Platform/GuardedFolder.h"
@@ -86,10 +87,11 @@ HelperService::World HelperService::ofThisMachine() {
                 return HelperPathPolicy{HelperPathPolicy::userSpaceAllowlist(Folders::ofUser(user)),
                                         HelperPathPolicy::defaultDeniedBasenames()};
             },
-            [](MaintenanceTask task) { return maintenancePlan(task, thisSystem(), factsOfThisMachine()); },
+            planOfThisMachine,
             [](MaintenanceTask task) {
                 return helper::requiresRoot(task, thisSystem());
-            }};
+            },
+            InstallWorld::ofThisMachine()};
 }
 
 std::string HelperService::pong() {
@@ -148,9 +150,12 @@ void HelperService::removeApplication(const std::string& path) const {
     helper::removeApplication(world_.installs, path);
 }
 
-DeviceJobSpec HelperService::checkDeviceJob(const std::string& json) {
+DeviceJobSpec HelperService::checkDeviceJob(const std::string& json, uint32_t user) {
     try {
-        return decodeJson<DeviceJobSpec>(json);
+        auto spec = decodeJson<DeviceJobSpec>(json);
+        if (!isImagePath(spec.destination, Folders::ofUser(user).home, thisSystem()))
+            throw std::runtime_error("an image may not be written to " + spec.destination);
+        return spec;
     } catch (const std::exception& error) {
         throw HelperServiceError::badJobSpec(error.what());
     }

@@ -52,7 +52,8 @@ public:
     ApplicationInstaller& applications() { return applications_; }
     const ApplicationInstaller& applications() const { return applications_; }
 
-    static DeviceJobSpec checkDeviceJob(const std::string& json);
+    /// Pure but for the user database.
+    static DeviceJobSpec checkDeviceJob(const std::string& json, uint32_t user);
     DeviceJobRunner& jobs() { return jobs_; }
     const DeviceJobRunner& jobs() const { return jobs_; }
 

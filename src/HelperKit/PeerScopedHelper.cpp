@@ -77,10 +77,13 @@ const std::array maintenanceRoads{
 
 const std::array deviceRoads{
     Road{methods::startDeviceJob.name,
-         [](const HelperService&, const ServiceCall& call) { HelperService::checkDeviceJob(bytes(call)); },
+         [](const HelperService&, const ServiceCall& call) {
+             HelperService::checkDeviceJob(bytes(call), call.peer.userID);
+         },
          [](HelperService& service, const ServiceCall& call, const CancelToken&) {
-             return ServiceValues{service.jobs().start(HelperService::checkDeviceJob(bytes(call)),
-                                                       call.peer.userID, call.peer.connection)};
+             return ServiceValues{
+                 service.jobs().start(HelperService::checkDeviceJob(bytes(call), call.peer.userID),
+                                      call.peer.userID, call.peer.connection)};
          }},
     Road{methods::deviceJobStatus.name, nothingToCheck,
          [](HelperService& service, const ServiceCall& call, const CancelToken&) {

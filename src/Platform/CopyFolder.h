@@ -34,6 +34,9 @@ public:
     /// What was refused, a line each.
     std::vector<std::string> apply(const FileMetadata& metadata);
 
+    /// Returns when the medium has all of it.
+    void flush();
+
     enum class Place { free, replacing };
     /// Gives it its name in one step; with `free`, only where nothing lies.
     void place(Place how);
@@ -57,6 +60,8 @@ public:
     uint64_t device() const { return device_; }
     /// Whether two names that differ in case alone are one file here. Tries it out.
     bool isCaseBlind();
+    /// What this process may still fill.
+    int64_t freeBytes() const;
 
     /// With the missing ones above it. A folder that is there already stays as it is.
     void makeFolder(const std::string& relative);

@@ -141,6 +141,12 @@ bool runWithFault(size_t call, int code, const std::function<void()>& work) {
     return interception().fired;
 }
 
+bool runWithBadMedium(size_t call, const std::function<void()>& work) {
+    const Armed armed(call, {FaultKind::badMedium, EIO});
+    work();
+    return interception().fired;
+}
+
 void forEachFault(const std::function<void()>& setUp, const std::function<void()>& work,
                   const std::function<void(const FaultPoint&)>& check) {
     const std::vector<FileCall> calls = callsOf(setUp, work);

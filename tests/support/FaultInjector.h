@@ -15,6 +15,9 @@ size_t countFileCalls(const std::function<void()>& work);
 /// Runs the work with its file call number `call` (from 0) failing with the errno `code`; true when it was met.
 bool runWithFault(size_t call, int code, const std::function<void()>& work);
 
+/// The same with every read after it failing too, as from a medium that is bad from there on.
+bool runWithBadMedium(size_t call, const std::function<void()>& work);
+
 /// One planned fault and what became of the work.
 struct FaultPoint {
     size_t call = 0; ///< from 0

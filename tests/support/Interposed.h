@@ -11,6 +11,7 @@ enum class FaultKind {
     none,
     failure,     ///< the call does nothing and fails
     fullDisk,    ///< like failure, and so does every later call that takes room
+    badMedium,   ///< like failure, and so does every later read
     shortWrite,  ///< half of the bytes are written, which is no failure
     killBefore,  ///< the process dies instead of making the call
     killHalfway, ///< the process dies after half of the bytes are written

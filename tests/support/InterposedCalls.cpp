@@ -38,9 +38,10 @@ bool begins(FileCall call) {
     state.calls.push_back(call);
     state.armed = true;
     const bool isTarget = number == state.target;
-    const bool stillFull =
-        number > state.target && state.kind == FaultKind::fullDisk && takesRoom(call.group);
-    if (state.kind == FaultKind::none || (!isTarget && !stillFull))
+    const bool stillFails =
+        number > state.target && ((state.kind == FaultKind::fullDisk && takesRoom(call.group)) ||
+                                  (state.kind == FaultKind::badMedium && call.group == CallGroup::read));
+    if (state.kind == FaultKind::none || (!isTarget && !stillFails))
         return true;
     state.fired = true;
     if (state.kind == FaultKind::killBefore)
@@ -50,7 +51,8 @@ bool begins(FileCall call) {
         state.meddle();
         state.armed = true;
     }
-    if (state.kind != FaultKind::failure && state.kind != FaultKind::fullDisk)
+    if (state.kind != FaultKind::failure && state.kind != FaultKind::fullDisk &&
+        state.kind != FaultKind::badMedium)
         return true;
     errno = state.code;
     return false;

@@ -5,6 +5,8 @@
 #include "Platform/Posix/StatusType.h"
 #include "Platform/Posix/UniqueName.h"
 
+#include <sys/statvfs.h>
+
 namespace vh {
 
 namespace {
@@ -16,6 +18,13 @@ constexpr int folderFlags = O_RDONLY | O_DIRECTORY;
 CopyFolder::CopyFolder(const std::string& path)
     : path_(path), top_(std::make_shared<FileDescriptor>(openPath(path, folderFlags))),
       device_(statusOfOpen(*top_, path).st_dev) {}
+
+int64_t CopyFolder::freeBytes() const {
+    struct statvfs space {};
+    if (::fstatvfs(top_->get(), &space) != 0)
+        throwErrno(path_);
+    return static_cast<int64_t>(space.f_bavail) * static_cast<int64_t>(space.f_frsize);
+}
 
 bool CopyFolder::isCaseBlind() {
     const std::string probe = uniquePartialName("case");

@@ -75,6 +75,10 @@ std::vector<std::string> PartialFile::apply(const FileMetadata& metadata) {
     return applyMetadata(file_, metadata);
 }
 
+void PartialFile::flush() {
+    vh::flush(file_, path_);
+}
+
 void PartialFile::place(Place how) {
     const int folder = folder_->get();
     const bool isDone = how == Place::free
