@@ -6,6 +6,7 @@
 #include "Platform/OpenFiles.h"
 #include "Platform/Process.h"
 #include "Platform/Random.h"
+#include "Platform/SystemError.h"
 #include "support/SmallDisk.h"
 
 #include <fcntl.h>
@@ -64,6 +65,12 @@ TEST(Folders, followTheBaseDirectoryRules) {
     EXPECT_EQ(folders.config, "/etc/ana");
     EXPECT_EQ(folders.temporary, "/scratch");
     EXPECT_EQ(folders.runtime, "/scratch/varnholt-" + std::to_string(::geteuid()));
+    // Of another user's things this process's environment says nothing.
+    const Folders others = Folders::ofUser(0);
+    EXPECT_NE(others.home, folders.home);
+    EXPECT_EQ(others.data, others.home + "/.local/share");
+    EXPECT_EQ(others.temporary, "/tmp");
+    EXPECT_THROW(Folders::ofUser(0xFFFFFFF0), SystemError);
 
     const Environment bare({{"HOME", unset}, {"TMPDIR", "tmp"}, {"XDG_RUNTIME_DIR", "/run/user/1"}});
     EXPECT_TRUE(Folders::ofUser().home.starts_with('/')) << "from the user database";
