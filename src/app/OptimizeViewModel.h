@@ -34,7 +34,7 @@ class OptimizeViewModel : public QObject {
     /// How long it has been running; empty at rest.
     Q_PROPERTY(QString elapsedText READ elapsedText NOTIFY elapsedChanged)
     /// The steps shown have been run.
-    Q_PROPERTY(bool hasResult READ hasResult NOTIFY stepsChanged)
+    Q_PROPERTY(bool hasResult READ hasResult NOTIFY changed)
 
     /// The last run, whichever process did it; both empty before the first.
     Q_PROPERTY(QString lastText READ lastText NOTIFY pastChanged)

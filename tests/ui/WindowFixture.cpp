@@ -51,6 +51,8 @@ WindowFixture::WindowFixture() {
 
 WindowFixture::~WindowFixture() {
     window_.reset();
+    // Rows that a list let go of are moving still, and must not until the next test.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     session_.reset();
     qInstallMessageHandler(nullptr);
     gathered = nullptr;
