@@ -115,6 +115,8 @@ std::string FaultPoint::text() const {
         return fmt::format("{} failing with {}", call_, std::generic_category().message(code));
     case FaultKind::fullDisk:
         return call_ + " meeting a full disk";
+    case FaultKind::badMedium:
+        return call_ + " and all reads after it failing";
     case FaultKind::shortWrite:
         return call_ + " writing half";
     case FaultKind::killBefore:
