@@ -286,7 +286,8 @@ QVariantMap OptimizeViewModel::stepRow(const OptimizeRunner::Step& step) const {
     const AppTexts& texts = context_.texts();
     QStringList details;
     for (const std::string& detail : step.details)
-        details << qtText(printable(detail));
+        if (detail != step.text) // of a single fault the text says all
+            details << qtText(printable(detail));
     const auto outcome = outcomeOf(step.state);
     return {
         {QStringLiteral("action"), qtText(rawValue(step.action))},
