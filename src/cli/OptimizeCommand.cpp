@@ -103,22 +103,25 @@ public:
     void look(const OptimizeRunner::Snapshot& now) {
         states_.resize(now.steps.size());
         for (size_t i = 0; i < now.steps.size(); ++i)
-            if (std::exchange(states_[i], now.steps[i].state) != now.steps[i].state)
-                say(now.steps[i]);
+            if (const auto before = std::exchange(states_[i], now.steps[i].state); before != states_[i]) {
+                line_.show(-1, "");
+                if (before == OptimizeRunner::StepState::pending && now.steps[i].startedAt)
+                    sayBeginning(now.steps[i]); // also when it was over before anybody looked
+                if (states_[i] != OptimizeRunner::StepState::running)
+                    sayEnd(now.steps[i]);
+            }
         if (now.isRunning)
             line_.show(-1, now.detail);
         flush();
     }
 
 private:
-    void say(const OptimizeRunner::Step& step) {
-        line_.show(-1, "");
-        const std::string title = titleOf(step.action, texts_);
-        if (step.state == OptimizeRunner::StepState::running) {
-            print(texts_.text("cli.optimize.begins", {{"title", title}}) + "\n");
-            return;
-        }
-        print(title + texts_.text("common.colon") + printable(step.text) + "\n");
+    void sayBeginning(const OptimizeRunner::Step& step) {
+        print(texts_.text("cli.optimize.begins", {{"title", titleOf(step.action, texts_)}}) + "\n");
+    }
+
+    void sayEnd(const OptimizeRunner::Step& step) {
+        print(titleOf(step.action, texts_) + texts_.text("common.colon") + printable(step.text) + "\n");
         for (const std::string& detail : step.details)
             if (detail != step.text)
                 print("  " + printable(detail) + "\n");

@@ -1,3 +1,4 @@
+#include "Core/ContentHash.h"
 #include "HelperKit/DeviceImage.h"
 #include "HelperKit/DeviceJobRunner.h"
 #include "HelperKit/HelperServiceError.h"
@@ -41,6 +42,7 @@ std::string sha256Of(const std::string& path) {
 class DeviceJob : public testing::Test {
 protected:
     DeviceJob() {
+        ContentHash(HashAlgorithm::sha256); // what it reads when first used is none of the disk's calls
         fs::permissions(folder.path(), fs::perms(0755));
         fs::create_directory(folder / "theirs");
         EXPECT_EQ(::chown((folder / "theirs").c_str(), games, games), 0) << "needs root";
