@@ -11,6 +11,7 @@
 #include "app/Session.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vh::app {
 
@@ -138,7 +139,7 @@ QString MaintenanceViewModel::elapsedText() const {
     if (!running_)
         return {};
     const std::chrono::duration<double> gone = context_.now() - startedAt_;
-    return context_.texts().durationText(std::max(0.0, gone.count()));
+    return context_.texts().durationText(std::max(0.0, std::floor(gone.count())));
 }
 
 QVariantMap MaintenanceViewModel::lastRun() const {

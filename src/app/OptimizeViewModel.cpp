@@ -16,6 +16,7 @@
 #include "app/ToolLook.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fmt/format.h>
 
 namespace vh::app {
@@ -306,7 +307,7 @@ QString OptimizeViewModel::elapsedText() const {
     if (!state_.isRunning || !state_.startedAt)
         return {};
     const std::chrono::duration<double> gone = context_.now() - *state_.startedAt;
-    return context_.texts().durationText(std::max(0.0, gone.count()));
+    return context_.texts().durationText(std::max(0.0, std::floor(gone.count())));
 }
 
 const RunRecord* OptimizeViewModel::last() const {
