@@ -158,7 +158,9 @@ TEST(Triggers, MainsAfterBattery) {
     const Uuid other = home.flow("Files", OnNewFiles{home.path(), {"mark"}, 0});
     const Program serve({"serve"});
     ASSERT_TRUE(serve.waitForOutput(leading));
+    const size_t asked = power.calls().size();
     power.setProperty(onBattery, true);
+    waitUntil("the server has read it", [&] { return power.calls().size() > asked; });
     // The other flow's run shows that the server has gone on since.
     writeFileAtomically(home / "a.mark", "x");
     home.waitForRuns(other, 1);
