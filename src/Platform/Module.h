@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace vh {
@@ -9,5 +10,8 @@ namespace vh {
 /// offers one object, with the C function "vhModule". Any thread. Throws std::runtime_error that names the module and
 /// says why it cannot be opened.
 void* openModule(std::string_view name);
+
+/// Where a module of this program lies. Throws std::runtime_error.
+std::string modulePath(std::string_view name);
 
 } // namespace vh

@@ -14,15 +14,16 @@ struct ServiceFile {
 
 /// What a service's program, such as "varnholt-helper", does to make itself known to the system.
 struct ServiceInstallation {
-    std::string program; ///< name of the program
-    std::string unit;    ///< of the service manager
+    std::string program;                       ///< name of the program
+    std::string unit;                          ///< of the service manager
+    std::span<const std::string_view> modules; ///< that the program opens (Platform/Module.h)
     /// In the order in which they are written: the last one lets the service be started.
     std::span<const ServiceFile> files;
     /// This file is there when a package brought the service, and then the files above are the package's care.
     std::string_view packageFile;
 };
 
-/// Copies the running program to where only root changes it, unless it lies in such a place, writes the files and tells
+/// Copies the running program and its modules to where only root changes it, unless it lies in such a place, writes the files and tells
 /// bus and service manager; a service that runs is asked to end, so that the next call starts this one. `root` is a
 /// folder that stands for "/", "" for the system itself, which alone is told. Blocks. Repairs what an earlier one left
 /// undone. Throws std::runtime_error.

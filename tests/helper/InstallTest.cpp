@@ -23,7 +23,8 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-const std::string program = "usr/local/libexec/varnholt-helper";
+const std::string program = "usr/local/libexec/varnholt/bin/varnholt-helper";
+const std::string digest = "usr/local/libexec/varnholt/lib/varnholt/digest.so";
 const std::string policy = "usr/share/polkit-1/actions/com.varnholt.helper.policy";
 const std::string unit = "usr/local/lib/systemd/system/varnholt-helper.service";
 const std::string activation = "usr/local/share/dbus-1/system-services/com.varnholt.helper.service";
@@ -37,8 +38,8 @@ TEST(HelperInstall, WritesWhatTheSystemNeedsAndTakesItAway) {
     EXPECT_THAT(installed,
                 ElementsAre(StartsWith("/etc/dbus-1/system.d/com.varnholt.helper.conf 644"),
                             StartsWith("/usr/local/lib/systemd/system/varnholt-helper.service 644"),
-                            StartsWith("/" + program + " 755"), StartsWith("/" + activation + " 644"),
-                            StartsWith("/" + policy + " 644")));
+                            StartsWith("/" + program + " 755"), StartsWith("/" + digest + " 644"),
+                            StartsWith("/" + activation + " 644"), StartsWith("/" + policy + " 644")));
     EXPECT_EQ(fs::status(root / "usr/local/libexec").permissions(), fs::perms(0755));
     for (const std::string& file : {unit, activation})
         EXPECT_THAT(readFile(root / file), HasSubstr("=/" + program + "\n"));

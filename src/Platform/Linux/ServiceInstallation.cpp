@@ -1,6 +1,7 @@
 #include "Platform/ServiceInstallation.h"
 
 #include "Platform/Files.h"
+#include "Platform/Module.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/Process.h"
 #include "Platform/SystemError.h"
@@ -17,7 +18,8 @@ namespace vh {
 namespace {
 
 constexpr const char* ownProgram = "/proc/self/exe";
-constexpr const char* programFolder = "/usr/local/libexec";
+/// A tree of its own, in which the program finds its modules at "../lib/varnholt".
+constexpr const char* treeFolder = "/usr/local/libexec/varnholt";
 constexpr std::string_view programMark = "@program@";
 constexpr mode_t folderMode = 0755, fileMode = 0644, programMode = 0755, othersWriting = 0022;
 
@@ -75,7 +77,25 @@ std::string filledIn(std::string_view text, const std::string& program) {
 }
 
 std::string copyPath(const ServiceInstallation& service) {
-    return joinPath(programFolder, service.program);
+    return fmt::format("{}/bin/{}", treeFolder, service.program);
+}
+
+std::string modulePathInTree(std::string_view name) {
+    return fmt::format("{}/lib/varnholt/{}.so", treeFolder, name);
+}
+
+void copyTree(const ServiceInstallation& service, const std::string& root) {
+    for (const std::string_view name : service.modules)
+        writeSystemFile(root + modulePathInTree(name), readFile(modulePath(name)), fileMode);
+    writeSystemFile(root + copyPath(service), readFile(ownProgram), programMode);
+}
+
+void removeTree(const ServiceInstallation& service, const std::string& root) {
+    removeSystemFile(root + copyPath(service));
+    for (const std::string_view name : service.modules)
+        removeSystemFile(root + modulePathInTree(name));
+    for (const char* folder : {"/lib/varnholt", "/lib", "/bin", ""}) // those that are empty by now
+        ::rmdir((root + treeFolder + folder).c_str());
 }
 
 /// Where a tool is missing, or what it speaks to does not run, there is nobody to tell.
@@ -110,7 +130,7 @@ void installService(const ServiceInstallation& service, const std::string& root)
     if (!isPackaged(service, root)) {
         const auto systemPath = ownSystemPath();
         if (!systemPath)
-            writeSystemFile(root + copyPath(service), readFile(ownProgram), programMode);
+            copyTree(service, root);
         for (const ServiceFile& file : service.files)
             writeSystemFile(root + std::string(file.path),
                             filledIn(file.text, systemPath.value_or(copyPath(service))), fileMode);
@@ -127,7 +147,7 @@ void uninstallService(const ServiceInstallation& service, const std::string& roo
         removeSystemFile(root + std::string(service.files[i].path));
     if (root.empty())
         tellSystem(service);
-    removeSystemFile(root + copyPath(service));
+    removeTree(service, root);
 }
 
 } // namespace vh
