@@ -1,5 +1,6 @@
 #include "Platform/Files.h"
 #include "helper/HelperSystem.h"
+#include "support/LoopDisk.h"
 
 #include <algorithm>
 #include <csignal>
@@ -165,6 +166,28 @@ TEST(Helper, DoesWhatWasAllowed) {
     EXPECT_EQ(answerOf(*link, methods::removeAllowedItem, bytes(grounds / "folder")), "yes");
     EXPECT_THAT(grounds.names(), ElementsAre("file"));
     EXPECT_THAT(system.questions(), ElementsAre("removal"));
+}
+
+TEST(Helper, ImagesADiskInTheNameOfWhoAsks) {
+    HelperSystem system;
+    system.allow(true);
+    const Grounds grounds;
+    const std::string content(3 << 20, 'd');
+    const LoopDisk disk(content);
+    const std::string image = grounds / "disk.img";
+    const auto link = system.link();
+    const std::string job = answerOf(
+        *link, methods::startDeviceJob,
+        bytes(fmt::format(R"({{"kind":"image","device":"{}","destination":"{}"}})", disk.device(), image)));
+    std::string status;
+    waitUntil("the image is made", [&] {
+        status = answerOf(*link, methods::deviceJobStatus, {job});
+        return status.find("\"done\"") != std::string::npos || status.find("\"failed\"") != std::string::npos;
+    });
+    EXPECT_THAT(status, HasSubstr(LoopDisk::run({"sha256sum", image}).substr(0, 64)));
+    EXPECT_TRUE(readFile(image) == content);
+    EXPECT_EQ(statusOf(image)->owner, HelperSystem::user);
+    EXPECT_THAT(system.questions(), ElementsAre("devices"));
 }
 
 TEST(Helper, NobodyWhoIsNotAllowedChangesAnything) {
