@@ -2,6 +2,7 @@
 
 #include "Core/DigestModule.h"
 #include "Core/XXH64.h"
+#include "Platform/MediumRead.h"
 #include "Platform/Module.h"
 
 namespace vh {
@@ -30,6 +31,16 @@ void ContentHash::update(std::string_view bytes) {
 
 std::string ContentHash::hex() {
     return engine_->hex();
+}
+
+std::string hashOfFile(const std::string& path, HashAlgorithm algorithm, const CancelToken& cancel) {
+    ContentHash hash(algorithm);
+    readBlocks(path, ReadFrom::anywhere, [&](std::string_view block) {
+        cancel.throwIfCancelled();
+        hash.update(block);
+        return true;
+    });
+    return hash.hex();
 }
 
 } // namespace vh

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Describe.h"
+#include "Platform/CancelToken.h"
 
 #include <memory>
 #include <string>
@@ -36,6 +37,9 @@ public:
 private:
     std::unique_ptr<Engine> engine_;
 };
+
+/// Of a whole file, read from wherever it lies. Throws SystemError or Cancelled.
+std::string hashOfFile(const std::string& path, HashAlgorithm algorithm, const CancelToken& cancel = {});
 
 template <>
 inline constexpr auto describe<HashAlgorithm> = enumeration<HashAlgorithm>(

@@ -6,8 +6,10 @@ namespace vh::cli {
 
 std::span<const Command> commands() {
     static constexpr Command table[] = {
+        {"copy", "cli.copy", describeCopy},
         {"flow", "cli.flow", describeFlow},
         {"follow-ups", "cli.follow-ups", describeFollowUps},
+        {"hash", "cli.hash", describeHash},
         {"helper", "cli.helper", describeHelper},
         {"junk", "cli.junk", describeJunk},
         {"mail", "cli.mail", describeMail},

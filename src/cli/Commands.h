@@ -9,8 +9,10 @@ namespace vh::cli {
 
 class CommandLine;
 
+void describeCopy(CLI::App& noun, CommandLine& line);
 void describeFlow(CLI::App& noun, CommandLine& line);
 void describeFollowUps(CLI::App& noun, CommandLine& line);
+void describeHash(CLI::App& noun, CommandLine& line);
 void describeHelper(CLI::App& noun, CommandLine& line);
 void describeJunk(CLI::App& noun, CommandLine& line);
 void describeMail(CLI::App& noun, CommandLine& line);

@@ -17,14 +17,6 @@ namespace {
 constexpr size_t barWidth = 24;
 constexpr std::string_view eraseLine = "\r\x1b[K";
 
-std::string bar(double fraction) {
-    const auto full = static_cast<size_t>(std::clamp(fraction, 0.0, 1.0) * barWidth);
-    std::string out;
-    for (size_t i = 0; i < barWidth; ++i)
-        out += i < full ? "█" : "░";
-    return out;
-}
-
 } // namespace
 
 void print(std::string_view text) {
@@ -54,6 +46,14 @@ bool confirm(std::string_view question, std::string_view yesLetters) {
     return yesLetters.find(answer.front()) != std::string_view::npos;
 }
 
+std::string progressBar(double fraction) {
+    const auto full = static_cast<size_t>(std::clamp(fraction, 0.0, 1.0) * barWidth);
+    std::string bar;
+    for (size_t i = 0; i < barWidth; ++i)
+        bar += i < full ? "█" : "░";
+    return fmt::format("{} {:3.0f} %  ", bar, fraction * 100);
+}
+
 ProgressLine::ProgressLine() : visible_(isTerminal(StandardStream::error)) {}
 
 ProgressLine::~ProgressLine() {
@@ -70,8 +70,7 @@ JobControl ProgressLine::control(const CancelToken& cancel) {
 void ProgressLine::show(double fraction, std::string_view what) {
     if (!visible_)
         return;
-    std::string line =
-        fraction < 0 ? std::string() : fmt::format("{} {:3.0f} %  ", bar(fraction), fraction * 100);
+    std::string line = fraction < 0 ? std::string() : progressBar(fraction);
     const std::string name = printable(what);
     const size_t room = terminalWidth() - std::min(terminalWidth(), displayWidth(line) + 1);
     line += shorten(name, room);

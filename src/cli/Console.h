@@ -3,6 +3,7 @@
 #include "Core/JobControl.h"
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace vh::cli {
@@ -19,6 +20,9 @@ size_t outputWidth();
 
 /// Asks on the terminal; only a yes in the user's language or English counts as one.
 bool confirm(std::string_view question, std::string_view yesLetters);
+
+/// A bar and its percentage, two spaces after it.
+std::string progressBar(double fraction);
 
 /// A bar on standard error while it is a terminal, gone when the object goes; otherwise nothing.
 class ProgressLine {

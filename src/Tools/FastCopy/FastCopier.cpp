@@ -117,9 +117,10 @@ CopyPlan FastCopier::plan(const std::vector<std::string>& sources, const CancelT
 
 CopyReport FastCopier::copy(const std::vector<std::string>& sources,
                             const std::vector<std::string>& destinations, const CopyOptions& options,
-                            const std::function<void(const CopyProgress&)>& progress) {
+                            const std::function<void(const CopyProgress&)>& progress,
+                            const CancelToken& beforeBeginning) {
     refuseWhatCannotBegin(sources, destinations);
-    CopyRun run(itemsOf(sources), destinations, options, *control_, progress);
+    CopyRun run(itemsOf(sources, beforeBeginning), destinations, options, *control_, progress);
     CopyLanes lanes(destinations.size() + 1, threads_); // one more for hashing the source
     try {
         Copying(run, lanes).copyAll();

@@ -26,10 +26,11 @@ public:
     /// What a copy of these comes to. Throws CopyError (sourceMissing) or Cancelled.
     static CopyPlan plan(const std::vector<std::string>& sources, const CancelToken& cancel = {});
 
-    /// Throws CopyError, and nothing else, for what keeps it from beginning. `progress` is called on this thread.
+    /// Throws CopyError for what keeps it from beginning, or Cancelled while it looks what there is. `progress` is called
+    /// on this thread.
     CopyReport copy(const std::vector<std::string>& sources, const std::vector<std::string>& destinations,
-                    const CopyOptions& options,
-                    const std::function<void(const CopyProgress&)>& progress = {});
+                    const CopyOptions& options, const std::function<void(const CopyProgress&)>& progress = {},
+                    const CancelToken& beforeBeginning = {});
     void cancel() { control_->cancel(); }
 
 private:

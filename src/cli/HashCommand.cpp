@@ -1,0 +1,68 @@
+#include "Core/ContentHash.h"
+#include "Core/Printable.h"
+#include "Platform/SystemError.h"
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/Reply.h"
+
+namespace vh {
+
+namespace cli {
+
+/// What a file hashes to.
+struct HashReply {
+    std::string path;
+    HashAlgorithm algorithm = HashAlgorithm::sha256;
+    std::string hash; ///< lower-case hexadecimal
+};
+
+} // namespace cli
+
+template <>
+inline constexpr auto describe<cli::HashReply> = record(field("path", &cli::HashReply::path),
+                                                        field("algorithm", &cli::HashReply::algorithm),
+                                                        field("hash", &cli::HashReply::hash));
+
+} // namespace vh
+
+namespace vh::cli {
+
+namespace {
+
+struct HashWords {
+    std::vector<std::string> files;
+    std::string algorithm = "sha256";
+};
+
+Exit hashFiles(Context& context, const HashWords& words) {
+    const HashAlgorithm algorithm = *fromRaw<HashAlgorithm>(words.algorithm);
+    std::vector<HashReply> replies;
+    Exit exit = Exit::done;
+    for (const std::string& file : words.files)
+        try {
+            replies.push_back({file, algorithm, hashOfFile(file, algorithm, context.cancel)});
+            if (context.format == Format::people)
+                print(replies.back().hash + "  " + printable(file) + "\n");
+        } catch (const SystemError& error) {
+            complain(printable(error.what()));
+            exit = Exit::failed;
+        } catch (const Cancelled&) {
+            exit = Exit::cancelled;
+            break;
+        }
+    if (context.format == Format::json)
+        printJson(replies);
+    return exit;
+}
+
+} // namespace
+
+void describeHash(CLI::App& noun, CommandLine& line) {
+    const auto words = std::make_shared<HashWords>();
+    noun.add_option("FILE", words->files, line.text("cli.hash.file"))->required();
+    noun.add_option("--algorithm", words->algorithm, line.text("cli.copy.algorithm"))
+        ->check(CLI::IsMember({"sha256", "xxhash64", "md5"}));
+    line.on(&noun, [words](Context& context) { return hashFiles(context, *words); });
+}
+
+} // namespace vh::cli
