@@ -20,6 +20,11 @@ T.Popup {
     signal confirmed
     signal cancelled
 
+    function focusFirst() {
+        const safe = forGood || !canConfirm;
+        (firstField ? firstField : safe ? cancelButton : confirmButton).forceActiveFocus(Qt.TabFocusReason);
+    }
+
     parent: T.Overlay.overlay
     anchors.centerIn: parent
     width: Math.min(Theme.sheetWidth, (parent ? parent.width : Theme.sheetWidth) - 2 * Theme.space32)
@@ -28,7 +33,7 @@ T.Popup {
     modal: true
     focus: true
     closePolicy: T.Popup.NoAutoClose
-    onOpened: (firstField ? firstField : forGood ? cancelButton : confirmButton).forceActiveFocus(Qt.TabFocusReason)
+    onOpened: focusFirst()
 
     T.Overlay.modal: Rectangle { color: Theme.dim }
     background: FloatingSurface {}

@@ -31,13 +31,14 @@ Item {
         color: row.chosen ? Theme.soft : mouse.containsMouse ? Theme.hover : "transparent"
 
         FocusRing {
+            id: ring
             gap: -Theme.ring
             radius: parent.radius
             shown: row.view !== null && row.view.activeFocus && row.view.currentIndex === row.index
         }
     }
     Rectangle {
-        visible: row.ruled && !row.chosen
+        visible: row.ruled && !row.chosen && !ring.shown
         x: Theme.space16
         width: parent.width - 2 * Theme.space16
         anchors.bottom: parent.bottom

@@ -82,7 +82,8 @@ Card {
             kind: card.optimize.isRunning ? "plain" : "main"
             iconName: card.optimize.isRunning ? "stop" : "bolt"
             text: card.optimize.isRunning ? Tr.t("shell.stop") : Tr.t("home.optimize")
-            enabled: card.optimize.isRunning ? !card.optimize.isStopping : card.optimize.hasSteps
+            // Also while it stops: a button that is switched off loses the keyboard's ring.
+            enabled: card.optimize.isRunning || card.optimize.hasSteps
             onClicked: card.optimize.isRunning ? card.optimize.cancel() : card.optimize.run()
         }
         Button {

@@ -6,6 +6,12 @@ ConfirmSheet {
     id: sheet
 
     required property var optimize
+    readonly property bool canUndo: optimize.canUndo || optimize.isUndoing
+    // The button stays once it was there, so that nothing moves when all is put back.
+    property bool offersUndo
+
+    onCanUndoChanged: offersUndo = offersUndo || canUndo
+    onAboutToShow: offersUndo = canUndo
 
     title: Tr.t("home.optimize.last.title", {when: optimize.lastText})
     text: optimize.lastSummary
@@ -90,11 +96,14 @@ ConfirmSheet {
             }
         }
         Button {
-            visible: sheet.optimize.canUndo || sheet.optimize.isUndoing
+            visible: sheet.offersUndo
             enabled: sheet.optimize.canUndo
             iconName: "arrow.uturn.backward"
             text: Tr.t("activity.undo")
-            onClicked: sheet.optimize.undo()
+            onClicked: {
+                sheet.focusFirst();
+                sheet.optimize.undo();
+            }
         }
     }
 }
