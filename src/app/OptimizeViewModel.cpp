@@ -117,15 +117,23 @@ void OptimizeViewModel::openLog() {
     follow();
 }
 
+void OptimizeViewModel::Past::add(RunRecord&& record) {
+    // Of this tool's records only that of an undo counts what it processed.
+    if (record.metric(RunMetric::itemsProcessed)) {
+        freedBytes -= static_cast<double>(record.bytes().value_or(0));
+    } else {
+        freedBytes += record.metric(RunMetric::freedBytes).value_or(0);
+        last = std::move(record);
+    }
+}
+
 void OptimizeViewModel::readPast() {
     readingPast_.run(
         [stores = context_.runStores()](const Background::Task&) {
             Past past;
             for (RunRecord& record : stores.log.all())
-                if (record.toolID == rawValue(ScheduledAction::optimize)) {
-                    past.freedBytes += record.metric(RunMetric::freedBytes).value_or(0);
-                    past.last = std::move(record);
-                }
+                if (record.toolID == rawValue(ScheduledAction::optimize))
+                    past.add(std::move(record));
             if (past.last)
                 past.canUndo = vh::canUndo(stores.files.rows(past.last->id));
             return past;

@@ -40,7 +40,7 @@ class OptimizeViewModel : public QObject {
     Q_PROPERTY(QString lastText READ lastText NOTIFY pastChanged)
     Q_PROPERTY(QString lastOutcome READ lastOutcome NOTIFY pastChanged)
     Q_PROPERTY(QString lastSummary READ lastSummary NOTIFY pastChanged)
-    /// What all runs in the log have freed; empty while that is nothing.
+    /// What all runs in the log have freed, less what was put back; empty while that is nothing.
     Q_PROPERTY(QString freedText READ freedText NOTIFY pastChanged)
     /// Things of the last run lie in the Trash still.
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY pastChanged)
@@ -101,8 +101,10 @@ private:
     /// What the log knows of all runs.
     struct Past {
         std::optional<RunRecord> last;
-        double freedBytes = 0;
-        bool canUndo = false; ///< of the last run
+        double freedBytes = 0; ///< less what was put back
+        bool canUndo = false;  ///< of the last run
+
+        void add(RunRecord&& record);
     };
 
     automation::OptimizeRunner& runner();

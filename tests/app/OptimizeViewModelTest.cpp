@@ -65,6 +65,9 @@ TEST_F(Optimize, LooksWithoutTouchingThenCleansAndPutsBack) {
     model.undo();
     ASSERT_TRUE(waitFor([&] { return !model.isUndoing() && !model.canUndo(); }));
     EXPECT_TRUE(cacheIsThere());
+    EXPECT_EQ(desk.log().all().size(), 2U);
+    EXPECT_TRUE(waitFor([&] { return model.freedText().isEmpty(); })) << "what is back is not freed";
+    EXPECT_EQ(model.lastSummary(), model.line()) << "putting back is no run of the button";
 }
 
 TEST_F(Optimize, ShowsAProfileAndStepsOfWhichOneFails) {
