@@ -20,12 +20,15 @@ class AppContext;
 /// process leads. Main thread; goes before its context.
 class AutomationLife : public QObject {
     Q_OBJECT
-    /// What tasks and flows run in this process, and the one-button run, by title.
+    /// What runs in this process and is asked about before the window closes: tasks, flows, chores and the one-button
+    /// run, by title.
     Q_PROPERTY(QStringList running READ running NOTIFY changed)
 public:
     /// The job of the task that runs, and the tool of the jobs of flows, in the ActivityCenter.
     static constexpr QLatin1String schedulerKey{"scheduler"};
     static constexpr QLatin1String flowTool{"nodes"};
+    /// The tool of the jobs of chores.
+    static constexpr QLatin1String maintenanceTool{"maintenance"};
     /// The job of the one-button run, and its tool.
     static constexpr QLatin1String optimizeKey{"optimize"};
 

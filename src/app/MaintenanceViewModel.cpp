@@ -7,6 +7,7 @@
 #include "app/ActivityCenter.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
+#include "app/AutomationLife.h"
 #include "app/DayTexts.h"
 #include "app/Session.h"
 
@@ -17,7 +18,6 @@ namespace vh::app {
 
 namespace {
 
-constexpr std::string_view toolID = "maintenance";
 constexpr std::chrono::seconds tick{1};
 /// Opening a long log takes the main thread some tens of milliseconds; by then the first frame is there.
 constexpr std::chrono::milliseconds openLogDelay{100};
@@ -37,7 +37,9 @@ MaintenanceViewModel::~MaintenanceViewModel() = default;
 
 void MaintenanceViewModel::openLog() {
     readingLog_.run(
-        [&log = context_.session().runLog()](const Background::Task&) { return log.last(toolID); },
+        [&log = context_.session().runLog()](const Background::Task&) {
+            return log.last(AutomationLife::maintenanceTool.data());
+        },
         [this](std::future<std::optional<RunRecord>> last) {
             const auto record = last.get();
             if (!record || last_)
@@ -71,7 +73,8 @@ void MaintenanceViewModel::run(const QString& name) {
     notice_.clear();
     const QString title =
         context_.texts().text("maintenance-page.running.job", {{"task", titleOf(*task).toStdString()}});
-    const auto token = std::make_shared<JobToken>(context_.activity().beginToken(title, qtText(toolID)));
+    const auto token =
+        std::make_shared<JobToken>(context_.activity().beginToken(title, AutomationLife::maintenanceTool));
     working_.run(
         [this, task = *task, &log = context_.session().runLog(), texts = context_.texts().current(),
          token](const Background::Task& job) {

@@ -1,5 +1,6 @@
 #include "app/MaintenanceViewModel.h"
 
+#include "app/AutomationLife.h"
 #include "app/Desk.h"
 #include "app/ShellViewModel.h"
 
@@ -7,6 +8,7 @@ namespace vh::app::test {
 namespace {
 
 using helper::MaintenancePlan;
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 MaintenancePlan shell(const std::string& script) {
@@ -30,6 +32,7 @@ MaintenancePlan planOf(MaintenanceTask task) {
 struct Maintenance : testing::Test {
     Desk desk;
     ShellViewModel window{desk.context};
+    AutomationLife life{desk.context};
     MaintenanceViewModel model{
         desk.context, helper::MaintenanceWork(nullptr, {helper::MaintenanceSystem::linux, planOf, true})};
 
@@ -51,6 +54,8 @@ TEST_F(Maintenance, RunsATaskAndKeepsWhatItPrintedAndCameTo) {
     model.run("clear-font-caches");
     EXPECT_EQ(model.runningTitle(), "Rebuild font caches");
     EXPECT_EQ(window.busy()["maintenance"], 1);
+    EXPECT_THAT(life.running(), ElementsAre("Maintenance: Rebuild font caches"))
+        << "what closes the window asks";
     model.run("reset-quicklook");
     EXPECT_EQ(model.running(), "clear-font-caches") << "one at a time";
     ASSERT_TRUE(waitFor([&] { return model.running().isEmpty(); }));
