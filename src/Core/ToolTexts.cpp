@@ -6,7 +6,7 @@ namespace vh {
 
 namespace {
 
-/// English stands in the catalogue; the files hold the other languages only.
+/// English stands in the catalogue; its files hold only what is true on one system alone there.
 std::string translated(const Texts& texts, std::string_view english, const std::string& key) {
     return texts.has(key) ? texts.text(key) : std::string(english);
 }
