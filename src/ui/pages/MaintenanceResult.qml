@@ -35,11 +35,13 @@ Card {
         Label {
             id: title
             anchors.verticalCenter: parent.verticalCenter
+            width: Math.min(implicitWidth, parent.width - badge.width - time.width - 2 * Theme.space12)
             text: card.isRunning ? card.maintenance.runningTitle : card.run.taskTitle ?? ""
             font: Theme.strong
             Accessible.role: Accessible.Heading
         }
         Badge {
+            id: badge
             anchors.left: title.right
             anchors.leftMargin: title.text === "" ? 0 : Theme.space12
             anchors.verticalCenter: parent.verticalCenter
@@ -49,6 +51,7 @@ Card {
                 : card.maintenance.isStopping ? Tr.t("maintenance-page.stopping") : Tr.t("maintenance-page.running")
         }
         Label {
+            id: time
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             text: card.isRunning ? card.maintenance.elapsedText : card.run.timeText ?? ""
@@ -64,16 +67,35 @@ Card {
         text: card.isRunning ? "" : card.run.summary ?? ""
         wrapMode: Text.Wrap
     }
+    Bar {
+        anchors.top: head.bottom
+        anchors.topMargin: Theme.space8
+        width: parent.width
+        visible: head.visible && card.isRunning
+        value: -1
+        name: title.text
+    }
+    // Of a run from before this window only its summary is known.
+    Label {
+        anchors.top: summary.bottom
+        anchors.topMargin: Theme.space8
+        width: parent.width
+        visible: box.isKnown && !box.visible
+        text: Tr.t("maintenance-page.log.none")
+        color: Theme.second
+    }
     TextBox {
-        anchors.top: summary.visible ? summary.bottom : head.bottom
+        id: box
+        readonly property bool isKnown: head.visible && !card.isRunning && card.run.taskTitle !== ""
+
+        anchors.top: summary.bottom
         anchors.topMargin: Theme.space8
         anchors.bottom: parent.bottom
         width: parent.width
-        // Of a run from before this window only its summary is known.
-        visible: head.visible && !card.isRunning && card.run.taskTitle !== ""
+        visible: isKnown && text !== ""
         readOnly: true
         code: true
         name: Tr.t("maintenance-page.log")
-        text: card.maintenance.log === "" ? Tr.t("maintenance-page.log.none") : card.maintenance.log
+        text: card.maintenance.log
     }
 }

@@ -35,7 +35,9 @@ TableRow {
             Label {
                 id: title
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, parent.width - marks.width - state.width - 2 * Theme.space12)
+                // Room is kept for the state that comes.
+                width: Math.min(implicitWidth, parent.width - marks.width - 2 * Theme.space12
+                    - Math.max(state.width, Theme.fieldWidthMiddle - Theme.space24))
                 text: row.modelData.title
                 font: Theme.medium
                 color: row.isAbsent ? Theme.second : Theme.text
