@@ -116,7 +116,7 @@ Page {
             title: Tr.t("helper-setup.title")
 
             SettingsRow {
-                title: Tr.t("helper-setup.title")
+                title: Tr.t("helper-setup.settings.title")
                 line: Tr.t("helper-setup.line")
 
                 Button {
