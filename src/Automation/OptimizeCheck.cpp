@@ -1,7 +1,6 @@
 #include "Automation/OptimizeCheck.h"
 
 #include "Automation/TaskList.h"
-#include "Automation/TasksRun.h"
 #include "Core/ByteFormat.h"
 #include "Core/SuiteModule.h"
 #include "HelperKit/MaintenanceTexts.h"
@@ -56,7 +55,7 @@ void OptimizeCheck::lookAtTasks(const OptimizeProfile::Step& step) {
     for (const MaintenanceTask task : tasksOf(step.payload.at("tasks"))) {
         Check check = line(step.action, taskDetail(task, work.system(), texts_));
         check.title = taskTitle(task, work.system(), texts_);
-        if (needsHelper(work, task, texts_))
+        if (work.lacksOnlyHelper(task))
             check.detail = texts_.text("optimize.check.root-skipped");
         else if (const std::string hindrance = work.hindrance(task, texts_); !hindrance.empty())
             check.detail = hindrance;

@@ -1,7 +1,6 @@
 #include "Automation/OptimizeRun.h"
 
 #include "Automation/TaskList.h"
-#include "Automation/TasksRun.h"
 #include "Core/ByteFormat.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
@@ -85,7 +84,7 @@ void OptimizeRun::leaveOutRootTasks(Step& step) {
     std::vector<std::string> titles;
     const helper::MaintenanceWork work = parts_.world.maintenance();
     for (const MaintenanceTask task : tasksOf(step.payload.at("tasks")))
-        if (needsHelper(work, task, texts_))
+        if (work.lacksOnlyHelper(task))
             titles.push_back(taskTitle(task, work.system(), texts_));
         else
             left.push_back(task);

@@ -1,7 +1,6 @@
 #include "Automation/TasksRun.h"
 
 #include "Core/Printable.h"
-#include "HelperKit/HelperClient.h"
 #include "HelperKit/MaintenanceTexts.h"
 
 #include <fmt/ranges.h>
@@ -22,42 +21,31 @@ std::string lastOf(const std::string& output) {
 
 } // namespace
 
-bool needsHelper(const helper::MaintenanceWork& work, MaintenanceTask task, const Texts& texts) {
-    return work.planOf(task).isPossible() && !work.hindrance(task, texts).empty();
-}
-
 void TasksRun::run(const std::vector<MaintenanceTask>& tasks) {
     for (size_t i = 0; i < tasks.size() && !wasCancelled_; ++i) {
         control_.report(static_cast<double>(i) / static_cast<double>(tasks.size()),
                         taskTitle(tasks[i], work_.system(), texts_));
-        try {
-            control_.throwIfCancelled();
-            runOne(tasks[i]);
-        } catch (const Cancelled&) {
-            wasCancelled_ = true;
-        }
+        runOne(tasks[i]);
     }
 }
 
 void TasksRun::runOne(MaintenanceTask task) {
+    using enum helper::MaintenanceEnd::Kind;
     const std::string title = taskTitle(task, work_.system(), texts_);
-    if (needsHelper(work_, task, texts_)) {
+    if (work_.lacksOnlyHelper(task)) {
         needing_.push_back(title);
         return;
     }
-    if (const std::string hindrance = work_.hindrance(task, texts_); !hindrance.empty())
-        return fail(title, hindrance);
-    try {
-        const auto result = work_.run(task, control_.cancel);
-        if (!result.output.empty())
-            output_ += fmt::format("{}{}\n{}", output_.empty() ? "" : "\n", title, lastOf(result.output));
-        if (result.succeeded)
-            ++done_;
-        else
-            fail(title, failureSummary(task, work_.system(), texts_));
-    } catch (const helper::HelperClientError& error) {
-        fail(title, error.text(texts_));
-    }
+    const helper::MaintenanceEnd end = work_.run(task, texts_, control_.cancel);
+    if (!end.output.empty())
+        output_ += fmt::format("{}{}\n{}", output_.empty() ? "" : "\n", title, lastOf(end.output));
+    wasCancelled_ = end.kind == stopped || end.kind == leftToHelper;
+    if (end.kind == done)
+        ++done_;
+    else if (end.kind == failed)
+        fail(title, end.reason.empty() ? failureSummary(task, work_.system(), texts_) : end.reason);
+    else if (end.kind == leftToHelper)
+        left_ = texts_.text("maintenance.left-to-helper", {{"title", title}});
 }
 
 void TasksRun::fail(const std::string& title, const std::string& reason) {
@@ -82,7 +70,7 @@ std::string TasksRun::summary() const {
             {{"count", needing_.size()}, {"tasks", fmt::format("{}", fmt::join(needing_, ", "))}}));
     sentences.insert(sentences.end(), failures_.begin(), failures_.end());
     if (wasCancelled_)
-        sentences.push_back(texts_.text("scheduled-action.stopped"));
+        sentences.push_back(left_.empty() ? texts_.text("scheduled-action.stopped") : left_);
     return fmt::format("{}", fmt::join(sentences, " "));
 }
 
@@ -92,7 +80,10 @@ RunMetrics TasksRun::metrics() const {
 }
 
 RunDetails TasksRun::details() const {
-    return {{RunDetail::errors, joinList(failures_)}, {RunDetail::output, output_}};
+    std::vector<std::string> lines = failures_;
+    if (!left_.empty())
+        lines.push_back(left_);
+    return {{RunDetail::errors, joinList(lines)}, {RunDetail::output, output_}};
 }
 
 } // namespace vh::automation

@@ -10,9 +10,6 @@
 
 namespace vh::automation {
 
-/// Whether all that keeps a task from running is that the root helper is not ready.
-bool needsHelper(const helper::MaintenanceWork& work, MaintenanceTask task, const Texts& texts);
-
 /// Maintenance tasks, one after the other, without a person: one that cannot run or fails does not stop the others.
 class TasksRun {
 public:
@@ -37,6 +34,7 @@ private:
     size_t done_ = 0;
     std::vector<std::string> needing_;  ///< titles of those that wait for the helper
     std::vector<std::string> failures_; ///< lines
+    std::string left_;                  ///< a line on the task that goes on in the helper
     std::string output_;
     bool wasCancelled_ = false;
 };

@@ -6,6 +6,7 @@
 #include "HelperKit/HelperConnection.h"
 #include "HelperKit/HelperProtocol.h"
 #include "Platform/Blank.h"
+#include "Platform/ServiceHost.h"
 
 #include <map>
 #include <thread>
@@ -22,17 +23,20 @@ using Status = HelperRegistrationStatus;
 
 constexpr std::string_view registeredBuildKey = "helper.registeredBuild";
 
-/// How long each call may take, the typing of a password included.
+/// How long the work of each call may take.
 namespace limits {
 constexpr seconds ping{10};
 constexpr seconds removal{300};
 constexpr seconds sizing{300};
-constexpr seconds task{180};
-constexpr seconds slowTask{3600};
 constexpr seconds jobStart{30};
 constexpr seconds jobStatus{30};
 constexpr seconds install{3660};
 } // namespace limits
+
+/// Typing a password is no work: where the authority asks, the time that it gives a person comes on top.
+milliseconds deadlineOf(const ServiceMethod& method, milliseconds work) {
+    return method.action.empty() ? work : work + ServiceRules().authorityLimit;
+}
 
 bool mayRepeat(const ServiceMethod& method, Kind kind) {
     return method.name != methods::ping.name && (kind == Kind::connectionFailed || kind == Kind::timeout);
@@ -59,12 +63,12 @@ struct HelperClient::State {
     void setLastError(const std::string& text);
     void requireEnabled();
 
-    HelperConnection::Answer callOnce(const ServiceMethod& method, milliseconds timeout,
-                                      const ServiceValues& arguments);
-    HelperConnection::Answer call(const ServiceMethod& method, milliseconds timeout,
-                                  const ServiceValues& arguments);
-    Result callForResult(const ServiceMethod& method, milliseconds timeout, const ServiceValue& argument,
-                         Kind failure);
+    HelperConnection::Answer callOnce(const ServiceMethod& method, milliseconds work,
+                                      const ServiceValues& arguments, const CancelToken& cancel);
+    HelperConnection::Answer call(const ServiceMethod& method, milliseconds work,
+                                  const ServiceValues& arguments, const CancelToken& cancel = {});
+    Result callForResult(const ServiceMethod& method, milliseconds work, const ServiceValue& argument,
+                         Kind failure, const CancelToken& cancel = {});
 
     std::string ping();
     bool answers();
@@ -107,24 +111,29 @@ void HelperClient::State::requireEnabled() {
         throw HelperClientError::unavailable(now);
 }
 
-HelperConnection::Answer HelperClient::State::callOnce(const ServiceMethod& method, milliseconds timeout,
-                                                       const ServiceValues& arguments) {
-    return connection.call(method, world.limit ? world.limit(timeout) : timeout, arguments);
+HelperConnection::Answer HelperClient::State::callOnce(const ServiceMethod& method, milliseconds work,
+                                                       const ServiceValues& arguments,
+                                                       const CancelToken& cancel) {
+    const milliseconds deadline = deadlineOf(method, work);
+    return connection.call(method, world.limit ? world.limit(deadline) : deadline, arguments, cancel);
 }
 
-HelperConnection::Answer HelperClient::State::call(const ServiceMethod& method, milliseconds timeout,
-                                                   const ServiceValues& arguments) {
+HelperConnection::Answer HelperClient::State::call(const ServiceMethod& method, milliseconds work,
+                                                   const ServiceValues& arguments,
+                                                   const CancelToken& cancel) {
     requireEnabled();
     const unsigned repairsBefore = repairsSoFar();
     try {
-        return callOnce(method, timeout, arguments);
+        return callOnce(method, work, arguments, cancel);
     } catch (const HelperClientError& error) {
         if (!mayRepeat(method, error.kind))
             throw;
     }
     repairAfter(repairsBefore);
+    if (cancel.isCancelled())
+        throw LeftToHelper();
     try {
-        return callOnce(method, timeout, arguments);
+        return callOnce(method, work, arguments, cancel);
     } catch (const HelperClientError& error) {
         if (!mayRepeat(method, error.kind))
             throw;
@@ -132,9 +141,10 @@ HelperConnection::Answer HelperClient::State::call(const ServiceMethod& method, 
     }
 }
 
-Result HelperClient::State::callForResult(const ServiceMethod& method, milliseconds timeout,
-                                          const ServiceValue& argument, Kind failure) {
-    const ServiceValues values = call(method, timeout, {argument}).values;
+Result HelperClient::State::callForResult(const ServiceMethod& method, milliseconds work,
+                                          const ServiceValue& argument, Kind failure,
+                                          const CancelToken& cancel) {
+    const ServiceValues values = call(method, work, {argument}, cancel).values;
     Result result{std::get<bool>(values[0]), std::get<std::string>(values[1])};
     if (!result.succeeded && isBlank(result.output))
         throw HelperClientError(failure, std::string(method.name));
@@ -289,10 +299,9 @@ int64_t HelperClient::sizeOfAllowedDirectory(const std::string& path) {
     return std::get<int64_t>(answer.values[0]);
 }
 
-Result HelperClient::runMaintenanceTask(MaintenanceTask task) {
-    return state_->callForResult(methods::runMaintenanceTask,
-                                 isSlow(task, thisSystem()) ? limits::slowTask : limits::task,
-                                 std::string(rawValue(task)), Kind::taskFailed);
+Result HelperClient::runMaintenanceTask(MaintenanceTask task, const CancelToken& cancel) {
+    return state_->callForResult(methods::runMaintenanceTask, timeLimit(task, thisSystem()),
+                                 std::string(rawValue(task)), Kind::taskFailed, cancel);
 }
 
 std::string HelperClient::startDeviceJob(const DeviceJobSpec& spec) {

@@ -79,8 +79,8 @@ public:
     void removeAllowedItem(const std::string& path);
     int64_t sizeOfAllowedDirectory(const std::string& path);
     /// Of an answer that says no the output comes back, unless there is none; that is thrown as taskFailed or, by the
-    /// installations, as installFailed.
-    MaintenanceRunner::Result runMaintenanceTask(MaintenanceTask task);
+    /// installations, as installFailed. Throws LeftToHelper.
+    MaintenanceRunner::Result runMaintenanceTask(MaintenanceTask task, const CancelToken& cancel = {});
     /// The job lives as long as this object waits for it: until its status says that it is over.
     std::string startDeviceJob(const DeviceJobSpec& spec);
     DeviceJobStatus deviceJobStatus(const std::string& id);

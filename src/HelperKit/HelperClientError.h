@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/CancelToken.h"
 #include "Platform/ServiceRegistration.h"
 
 #include <stdexcept>
@@ -39,5 +40,8 @@ public:
 private:
     HelperClientError(Kind what, HelperRegistrationStatus registration, const std::string& said);
 };
+
+/// Thrown out of a call that was cancelled after it was sent: what the helper has begun goes on there to its end.
+class LeftToHelper : public Cancelled {};
 
 } // namespace vh::helper

@@ -49,7 +49,7 @@ void HelperConnection::dropIf(const std::shared_ptr<ServiceLink>& link) {
 
 HelperConnection::Answer HelperConnection::call(const ServiceMethod& method,
                                                 std::chrono::milliseconds timeout,
-                                                const ServiceValues& arguments) {
+                                                const ServiceValues& arguments, const CancelToken& cancel) {
     // Shared with ends that may come long after the caller has gone.
     const auto box = std::make_shared<OnceBox<End>>();
     std::shared_ptr<ServiceLink> link;
@@ -63,7 +63,11 @@ HelperConnection::Answer HelperConnection::call(const ServiceMethod& method,
     } catch (const std::exception& error) {
         box->end(Lost{error.what()});
     }
-    std::optional<End> end = box->wait(timeout);
+    std::optional<End> end = box->wait(timeout, cancel);
+    if (!end && cancel.isCancelled()) {
+        dropIf(link);
+        throw LeftToHelper();
+    }
     if (!end)
         throw HelperClientError(Kind::timeout, std::string(method.name));
     if (const auto* lost = std::get_if<Lost>(&*end)) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/CancelToken.h"
 #include "Platform/ServiceLink.h"
 
 #include <chrono>
@@ -21,10 +22,11 @@ public:
 
     explicit HelperConnection(OpenLink openLink) : openLink_(std::move(openLink)) {}
 
-    /// Of the reply, the link's loss and the deadline the first one counts. Throws HelperClientError: connectionFailed,
-    /// timeout, refused or badStatus.
+    /// Of the reply, the link's loss, the deadline and the cancel the first one counts. Throws HelperClientError:
+    /// connectionFailed, timeout, refused or badStatus; and LeftToHelper, after which a link that nobody else uses
+    /// closes, so that a call about which a person is still being asked is never begun.
     Answer call(const ServiceMethod& method, std::chrono::milliseconds timeout,
-                const ServiceValues& arguments);
+                const ServiceValues& arguments, const CancelToken& cancel = {});
     /// The next call opens another link. Calls under way keep theirs, so that none ends for the sake of another; a link
     /// without calls closes, and the helper stops what its peer waits for no more.
     void drop();

@@ -120,6 +120,10 @@ bool isSlow(MaintenanceTask task, MaintenanceSystem) {
     return rowOf(task).isSlow;
 }
 
+std::chrono::seconds timeLimit(MaintenanceTask task, MaintenanceSystem system) {
+    return std::chrono::seconds(isSlow(task, system) ? 3600 : 180);
+}
+
 std::vector<MaintenanceTask> listedTasks() {
     std::vector<MaintenanceTask> tasks;
     for (const MaintenanceTask task : allCases<MaintenanceTask>())

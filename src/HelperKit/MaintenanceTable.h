@@ -3,6 +3,7 @@
 #include "Core/Describe.h"
 #include "Core/MaintenanceTask.h"
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -58,6 +59,8 @@ MaintenancePlan maintenancePlan(MaintenanceTask task, MaintenanceSystem system,
 
 bool requiresRoot(MaintenanceTask task, MaintenanceSystem system);
 bool isSlow(MaintenanceTask task, MaintenanceSystem system);
+/// How long it may take for whoever waits for it.
+std::chrono::seconds timeLimit(MaintenanceTask task, MaintenanceSystem system);
 /// Every task but restartMac, which only recipes name.
 std::vector<MaintenanceTask> listedTasks();
 

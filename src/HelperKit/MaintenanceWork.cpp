@@ -6,13 +6,6 @@
 
 namespace vh::helper {
 
-namespace {
-
-constexpr std::chrono::seconds slowLimit{3600};
-constexpr std::chrono::seconds quickLimit{180};
-
-} // namespace
-
 MaintenanceWork::World MaintenanceWork::ofThisMachine() {
     return {thisSystem(),
             [](MaintenanceTask task) { return maintenancePlan(task, thisSystem(), factsOfThisMachine()); },
@@ -39,14 +32,32 @@ std::string MaintenanceWork::hindrance(MaintenanceTask task, const Texts& texts)
     return HelperClientError::unavailable(helper_ ? helper_->status() : helperStatus()).text(texts);
 }
 
-MaintenanceRunner::Result MaintenanceWork::run(MaintenanceTask task, const CancelToken& cancel) const {
+MaintenanceEnd MaintenanceWork::run(MaintenanceTask task, const Texts& texts,
+                                    const CancelToken& cancel) const {
+    using enum MaintenanceEnd::Kind;
+    try {
+        cancel.throwIfCancelled();
+        if (std::string reason = hindrance(task, texts); !reason.empty())
+            return {failed, std::move(reason), {}};
+        MaintenanceRunner::Result result = perform(task, cancel);
+        return {result.succeeded ? done : failed, {}, std::move(result.output)};
+    } catch (const LeftToHelper&) {
+        return {leftToHelper};
+    } catch (const Cancelled&) {
+        return {stopped};
+    } catch (const HelperClientError& error) {
+        return {failed, error.text(texts), {}};
+    } catch (const std::exception& error) {
+        return {failed, error.what(), {}};
+    }
+}
+
+MaintenanceRunner::Result MaintenanceWork::perform(MaintenanceTask task, const CancelToken& cancel) const {
     if (!goesToHelper(task))
-        return MaintenanceRunner::run(planOf(task), isSlow(task, world_.system) ? slowLimit : quickLimit,
-                                      cancel);
-    cancel.throwIfCancelled();
+        return MaintenanceRunner::run(planOf(task), timeLimit(task, world_.system), cancel);
     if (!helper_)
         throw HelperClientError::unavailable(HelperRegistrationStatus::notFound);
-    return helper_->runMaintenanceTask(task);
+    return helper_->runMaintenanceTask(task, cancel);
 }
 
 } // namespace vh::helper

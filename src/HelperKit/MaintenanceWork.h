@@ -15,6 +15,19 @@ namespace vh::helper {
 
 class HelperClient;
 
+/// How a task ended.
+struct MaintenanceEnd {
+    enum class Kind {
+        done,
+        failed,
+        stopped,
+        leftToHelper ///< nobody waits for it any more; what the helper has begun goes on there
+    };
+    Kind kind = Kind::failed;
+    std::string reason = {}; ///< of a failure, for people; empty when the output says it
+    std::string output = {}; ///< of its commands
+};
+
 /// Does tasks for a person: those that need root through the helper, all others in this process. A process that is the
 /// administrator's own does all of them itself: the helper would give it no right that it lacks, and a machine without
 /// a desktop need not have one. Blocks; any thread.
@@ -35,12 +48,17 @@ public:
     MaintenancePlan planOf(MaintenanceTask task) const { return world_.planOf(task); }
     /// Whether a task waits for a helper that is not there or not switched on.
     bool lacksHelper(MaintenanceTask task) const;
+    /// Whether that is all that keeps it from running.
+    bool lacksOnlyHelper(MaintenanceTask task) const {
+        return lacksHelper(task) && planOf(task).isPossible();
+    }
     /// Why a task cannot run here and now: a program or the helper is missing. Empty when it can. Starts nothing.
     std::string hindrance(MaintenanceTask task, const Texts& texts) const;
-    /// Throws HelperClientError and Cancelled. What the helper does goes on to its end when `cancel` is set.
-    MaintenanceRunner::Result run(MaintenanceTask task, const CancelToken& cancel = {}) const;
+    /// Never throws. One that cannot run here and now fails and starts nothing.
+    MaintenanceEnd run(MaintenanceTask task, const Texts& texts, const CancelToken& cancel = {}) const;
 
 private:
+    MaintenanceRunner::Result perform(MaintenanceTask task, const CancelToken& cancel) const;
     bool goesToHelper(MaintenanceTask task) const;
     HelperRegistrationStatus helperStatus() const;
 

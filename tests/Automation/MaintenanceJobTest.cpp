@@ -1,6 +1,9 @@
 #include "Automation/MaintenanceJob.h"
 
+#include "Automation/ScheduledActions.h"
 #include "Automation/TestWorld.h"
+#include "HelperKit/HelperClient.h"
+#include "support/FakeRootService.h"
 
 #include <gtest/gtest.h>
 
@@ -76,6 +79,36 @@ TEST(MaintenanceJob, StoppedItSaysSo) {
         runMaintenance(restartDock, work, world.log, Trigger::manual, Texts(Language::en), control);
     EXPECT_EQ(done.record.outcome, Outcome::cancelled);
     EXPECT_EQ(done.record.summary, "Restart panel: stopped before it was done.");
+}
+
+TEST(MaintenanceJob, WhatTheHelperHasBegunIsSaidToGoOn) {
+    const TempDir folder;
+    test::TestWorld world(folder.path());
+    vh::test::FakeRootService service;
+    helper::HelperClient client({.openLink = [&] { return service.open(); },
+                                 .registration = std::make_shared<vh::test::FakeRegistration>(),
+                                 .defaults = world.defaults,
+                                 .build = "1"});
+    world.world.maintenance = [&] {
+        return MaintenanceWork(&client, world.chores);
+    };
+    const std::string goesOn = "Drop memory caches: no longer waited for. What the privileged helper has "
+                               "begun of it goes on to its end.";
+    JobControl control;
+    service.on("RunMaintenanceTask", [&](const auto&) { control.cancel.cancel(); });
+    const auto done = runMaintenance(purgeMemory, world.world.maintenance(), world.log, Trigger::manual,
+                                     Texts(Language::en), control);
+    EXPECT_EQ(done.record.outcome, Outcome::cancelled);
+    EXPECT_EQ(done.record.summary, goesOn);
+
+    control = {};
+    const RunRecord record =
+        ScheduledActions(world.world)
+            .run(ScheduledAction::maintenance, {"maintenance", {{"tasks", "clear-font-caches,purge-memory"}}},
+                 control);
+    EXPECT_EQ(record.outcome, Outcome::cancelled);
+    EXPECT_EQ(record.summary, "1 task done. " + goesOn);
+    EXPECT_EQ(record.detail(RunDetail::errors), goesOn);
 }
 
 } // namespace

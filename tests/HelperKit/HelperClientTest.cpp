@@ -30,14 +30,15 @@ struct Side {
     UserDefaults defaults{folder / "defaults.json"};
     FakeRootService service;
     std::shared_ptr<test::FakeRegistration> registration = std::make_shared<test::FakeRegistration>();
-    std::chrono::milliseconds limit = 20ms;
+    std::chrono::milliseconds limit = 20ms, asked = 0ms;
     HelperClient client{{.openLink = [this] { return service.open(); },
                          .registration = registration,
                          .defaults = defaults,
                          .build = "2",
                          .repairPause = 0ms,
                          .limit =
-                             [this](auto) {
+                             [this](auto deadline) {
+                                 asked = deadline;
                                  return limit;
                              }}};
 
@@ -140,6 +141,34 @@ TEST(HelperClient, ACallThatFailsIsRepairedWithoutAskingAndRepeatedOnce) {
         EXPECT_EQ(side.registration->added, each.added);
         EXPECT_EQ(side.registration->removed, each.added);
     }
+}
+
+TEST(HelperClient, ACancelledCallIsLeftToTheHelperAtOnceAndNotMadeAgain) {
+    for (const bool isLost : {false, true}) {
+        Side side;
+        side.limit = 1h;
+        const CancelToken cancel;
+        side.service.on("Ping", pong).on("RunMaintenanceTask", [&](const Ends& ends) {
+            cancel.cancel();
+            if (isLost)
+                ends.lost("killed");
+        });
+        EXPECT_THROW(side.client.runMaintenanceTask(MaintenanceTask::flushDNS, cancel), LeftToHelper);
+        EXPECT_EQ(side.service.calls("RunMaintenanceTask"), 1);
+        EXPECT_EQ(side.service.links(), isLost ? 1 : 0) << "it closes, so that nobody is asked any longer";
+    }
+}
+
+TEST(HelperClient, TheTimeForAPasswordComesOnTopOfThatForTheWork) {
+    Side side;
+    side.limit = 10s;
+    side.service.on("Ping", pong).on("RunMaintenanceTask", done);
+    side.client.ping();
+    EXPECT_EQ(side.asked, 10s);
+    side.client.runMaintenanceTask(MaintenanceTask::flushDNS);
+    EXPECT_EQ(side.asked, 180s + 2min);
+    side.client.runMaintenanceTask(MaintenanceTask::downloadUpdates);
+    EXPECT_EQ(side.asked, 3600s + 2min);
 }
 
 TEST(HelperClient, APingIsNeverRepeatedAndAnswersNothingWhenItFails) {
