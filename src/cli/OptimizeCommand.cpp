@@ -123,7 +123,7 @@ private:
     void sayEnd(const OptimizeRunner::Step& step) {
         print(titleOf(step.action, texts_) + texts_.text("common.colon") + printable(step.text) + "\n");
         for (const std::string& detail : step.details)
-            if (detail != step.text)
+            if (step.text.find(detail) == std::string::npos)
                 print("  " + printable(detail) + "\n");
     }
 
@@ -175,11 +175,13 @@ std::vector<std::string> tasksOf(const std::string& list, const Texts& texts) {
     for (std::string_view rest = list; !isBlank(rest);) {
         const size_t comma = std::min(rest.find(','), rest.size());
         const std::string name(trimmed(rest.substr(0, comma)));
+        rest.remove_prefix(std::min(comma + 1, rest.size()));
+        if (name.empty())
+            continue;
         const auto task = fromRaw<MaintenanceTask>(name);
         if (!task || !std::ranges::count(offered, *task))
             throw UsageError(texts.text("cli.optimize.no-task", {{"task", printable(name)}}));
         names.push_back(name);
-        rest.remove_prefix(std::min(comma + 1, rest.size()));
     }
     return names;
 }
