@@ -4,6 +4,7 @@
 #include "HelperKit/DeviceImage.h"
 #include "HelperKit/HelperServiceError.h"
 
+#include <algorithm>
 #include <list>
 #include <mutex>
 #include <thread>
@@ -18,12 +19,14 @@ constexpr size_t mostRemembered = 64;
 
 struct Job {
     std::string id;
+    uint32_t owner;
     std::string connection;
-    std::unique_ptr<DeviceImage> image;
-    CancelToken cancel;
-    std::thread thread;
+    std::string destination;
+    std::unique_ptr<DeviceImage> image = nullptr; ///< nothing while both ends are being opened
+    CancelToken cancel = {};
+    std::thread thread = {};
 
-    bool isOver() const { return image->status().isOver(); }
+    DeviceJobStatus status() const { return image ? image->status() : DeviceJobStatus(); }
 };
 
 } // namespace
@@ -32,21 +35,24 @@ struct DeviceJobRunner::State {
     mutable std::mutex mutex;
     std::list<Job> jobs; ///< oldest first
 
-    Job* find(const std::string& id) {
+    /// Of another user's jobs nobody learns.
+    Job* find(const std::string& id, uint32_t owner) {
         for (Job& job : jobs)
-            if (job.id == id)
+            if (job.id == id && job.owner == owner)
                 return &job;
         return nullptr;
     }
     size_t running() const {
-        size_t count = 0;
-        for (const Job& job : jobs)
-            count += job.isOver() ? 0 : 1;
-        return count;
+        return size_t(std::ranges::count_if(jobs, [](const Job& job) { return !job.status().isOver(); }));
+    }
+    /// Two that write one file would each take the other's part away.
+    bool isWriting(const std::string& destination) const {
+        return std::ranges::any_of(
+            jobs, [&](const Job& job) { return job.destination == destination && !job.status().isOver(); });
     }
     void forgetOldest() {
         for (auto job = jobs.begin(); job != jobs.end() && jobs.size() >= mostRemembered;)
-            if (job->isOver()) {
+            if (job->status().isOver()) {
                 job->thread.join();
                 job = jobs.erase(job);
             } else {
@@ -65,35 +71,40 @@ DeviceJobRunner::~DeviceJobRunner() {
 }
 
 std::string DeviceJobRunner::start(const DeviceJobSpec& spec, uint32_t owner, const std::string& connection) {
-    std::unique_ptr<DeviceImage> image;
-    try {
-        image = std::make_unique<DeviceImage>(spec, owner);
-    } catch (const std::exception& error) {
-        throw HelperServiceError::badJobSpec(error.what());
-    }
-    const std::lock_guard guard(state_->mutex);
+    std::unique_lock lock(state_->mutex);
     if (state_->running() >= mostRunning)
         throw HelperServiceError::badJobSpec("too many are running already");
+    if (state_->isWriting(spec.destination))
+        throw HelperServiceError::badJobSpec(spec.destination + " is being written already");
     state_->forgetOldest();
-    Job& job = state_->jobs.emplace_back();
-    job.id = Uuid::random().text();
-    job.connection = connection;
-    job.image = std::move(image);
-    job.thread = std::thread([&job] { job.image->make(job.cancel); });
-    return job.id;
+    const auto job = state_->jobs.insert(state_->jobs.end(),
+                                         Job{Uuid::random().text(), owner, connection, spec.destination});
+    lock.unlock();
+    try {
+        auto image = std::make_unique<DeviceImage>(spec, owner);
+        lock.lock();
+        job->image = std::move(image);
+        job->thread = std::thread([&job = *job] { job.image->make(job.cancel); });
+        return job->id;
+    } catch (const std::exception& error) {
+        if (!lock.owns_lock())
+            lock.lock();
+        state_->jobs.erase(job);
+        throw HelperServiceError::badJobSpec(error.what());
+    }
 }
 
-DeviceJobStatus DeviceJobRunner::status(const std::string& id) const {
+DeviceJobStatus DeviceJobRunner::status(const std::string& id, uint32_t owner) const {
     const std::lock_guard guard(state_->mutex);
-    if (const Job* job = state_->find(id))
-        return job->image->status();
+    if (const Job* job = state_->find(id, owner))
+        return job->status();
     throw HelperServiceError::unknownJob(id);
 }
 
-bool DeviceJobRunner::cancel(const std::string& id) {
+bool DeviceJobRunner::cancel(const std::string& id, uint32_t owner) {
     const std::lock_guard guard(state_->mutex);
-    Job* const job = state_->find(id);
-    if (job == nullptr || job->isOver())
+    Job* const job = state_->find(id, owner);
+    if (job == nullptr || job->status().isOver())
         return false;
     job->cancel.cancel();
     return true;

@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace vh::helper {
@@ -19,12 +18,12 @@ public:
     DeviceJobRunner& operator=(const DeviceJobRunner&) = delete;
 
     /// Starts a job and gives its identifier. The destination is opened with the rights of user `owner` alone, and is
-    /// his. Throws HelperServiceError (badJobSpec) for what is refused before anything is opened.
+    /// his. Throws HelperServiceError (badJobSpec); nothing is left then.
     std::string start(const DeviceJobSpec& spec, uint32_t owner, const std::string& connection);
-    /// Throws HelperServiceError (unknownJob).
-    DeviceJobStatus status(const std::string& id) const;
-    /// Whether there was a job to cancel. The partial image goes.
-    bool cancel(const std::string& id);
+    /// Throws HelperServiceError (unknownJob), also for the job of a user other than `owner`.
+    DeviceJobStatus status(const std::string& id, uint32_t owner) const;
+    /// Whether that user had such a job to cancel. The partial image goes.
+    bool cancel(const std::string& id, uint32_t owner);
     /// The peer has left: its jobs have nobody to tell.
     void cancelAllOf(const std::string& connection);
     bool isBusy() const;

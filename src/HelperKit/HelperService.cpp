@@ -53,26 +53,31 @@ GuardedFolder openFound(const std::string& path) {
     }
 }
 
-/// In a folder that all users share, such as the temporary one, a peer's things are those that lie under their own.
-void requireOwn(const GuardedFolder& root, std::string_view rest, uint32_t user, const std::string& path) {
-    const auto first = root.statusOf(std::string(rest.substr(0, rest.find('/'))));
-    if (first && root.isShared() && first->owner != user)
-        throw HelperServiceError::denied(path);
-}
-
-/// The root is the system's affair; below it no link leads on.
+/// The root is the system's affair; below it no link leads on. In a root that all users share, such as the temporary
+/// folder, a peer's things are those that lie under their own.
 HeldItem heldItem(const HelperPathPolicy::Place& place, uint32_t user) {
     try {
         const GuardedFolder root = openFound(place.root);
+        const auto requireOwn = [&](const FileStatus& first) {
+            if (root.isShared() && first.owner != user)
+                throw HelperServiceError::denied(place.path);
+        };
         const std::string_view rest = relativePath(place);
-        requireOwn(root, rest, user, place.path);
-        const size_t slash = rest.rfind('/');
-        std::string name(rest.substr(slash + 1));
-        GuardedFolder folder = root.below(slash == std::string_view::npos ? "" : rest.substr(0, slash));
+        const size_t first = rest.find('/'), last = rest.rfind('/');
+        const bool isDirect = first == std::string_view::npos;
+        GuardedFolder folder = root.below(isDirect ? "" : rest.substr(0, first));
+        if (!isDirect) {
+            requireOwn(folder.status()); // of what is open, not of what had the name before
+            folder = folder.below(rest.substr(first, last - first));
+        }
         if (!folder.isOnVolumeOf(root))
             throw SystemError(folder.path(), "Another volume is mounted here");
-        if (const auto status = folder.statusOf(name))
+        std::string name(rest.substr(last + 1));
+        if (const auto status = folder.statusOf(name)) {
+            if (isDirect)
+                requireOwn(*status);
             return {std::move(folder), std::move(name), *status};
+        }
     } catch (const SystemError& error) {
         if (!isMissing(error))
             throw;
@@ -87,10 +92,7 @@ HelperService::World HelperService::ofThisMachine() {
                 return HelperPathPolicy{HelperPathPolicy::userSpaceAllowlist(Folders::ofUser(user)),
                                         HelperPathPolicy::defaultDeniedBasenames()};
             },
-            planOfThisMachine,
-            [](MaintenanceTask task) {
-                return helper::requiresRoot(task, thisSystem());
-            },
+            planOfThisMachine, [](MaintenanceTask task) { return helper::requiresRoot(task, thisSystem()); },
             InstallWorld::ofThisMachine()};
 }
 
@@ -153,6 +155,9 @@ void HelperService::removeApplication(const std::string& path) const {
 DeviceJobSpec HelperService::checkDeviceJob(const std::string& json, uint32_t user) {
     try {
         auto spec = decodeJson<DeviceJobSpec>(json);
+        if (!spec.device.starts_with("/dev/") || normalisedPath(spec.device) != spec.device)
+            throw std::runtime_error(spec.device + " is not a disk");
+        spec.destination = normalisedPath(spec.destination);
         if (!isImagePath(spec.destination, Folders::ofUser(user).home, thisSystem()))
             throw std::runtime_error("an image may not be written to " + spec.destination);
         return spec;

@@ -12,7 +12,7 @@ namespace vh::helper {
 namespace {
 
 constexpr std::chrono::seconds grace{5};
-/// Of each command; nobody reads more, and it has to cross the helper's connection.
+/// Of each command; nobody reads more.
 constexpr size_t mostOutputBytes = 1u << 20;
 constexpr int notStarted = -1;
 /// As shells count, so that no signal looks like a status of the program's own.
@@ -22,6 +22,13 @@ constexpr int signalBase = 128;
 bool passes(const MaintenanceCommand& command, int status) {
     return status == 0 || (status == 1 && command.executable.ends_with("/killall")) ||
            std::ranges::find(command.alsoPasses, status) != command.alsoPasses.end();
+}
+
+/// Of a program's output; nothing stands for zero bytes, as at a terminal.
+std::string textOf(std::string_view output) {
+    std::string text = validText(trimmed(output));
+    std::erase(text, '\0');
+    return text;
 }
 
 void append(std::string& log, std::string_view text) {
@@ -67,7 +74,7 @@ MaintenanceRunner::execute(const MaintenanceCommand& command, std::chrono::milli
         if (result.end == ProcessEnd::cancelled)
             throw Cancelled();
         const int status = result.end == ProcessEnd::signalled ? signalBase + result.status : result.status;
-        return {status, validText(trimmed(result.output)), result.end == ProcessEnd::timedOut};
+        return {status, textOf(result.output), result.end == ProcessEnd::timedOut};
     } catch (const SystemError& error) {
         return {notStarted, validText(error.what()), false};
     }

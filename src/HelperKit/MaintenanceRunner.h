@@ -16,7 +16,7 @@ public:
     struct Result {
         bool succeeded = false;
         std::string
-            output; ///< of all commands, UTF-8, bounded; how it ended stands last when it did not succeed
+            output; ///< of all commands, UTF-8 without zero bytes, bounded; how it ended stands last when it did not succeed
     };
     struct Execution {
         int status = -1; ///< -1 when it could not be started

@@ -22,8 +22,18 @@ const std::string& bytes(const ServiceCall& call) {
     return std::get<ServiceBytes>(call.arguments.at(0)).bytes;
 }
 
+/// Of what is longer than crosses the connection, the end: it tells how the work ended.
+std::string lastOf(std::string text) {
+    if (text.size() <= mostServiceBytes)
+        return text;
+    size_t from = text.size() - mostServiceBytes;
+    while ((text[from] & 0xC0) == 0x80) // the rest of a character that was cut
+        ++from;
+    return text.substr(from);
+}
+
 ServiceValues values(MaintenanceRunner::Result result) {
-    return {result.succeeded, std::move(result.output)};
+    return {result.succeeded, lastOf(std::move(result.output))};
 }
 
 using Check = void (*)(const HelperService& service, const ServiceCall& call);
@@ -87,11 +97,12 @@ const std::array deviceRoads{
          }},
     Road{methods::deviceJobStatus.name, nothingToCheck,
          [](HelperService& service, const ServiceCall& call, const CancelToken&) {
-             return ServiceValues{ServiceBytes{encodeJson(service.jobs().status(text(call)))}};
+             return ServiceValues{
+                 ServiceBytes{encodeJson(service.jobs().status(text(call), call.peer.userID))}};
          }},
     Road{methods::cancelDeviceJob.name, nothingToCheck,
          [](HelperService& service, const ServiceCall& call, const CancelToken&) {
-             return ServiceValues{service.jobs().cancel(text(call))};
+             return ServiceValues{service.jobs().cancel(text(call), call.peer.userID)};
          }},
 };
 

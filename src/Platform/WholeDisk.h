@@ -9,7 +9,7 @@ namespace vh {
 
 class FileDescriptor;
 
-/// A whole disk, open for reading, that nobody else uses. One thread at a time.
+/// A whole disk, open for reading, that nobody else uses, and that nobody can mount meanwhile. One thread at a time.
 class WholeDisk {
 public:
     /// `device` is its node, such as "/dev/sdb". Throws std::runtime_error that says why it is refused: no disk but a

@@ -59,8 +59,8 @@ protected:
         return "started";
     }
     DeviceJobStatus endOf(const std::string& id) {
-        test::waitUntil("the job is over", [&] { return runner.status(id).isOver(); });
-        return runner.status(id);
+        test::waitUntil("the job is over", [&] { return runner.status(id, games).isOver(); });
+        return runner.status(id, games);
     }
 
     const std::string content = contentOf((9 << 20) + 512);
@@ -73,7 +73,8 @@ protected:
 } // namespace
 
 TEST_F(DeviceJob, MakesAnImageThatBelongsToWhoAsked) {
-    const DeviceJobStatus status = endOf(runner.start(spec(image), games, ":1.1"));
+    const std::string id = runner.start(spec(image), games, ":1.1");
+    const DeviceJobStatus status = endOf(id);
     EXPECT_EQ(status.phase, DeviceJobPhase::done) << status.error;
     EXPECT_EQ(status.bytesDone, static_cast<int64_t>(content.size()));
     EXPECT_EQ(status.badBlocks, 0);
@@ -81,7 +82,9 @@ TEST_F(DeviceJob, MakesAnImageThatBelongsToWhoAsked) {
     EXPECT_EQ(status.sha256, sha256Of(image));
     EXPECT_EQ(statusOf(image)->owner, games);
     EXPECT_EQ(std::distance(fs::directory_iterator(folder / "theirs"), {}), 1);
-    EXPECT_THROW(static_cast<void>(runner.status("another")), HelperServiceError);
+    EXPECT_THROW(static_cast<void>(runner.status("another", games)), HelperServiceError);
+    EXPECT_THROW(static_cast<void>(runner.status(id, games + 1)), HelperServiceError);
+    EXPECT_NO_THROW(WholeDisk{disk.device()}) << "it is held no longer";
 }
 
 TEST_F(DeviceJob, CountsWhatCannotBeReadAndPutsZerosThere) {
@@ -112,6 +115,10 @@ TEST_F(DeviceJob, RefusesWhatIsNoWholeUnusedDisk) {
     EXPECT_EQ(refusal(spec(image), root),
               "Bad device job: " + disk.device() + " is mounted at " + (folder / "mounted"));
     LoopDisk::run({"umount", folder / "mounted"});
+    {
+        const WholeDisk held(disk.device());
+        EXPECT_THAT(refusal(spec(image), root), HasSubstr("busy"));
+    }
     DeviceJobSpec other = spec(image);
     for (const auto& [device, why] : std::map<std::string, std::string>{{folder / "file", "is not a disk"},
                                                                         {"/dev/null", "is not a disk"},
@@ -127,10 +134,11 @@ TEST_F(DeviceJob, WritesOnlyWhereThePersonMay) {
               "Bad device job: " + (folder / "not-theirs.img") + ": Permission denied");
     writeFileAtomically(image, "mine");
     EXPECT_EQ(refusal(spec(image), games), "Bad device job: " + image + " exists already");
-    // A link leads only to where its owner could write anyway.
+    // Not even for root, whose rights would let it write there.
     fs::create_directory(folder / "victim");
     fs::create_directory_symlink(folder / "victim", folder / "theirs/way");
-    EXPECT_THAT(refusal(spec(folder / "theirs/way/x.img"), games), HasSubstr("Permission denied"));
+    for (const uint32_t user : {games, root})
+        EXPECT_THAT(refusal(spec(folder / "theirs/way/x.img"), user), HasSubstr("link that is not followed"));
     fs::create_symlink(folder / "victim/y.img", folder / "theirs/y.img");
     EXPECT_THAT(refusal(spec(folder / "theirs/y.img"), games), HasSubstr("exists already"));
     EXPECT_TRUE(fs::is_empty(folder / "victim"));
@@ -144,7 +152,7 @@ TEST_F(DeviceJob, LeavesNothingWhenItIsStoppedOrTheDiskIsFull) {
     const DeviceJobStatus stopped = endOf(id);
     EXPECT_TRUE(stopped.phase == DeviceJobPhase::cancelled || stopped.phase == DeviceJobPhase::done);
     EXPECT_EQ(fs::exists(image), stopped.phase == DeviceJobPhase::done);
-    EXPECT_FALSE(runner.cancel(id));
+    EXPECT_FALSE(runner.cancel(id, games));
 
     const test::TmpfsMount small(10 << 20);
     ASSERT_TRUE(small);

@@ -227,6 +227,16 @@ TEST(PeerScopedHelper, runsTheTasksThatNeedRootAndNoOthers) {
     EXPECT_EQ(run("flush-dns"), "yes");
     peer.chore = "exit 3";
     EXPECT_EQ(run("flush-dns"), "no");
+    // More than crosses the connection, and what no text may hold.
+    peer.chore = "head -c 3000000 /dev/zero | tr '\\0' '\\377'; exit 3";
+    const ServiceReply reply = peer.begin(methods::runMaintenanceTask, {std::string("flush-dns")}).get();
+    const auto& output = std::get<std::string>(std::get<ServiceValues>(reply).at(1));
+    EXPECT_LE(output.size(), mostServiceBytes);
+    EXPECT_TRUE(output.ends_with("\uFFFD\nexit 3"));
+    peer.chore = "printf 'a\\0b'; false";
+    EXPECT_EQ(
+        std::get<ServiceValues>(peer.begin(methods::runMaintenanceTask, {std::string("flush-dns")}).get()),
+        (ServiceValues{false, std::string("ab\nexit 1")}));
 }
 
 TEST(PeerScopedHelper, endsWhatItBeganForAPeerThatLeft) {

@@ -16,10 +16,15 @@ namespace vh {
 
 namespace {
 
+#ifdef SYS_setgroups32
+constexpr long setgroupsNumber = SYS_setgroups32; // the other one takes groups of 16 bits here
+#else
+constexpr long setgroupsNumber = SYS_setgroups;
+#endif
+
 /// The library's call would change all threads.
-void setGroupsOfThread(const std::vector<gid_t>& groups, const std::string& who) {
-    if (::syscall(SYS_setgroups, groups.size(), groups.data()) != 0)
-        throwErrno(who);
+bool setGroupsOfThread(const std::vector<gid_t>& groups) {
+    return ::syscall(setgroupsNumber, groups.size(), groups.data()) == 0;
 }
 
 std::vector<gid_t> groupsOfProcess() {
@@ -39,7 +44,12 @@ bool become(uid_t user, gid_t group) {
 } // namespace
 
 struct FileRights::Before {
-    std::vector<gid_t> groups;
+    std::vector<gid_t> groups = groupsOfProcess();
+
+    ~Before() {
+        if (!become(::geteuid(), ::getegid()) || !setGroupsOfThread(groups))
+            std::abort(); // a thread that goes on as somebody else would be worse
+    }
 };
 
 FileRights::FileRights(uint32_t user) {
@@ -56,23 +66,14 @@ FileRights::FileRights(uint32_t user) {
     if (::getgrouplist(entry.pw_name, entry.pw_gid, groups.data(), &count) < 0)
         throw SystemError(who, "Too many groups");
     groups.resize(static_cast<size_t>(count));
-    auto before = std::make_unique<Before>(Before{groupsOfProcess()});
-    setGroupsOfThread(groups, who);
-    before_ = std::move(before);
-    if (!become(user, entry.pw_gid)) {
-        setGroupsOfThread(before_->groups, who);
-        become(::geteuid(), ::getegid());
+    auto before = std::make_unique<Before>();
+    if (!setGroupsOfThread(groups))
+        throwErrno(who);
+    if (!become(user, entry.pw_gid))
         throw SystemError(EPERM, who);
-    }
+    before_ = std::move(before);
 }
 
-FileRights::~FileRights() {
-    if (!before_)
-        return;
-    const bool isBack = become(::geteuid(), ::getegid()) &&
-                        ::syscall(SYS_setgroups, before_->groups.size(), before_->groups.data()) == 0;
-    if (!isBack)
-        std::abort(); // a thread that goes on as somebody else would be worse
-}
+FileRights::~FileRights() = default;
 
 } // namespace vh

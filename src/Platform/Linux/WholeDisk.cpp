@@ -80,19 +80,27 @@ void refuseWhatIsUsed(const std::string& device, uint64_t disk) {
     }
 }
 
+/// While it is open like this, the kernel lets nobody mount it or build upon it.
+FileDescriptor claim(const FileDescriptor& node, const std::string& device) {
+    const std::string same = fmt::format("/proc/self/fd/{}", node.get());
+    FileDescriptor file = openAt(AT_FDCWD, same, O_RDONLY | O_EXCL | O_NONBLOCK);
+    if (!file)
+        throwErrno(device);
+    return file;
+}
+
 } // namespace
 
 WholeDisk::WholeDisk(const std::string& device) : device_(device) {
-    file_ = std::make_unique<FileDescriptor>(
-        openAt(AT_FDCWD, device, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
-    if (!*file_)
-        throwErrno(device);
-    const struct stat status = statusOfOpen(*file_, device);
+    // Only looked at before it is known to be a disk: some devices begin to work when they are opened.
+    const FileDescriptor node = openPath(device, O_PATH | O_NOFOLLOW);
+    const struct stat status = statusOfOpen(node, device);
     if (!S_ISBLK(status.st_mode))
         throw std::runtime_error(device + " is not a disk");
     if (std::error_code error; fs::exists(kernelFolderOf(status.st_rdev) / "partition", error))
         throw std::runtime_error(device + " is a part of a disk");
     refuseWhatIsUsed(device, status.st_rdev);
+    file_ = std::make_unique<FileDescriptor>(claim(node, device));
     uint64_t bytes = 0;
     if (::ioctl(file_->get(), BLKGETSIZE64, &bytes) != 0)
         throwErrno(device);
@@ -121,7 +129,8 @@ size_t WholeDisk::readAt(int64_t offset, std::span<char> block) const {
 }
 
 void WholeDisk::forgetUpTo(int64_t offset) const {
-    ::posix_fadvise(file_->get(), 0, offset, POSIX_FADV_DONTNEED);
+    if (offset > 0) // 0 would be all of it
+        ::posix_fadvise(file_->get(), 0, offset, POSIX_FADV_DONTNEED);
 }
 
 } // namespace vh
