@@ -41,7 +41,11 @@ void requireOwnerless(const InstallWorld& world, const HandedItem& item, const s
     for (const MaintenanceCommand& query : AppRemovalPolicy::ownerQueries(path, children)) {
         if (!world.hasProgram(query.executable))
             continue;
-        if (const std::string owner = AppRemovalPolicy::ownerIn(world.ask(query)); !owner.empty())
+        const MaintenanceRunner::Execution answer = world.ask(query);
+        if (answer.timedOut || answer.status < 0)
+            throw HelperServiceError("failed", "Whether a package owns " + path +
+                                                   " could not be asked: " + answer.output);
+        if (const std::string owner = AppRemovalPolicy::ownerIn(answer); !owner.empty())
             throw HelperServiceError("ofAPackage", path + " belongs to the package " + owner +
                                                        "; remove that with the package manager.");
     }
