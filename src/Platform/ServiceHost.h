@@ -36,7 +36,8 @@ public:
     virtual std::optional<ServiceRefusal> check(const ServiceCall& call) = 0;
     /// Does it and answers once; returns soon.
     virtual void perform(ServiceCall call, Answer answer) = 0;
-    /// The peer has left: its answers go nowhere. Comes once for each peer that called.
+    /// The peer has left: its answers go nowhere. Comes once for each peer that called, and again after each call that
+    /// was still being performed then, since that may have begun something.
     virtual void peerGone(const ServicePeer& peer) = 0;
 };
 

@@ -47,9 +47,12 @@ void serve(std::chrono::milliseconds idleLimit) {
         isLost = true;
         loop.stop();
     });
+    bool wasBusy = false;
     auto watch = loop.every(idleLimit, [&] {
-        if (!calls.wereSinceLastLook() && !host->isBusy() && !helper.isBusy())
+        const bool isBusy = calls.wereSinceLastLook() || host->isBusy() || helper.isBusy();
+        if (!isBusy && !wasBusy) // what came of a device job can be asked for a while
             loop.stop();
+        wasBusy = isBusy;
     });
     loop.run(asked);
     if (isLost)

@@ -222,6 +222,7 @@ TEST_F(ServiceTest, APeerThatLeavesInTheMiddleIsNotAnswered) {
     handler_.hanging.front()(ServiceValues{});
     handler_.hanging.front()(ServiceValues{}); // a second answer does nothing
     loop_.waitUntil("the work has ended", [&] { return !host_->isBusy(); });
+    EXPECT_EQ(handler_.gone.size(), 2u) << "it is said again: the work may have begun more";
     host_.reset();
     handler_.hanging.front()(ServiceValues{}); // nor does one to a host that is gone
 }

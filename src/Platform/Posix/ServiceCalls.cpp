@@ -104,8 +104,12 @@ void ServiceCalls::perform(uint64_t id) {
 /// Answers a call and lets it go; a second answer finds none.
 void ServiceCalls::finish(uint64_t id, const ServiceReply& reply) {
     const auto node = calls_.extract(id);
-    if (!node.empty() && node.mapped().send)
+    if (node.empty())
+        return;
+    if (node.mapped().send)
         node.mapped().send(reply);
+    else
+        handler_.peerGone(node.mapped().peer);
 }
 
 void ServiceCalls::forget(const ServicePeer& peer) {
