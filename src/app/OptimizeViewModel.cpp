@@ -72,6 +72,11 @@ std::optional<Outcome> outcomeOf(StepState state) {
     }
 }
 
+/// Of this tool's records only that of an undo counts what it processed.
+bool isUndo(const RunRecord& record) {
+    return record.metric(RunMetric::itemsProcessed).has_value();
+}
+
 std::string_view stateKey(StepState state) {
     switch (state) {
     case StepState::pending:
@@ -118,8 +123,7 @@ void OptimizeViewModel::openLog() {
 }
 
 void OptimizeViewModel::Past::add(RunRecord&& record) {
-    // Of this tool's records only that of an undo counts what it processed.
-    if (record.metric(RunMetric::itemsProcessed)) {
+    if (isUndo(record)) {
         freedBytes -= static_cast<double>(record.bytes().value_or(0));
     } else {
         freedBytes += record.metric(RunMetric::freedBytes).value_or(0);
@@ -320,8 +324,8 @@ QString OptimizeViewModel::elapsedText() const {
 
 const RunRecord* OptimizeViewModel::last() const {
     // The log also knows runs of other processes, the runner those that could not be logged.
-    const bool isNewer =
-        state_.lastRecord && (!past_.last || past_.last->startedAt < state_.lastRecord->startedAt);
+    const bool isNewer = state_.lastRecord && !isUndo(*state_.lastRecord) &&
+                         (!past_.last || past_.last->startedAt < state_.lastRecord->startedAt);
     return isNewer ? &*state_.lastRecord : past_.last ? &*past_.last : nullptr;
 }
 

@@ -68,6 +68,9 @@ TEST_F(Optimize, LooksWithoutTouchingThenCleansAndPutsBack) {
     EXPECT_EQ(desk.log().all().size(), 2U);
     EXPECT_TRUE(waitFor([&] { return model.freedText().isEmpty(); })) << "what is back is not freed";
     EXPECT_EQ(model.lastSummary(), model.line()) << "putting back is no run of the button";
+    AutomationLife nextLife(desk.context);
+    OptimizeViewModel next(desk.context, nextLife);
+    EXPECT_TRUE(waitFor([&] { return next.lastSummary() == model.line(); })) << "nor is it later";
 }
 
 TEST_F(Optimize, ShowsAProfileAndStepsOfWhichOneFails) {
