@@ -70,9 +70,9 @@ struct HelperClient::State {
     Result callForResult(const ServiceMethod& method, milliseconds work, const ServiceValue& argument,
                          Kind failure, const CancelToken& cancel = {});
 
-    std::string ping();
-    bool answers();
-    void repairAfter(unsigned repairsBefore);
+    std::string ping(const CancelToken& cancel = {});
+    bool answers(const CancelToken& cancel = {});
+    void repairAfter(unsigned repairsBefore, const CancelToken& cancel);
     void addAnew();
     void noteAdded();
 };
@@ -129,7 +129,7 @@ HelperConnection::Answer HelperClient::State::call(const ServiceMethod& method, 
         if (!mayRepeat(method, error.kind))
             throw;
     }
-    repairAfter(repairsBefore);
+    repairAfter(repairsBefore, cancel);
     if (cancel.isCancelled())
         throw LeftToHelper();
     try {
@@ -151,10 +151,10 @@ Result HelperClient::State::callForResult(const ServiceMethod& method, milliseco
     return result;
 }
 
-std::string HelperClient::State::ping() {
+std::string HelperClient::State::ping(const CancelToken& cancel) {
     std::string answer;
     try {
-        answer = std::get<std::string>(call(methods::ping, limits::ping, {}).values[0]);
+        answer = std::get<std::string>(call(methods::ping, limits::ping, {}, cancel).values[0]);
     } catch (const HelperClientError&) {
         const std::lock_guard lock(mutex);
         lastPing.clear();
@@ -165,9 +165,9 @@ std::string HelperClient::State::ping() {
     return answer;
 }
 
-bool HelperClient::State::answers() {
+bool HelperClient::State::answers(const CancelToken& cancel) {
     try {
-        ping();
+        ping(cancel);
         return true;
     } catch (const HelperClientError&) {
         return false;
@@ -176,12 +176,12 @@ bool HelperClient::State::answers() {
 
 /// For a call that failed, so without asking: whoever waits for it may not be there, as in a flow at night. One repair
 /// serves all calls that failed before it.
-void HelperClient::State::repairAfter(unsigned repairsBefore) {
+void HelperClient::State::repairAfter(unsigned repairsBefore, const CancelToken& cancel) {
     const std::lock_guard lock(repairing);
     if (repairsSoFar() != repairsBefore)
         return;
     connection.drop();
-    if (!answers() && !world.registration->mustAsk()) {
+    if (!answers(cancel) && !world.registration->mustAsk()) {
         try {
             addAnew();
         } catch (const std::exception&) {

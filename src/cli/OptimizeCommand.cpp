@@ -190,12 +190,15 @@ void printProfile(const OptimizeProfile& profile, const Texts& texts) {
     const auto steps = profile.steps();
     if (steps.empty())
         print(texts.text("optimize.summary.no-steps") + "\n");
+    size_t width = 0;
+    for (const MaintenanceTask task : profile.tasks())
+        width = std::max(width, rawValue(task).size());
     for (const auto& step : steps) {
         print(titleOf(step.action, texts) + "\n");
         if (step.action == ScheduledAction::maintenance)
             for (const MaintenanceTask task : profile.tasks())
-                print(
-                    fmt::format("  {}  {}\n", rawValue(task), taskTitle(task, helper::thisSystem(), texts)));
+                print(fmt::format("  {:<{}}  {}\n", rawValue(task), width,
+                                  taskTitle(task, helper::thisSystem(), texts)));
     }
 }
 
