@@ -23,10 +23,10 @@ struct ServiceInstallation {
     std::string_view packageFile;
 };
 
-/// Copies the running program and its modules to where only root changes it, unless it lies in such a place, writes the files and tells
-/// bus and service manager; a service that runs is asked to end, so that the next call starts this one. `root` is a
-/// folder that stands for "/", "" for the system itself, which alone is told. Blocks. Repairs what an earlier one left
-/// undone. Throws std::runtime_error.
+/// Copies the running program and its modules to where only root changes them, unless they lie in such a place, writes
+/// the files and tells bus and service manager; a service that runs is asked to end, so that the next call starts this
+/// one. `root` is a folder that stands for "/", "" for the system itself, which alone is told. Blocks. Repairs what an
+/// earlier one left undone. Throws std::runtime_error.
 void installService(const ServiceInstallation& service, const std::string& root);
 /// Takes all of it away again; no failure when nothing is there. Throws std::runtime_error.
 void uninstallService(const ServiceInstallation& service, const std::string& root);

@@ -6,6 +6,8 @@
 #include "Platform/Process.h"
 #include "Platform/SystemError.h"
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fmt/format.h>
 #include <optional>
@@ -20,6 +22,7 @@ namespace {
 constexpr const char* ownProgram = "/proc/self/exe";
 /// A tree of its own, in which the program finds its modules at "../lib/varnholt".
 constexpr const char* treeFolder = "/usr/local/libexec/varnholt";
+constexpr std::array treeFolders{"/lib/varnholt", "/lib", "/bin", ""}; ///< of it, the innermost first
 constexpr std::string_view programMark = "@program@";
 constexpr mode_t folderMode = 0755, fileMode = 0644, programMode = 0755, othersWriting = 0022;
 
@@ -61,12 +64,17 @@ bool isRootsAlone(const std::string& path) {
     return true;
 }
 
-/// Where the running program lies, when that is a place from which a service may be started.
-std::optional<std::string> ownSystemPath() {
+/// Where the running program lies, when that and where its modules lie are places from which a service may be started.
+std::optional<std::string> ownSystemPath(const ServiceInstallation& service) {
     std::error_code error;
     const std::string path = std::filesystem::read_symlink(ownProgram, error).string();
     const bool isInSystem = path.starts_with("/usr/") || path.starts_with("/opt/");
-    return isInSystem && isRootsAlone(path) ? std::optional(path) : std::nullopt;
+    const auto isSafe = [](std::string_view module) {
+        return isRootsAlone(modulePath(module));
+    };
+    return isInSystem && isRootsAlone(path) && std::ranges::all_of(service.modules, isSafe)
+               ? std::optional(path)
+               : std::nullopt;
 }
 
 std::string filledIn(std::string_view text, const std::string& program) {
@@ -84,17 +92,28 @@ std::string modulePathInTree(std::string_view name) {
     return fmt::format("{}/lib/varnholt/{}.so", treeFolder, name);
 }
 
+/// What lay there already may be somebody else's.
+void requireOurs(const std::string& folder) {
+    struct stat status {};
+    if (::lstat(folder.c_str(), &status) != 0)
+        throwErrno(folder);
+    if (!S_ISDIR(status.st_mode) || status.st_uid != ::geteuid() || (status.st_mode & othersWriting) != 0)
+        throw SystemError(folder, "Others may write here");
+}
+
 void copyTree(const ServiceInstallation& service, const std::string& root) {
     for (const std::string_view name : service.modules)
         writeSystemFile(root + modulePathInTree(name), readFile(modulePath(name)), fileMode);
     writeSystemFile(root + copyPath(service), readFile(ownProgram), programMode);
+    for (const char* folder : treeFolders)
+        requireOurs(root + treeFolder + folder);
 }
 
 void removeTree(const ServiceInstallation& service, const std::string& root) {
     removeSystemFile(root + copyPath(service));
     for (const std::string_view name : service.modules)
         removeSystemFile(root + modulePathInTree(name));
-    for (const char* folder : {"/lib/varnholt", "/lib", "/bin", ""}) // those that are empty by now
+    for (const char* folder : treeFolders) // those that are empty by now
         ::rmdir((root + treeFolder + folder).c_str());
 }
 
@@ -128,7 +147,7 @@ void installService(const ServiceInstallation& service, const std::string& root)
     // The person's own may be so strict that nobody could read the files.
     ::umask(othersWriting);
     if (!isPackaged(service, root)) {
-        const auto systemPath = ownSystemPath();
+        const auto systemPath = ownSystemPath(service);
         if (!systemPath)
             copyTree(service, root);
         for (const ServiceFile& file : service.files)
