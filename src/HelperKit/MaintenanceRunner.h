@@ -15,8 +15,8 @@ class MaintenanceRunner {
 public:
     struct Result {
         bool succeeded = false;
-        std::string
-            output; ///< of all commands, UTF-8 without zero bytes, bounded; how it ended stands last when it did not succeed
+        /// Of all commands, UTF-8 without zero bytes, bounded; how it ended stands last when it did not succeed.
+        std::string output;
     };
     struct Execution {
         int status = -1; ///< -1 when it could not be started

@@ -47,12 +47,13 @@ void serve(std::chrono::milliseconds idleLimit) {
         isLost = true;
         loop.stop();
     });
-    bool wasBusy = false;
+    bool wasWorking = false;
     auto watch = loop.every(idleLimit, [&] {
-        const bool isBusy = calls.wereSinceLastLook() || host->isBusy() || helper.isBusy();
-        if (!isBusy && !wasBusy) // what came of a device job can be asked for a while
+        const bool isCalled = calls.wereSinceLastLook();
+        const bool isWorking = host->isBusy() || helper.isBusy();
+        if (!isCalled && !isWorking && !wasWorking) // what came of a device job can be asked for a while
             loop.stop();
-        wasBusy = isBusy;
+        wasWorking = isWorking;
     });
     loop.run(asked);
     if (isLost)
