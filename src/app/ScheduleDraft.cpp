@@ -123,7 +123,9 @@ const char* apply(const PayloadField& field, const QVariant& value, ScheduledTas
             automation::tasksOf(value.toStringList().join(QLatin1Char(',')).toStdString()));
         break;
     }
-    return task.payload[field.key].empty() ? "schedules.fault.payload" : nullptr;
+    if (!task.payload[field.key].empty())
+        return nullptr;
+    return field.kind == FieldKind::tasks ? "schedules.fault.tasks" : "schedules.fault.folder";
 }
 
 } // namespace
