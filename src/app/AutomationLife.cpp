@@ -78,7 +78,7 @@ void AutomationLife::openLink(const QString& url) {
 QStringList AutomationLife::running() const {
     QStringList titles;
     for (const ActivityCenter::Job& job : context_.activity().running())
-        if (job.id == schedulerKey || job.id == optimizeKey || job.toolID == flowTool ||
+        if (job.id == schedulerKey || job.toolID == optimizeKey || job.toolID == flowTool ||
             job.toolID == maintenanceTool)
             titles << job.title;
     titles.removeDuplicates(); // a task that starts the one-button run is mostly called the same

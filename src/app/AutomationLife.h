@@ -20,8 +20,8 @@ class AppContext;
 /// process leads. Main thread; goes before its context.
 class AutomationLife : public QObject {
     Q_OBJECT
-    /// What runs in this process and is asked about before the window closes: tasks, flows, chores and the one-button
-    /// run, by title.
+    /// What runs in this process and is asked about before the window closes, by title: tasks, flows, chores, and the
+    /// one-button run or its undoing.
     Q_PROPERTY(QStringList running READ running NOTIFY changed)
 public:
     /// The job of the task that runs, and the tool of the jobs of flows, in the ActivityCenter.
