@@ -90,9 +90,9 @@ TEST(Texts, PatternsCanBeReadAndQuoteNothing) {
     for (Language language : allLanguages)
         for (const auto& [key, pattern] : patternsOf(language)) {
             EXPECT_NO_THROW(argumentNames(pattern)) << key << " in " << code(language);
-            EXPECT_EQ(pattern.find('\''), std::string::npos)
+            EXPECT_TRUE(pattern.find('{') == std::string::npos || pattern.find('\'') == std::string::npos)
                 << key << " in " << code(language)
-                << ": a straight apostrophe quotes what follows; write \u2019";
+                << ": a straight apostrophe quotes what follows in a pattern with arguments; write \u2019";
             EXPECT_FALSE(pattern.empty()) << key << " in " << code(language);
         }
 }
