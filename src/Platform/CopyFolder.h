@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/CopySource.h"
 #include "Platform/FileDescriptor.h"
 #include "Platform/FileIdentity.h"
 #include "Platform/FileMetadata.h"
@@ -13,13 +14,13 @@
 
 namespace vh {
 
-class CopySource;
-
-/// A file on its way to its name: it lies beside it as "<name>.varnholt-partial" and goes when it is let go before it
-/// was placed. One thread at a time. What fails throws SystemError.
+/// A file on its way to its name: it lies beside it as "<name><suffix>" and goes when it is let go before it was placed.
+/// The next one of that name and suffix takes the place of what a killed process left. One thread at a time. What fails
+/// throws SystemError.
 class PartialFile {
 public:
-    PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string path, unsigned mode);
+    PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string_view suffix,
+                std::string path, unsigned mode);
     ~PartialFile();
     PartialFile(PartialFile&&) noexcept;
     PartialFile& operator=(PartialFile&&) = delete;
@@ -50,11 +51,19 @@ private:
     bool isPlaced_ = false;
 };
 
-/// A folder that a copy puts things into, by paths relative to it. Links below it are not followed, so that nothing
-/// lands elsewhere. One thread at a time. What fails throws SystemError.
+/// A symbolic link as a copy carries it over.
+struct CopyLink {
+    std::string target;
+    FileMetadata metadata;
+};
+
+/// A folder that a copy takes things from or puts them into, by paths relative to it. Links below it are not followed,
+/// so that nothing comes from or lands elsewhere. One thread at a time. What fails throws SystemError.
 class CopyFolder {
 public:
     explicit CopyFolder(const std::string& path);
+    /// What its partial files end in is the caller's.
+    CopyFolder(const std::string& path, std::string suffix);
 
     const std::string& path() const { return path_; }
     uint64_t device() const { return device_; }
@@ -67,6 +76,15 @@ public:
     void makeFolder(const std::string& relative);
     /// What was refused, a line each.
     std::vector<std::string> applyToFolder(const std::string& relative, const FileMetadata& metadata);
+    FileMetadata metadataOfFolder(const std::string& relative);
+    /// Opens a file to copy it.
+    CopySource source(const std::string& relative);
+    /// The link that lies there; nothing when it is no link.
+    std::optional<CopyLink> link(const std::string& relative);
+    /// Puts a link there in one step. Its folder must exist. Owner and times are given as far as the file system goes.
+    void placeLink(const std::string& relative, const CopyLink& link, PartialFile::Place how);
+    /// False also for a link to one.
+    bool isFolder(const std::string& relative);
     /// What lies there, a link being itself; nothing when the name is free.
     std::optional<FileIdentity> at(const std::string& relative);
     /// Begins a file with `mode` less what the process never gives; a partial that was left over goes first. Its
@@ -81,6 +99,7 @@ private:
     std::shared_ptr<FileDescriptor> open(std::string_view relative) const;
 
     std::string path_;
+    std::string partialSuffix_;
     std::shared_ptr<FileDescriptor> top_;
     uint64_t device_ = 0;
     std::string parentName_;

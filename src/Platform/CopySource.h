@@ -16,6 +16,9 @@ public:
     enum class Attributes { read, left };
     /// Throws SystemError; also for what is no plain file.
     explicit CopySource(const std::string& path, Attributes attributes = Attributes::read);
+    /// What is called `name` in an open folder; a link there is refused. `path` is for errors.
+    CopySource(const FileDescriptor& folder, const std::string& name, std::string path,
+               Attributes attributes = Attributes::read);
 
     const std::string& path() const { return path_; }
     const FileDescriptor& descriptor() const { return file_; }
@@ -38,6 +41,8 @@ public:
     bool hasChanged() const;
 
 private:
+    void look(Attributes attributes);
+
     std::string path_;
     FileDescriptor file_;
     int64_t size_ = 0;

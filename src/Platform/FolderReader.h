@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/FileDescriptor.h"
+#include "Platform/FileMetadata.h"
 #include "Platform/Files.h"
 
 #include <optional>
@@ -30,6 +31,15 @@ public:
     std::optional<Entry> next();
     /// Bytes of the file called `name`, nothing when it vanished or may not be read.
     std::optional<int64_t> byteSize(std::string_view name) const;
+    /// Of what is called `name`, a link being itself; nothing when it vanished. Throws SystemError.
+    struct Stamp {
+        FileType type = FileType::other;
+        int64_t byteSize = 0;
+        FileMetadata::Time modified;
+    };
+    std::optional<Stamp> stamp(std::string_view name) const;
+    /// What the link called `name` says. Throws SystemError.
+    std::string linkTarget(std::string_view name) const;
     int descriptor() const { return folder_.get(); }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/PathParts.h"
+#include "Platform/Posix/StatusMetadata.h"
 #include "Platform/Posix/StatusType.h"
 
 #include <cstring>
@@ -78,6 +79,22 @@ std::optional<int64_t> FolderReader::byteSize(std::string_view name) const {
                 STATX_SIZE, &status) != 0)
         return std::nullopt;
     return static_cast<int64_t>(status.stx_size);
+}
+
+std::optional<FolderReader::Stamp> FolderReader::stamp(std::string_view name) const {
+    struct stat status {};
+    if (::fstatat(folder_.get(), std::string(name).c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0)
+        return Stamp{typeOfMode(status.st_mode), status.st_size, metadataIn(status).modified};
+    if (errno != ENOENT)
+        throwErrno(joinPath(path_, name));
+    return std::nullopt;
+}
+
+std::string FolderReader::linkTarget(std::string_view name) const {
+    std::string target = readLinkAt(folder_.get(), std::string(name));
+    if (target.empty())
+        throwErrno(joinPath(path_, name));
+    return target;
 }
 
 std::vector<std::string> childNames(const std::string& path) {

@@ -2,6 +2,8 @@
 
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/PathParts.h"
+#include "Platform/Posix/Rename.h"
+#include "Platform/Posix/StatusMetadata.h"
 #include "Platform/Posix/StatusType.h"
 #include "Platform/Posix/UniqueName.h"
 
@@ -15,8 +17,11 @@ constexpr int folderFlags = O_RDONLY | O_DIRECTORY;
 
 } // namespace
 
-CopyFolder::CopyFolder(const std::string& path)
-    : path_(path), top_(std::make_shared<FileDescriptor>(openPath(path, folderFlags))),
+CopyFolder::CopyFolder(const std::string& path) : CopyFolder(path, std::string(vh::partialSuffix)) {}
+
+CopyFolder::CopyFolder(const std::string& path, std::string suffix)
+    : path_(path), partialSuffix_(std::move(suffix)),
+      top_(std::make_shared<FileDescriptor>(openPath(path, folderFlags))),
       device_(statusOfOpen(*top_, path).st_dev) {}
 
 int64_t CopyFolder::freeBytes() const {
@@ -28,8 +33,8 @@ int64_t CopyFolder::freeBytes() const {
 
 bool CopyFolder::isCaseBlind() {
     const std::string probe = uniquePartialName("case");
-    const PartialFile file(top_, probe, joinPath(path_, probe), 0600);
-    return at(".CASE" + probe.substr(probe.find('.', 1)) + std::string(partialSuffix)).has_value();
+    const PartialFile file(top_, probe, partialSuffix_, joinPath(path_, probe), 0600);
+    return at(".CASE" + probe.substr(probe.find('.', 1)) + partialSuffix_).has_value();
 }
 
 std::shared_ptr<FileDescriptor> CopyFolder::open(std::string_view relative) const {
@@ -83,7 +88,55 @@ std::optional<FileIdentity> CopyFolder::at(const std::string& relative) {
 }
 
 PartialFile CopyFolder::create(const std::string& relative, unsigned mode) {
-    return {parentOf(relative), splitPath(relative).name, joinPath(path_, relative), mode};
+    return {parentOf(relative), splitPath(relative).name, partialSuffix_, joinPath(path_, relative), mode};
+}
+
+FileMetadata CopyFolder::metadataOfFolder(const std::string& relative) {
+    return metadataOf(*open(relative), joinPath(path_, relative));
+}
+
+CopySource CopyFolder::source(const std::string& relative) {
+    return {*parentOf(relative), splitPath(relative).name, joinPath(path_, relative)};
+}
+
+std::optional<CopyLink> CopyFolder::link(const std::string& relative) {
+    const int folder = parentOf(relative)->get();
+    const std::string name = splitPath(relative).name;
+    struct stat status {};
+    if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+        throwErrno(joinPath(path_, relative));
+    if (!S_ISLNK(status.st_mode))
+        return std::nullopt;
+    CopyLink link{readLinkAt(folder, name), metadataIn(status)};
+    if (link.target.empty())
+        throwErrno(joinPath(path_, relative));
+    return link;
+}
+
+bool CopyFolder::isFolder(const std::string& relative) {
+    struct stat status {};
+    return ::fstatat(parentOf(relative)->get(), splitPath(relative).name.c_str(), &status,
+                     AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISDIR(status.st_mode);
+}
+
+void CopyFolder::placeLink(const std::string& relative, const CopyLink& link, PartialFile::Place how) {
+    const int folder = parentOf(relative)->get();
+    const std::string name = splitPath(relative).name, partial = partialNameOf(name, partialSuffix_);
+    const auto make = [&] {
+        return ::symlinkat(link.target.c_str(), folder, partial.c_str()) == 0;
+    };
+    if (!make() && (errno != EEXIST || ::unlinkat(folder, partial.c_str(), 0) != 0 || !make()))
+        throwErrno(joinPath(path_, relative));
+    applyToLink(folder, partial, link.metadata);
+    const bool isDone = how == PartialFile::Place::free
+                            ? renameWithoutReplacing(folder, partial, folder, name)
+                            : ::renameat(folder, partial.c_str(), folder, name.c_str()) == 0;
+    if (!isDone) {
+        const int reason = errno;
+        ::unlinkat(folder, partial.c_str(), 0);
+        throw SystemError(reason, joinPath(path_, relative));
+    }
 }
 
 std::string CopyFolder::freeName(const std::string& relative) {

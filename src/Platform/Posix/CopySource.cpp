@@ -9,8 +9,26 @@
 
 namespace vh {
 
+namespace {
+
+constexpr int readingFlags = O_RDONLY | O_NONBLOCK; // a pipe without a writer must not hold us
+
+} // namespace
+
 CopySource::CopySource(const std::string& path, Attributes attributes)
-    : path_(path), file_(openPath(path, O_RDONLY | O_NONBLOCK)) { // a pipe without a writer must not hold us
+    : path_(path), file_(openPath(path, readingFlags)) {
+    look(attributes);
+}
+
+CopySource::CopySource(const FileDescriptor& folder, const std::string& name, std::string path,
+                       Attributes attributes)
+    : path_(std::move(path)), file_(openAt(folder.get(), name, readingFlags | O_NOFOLLOW)) {
+    if (!file_)
+        throwErrno(path_);
+    look(attributes);
+}
+
+void CopySource::look(Attributes attributes) {
     const struct stat status = statusOfOpen(file_, path_);
     if (!S_ISREG(status.st_mode))
         throw SystemError(path_, "Not a plain file");

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstring>
+#include <tuple>
 #include <unistd.h>
 
 namespace vh {
@@ -50,6 +51,13 @@ FileMetadata metadataOf(const FileDescriptor& file, const std::string& path) {
 
 FileMetadata metadataOfFolder(const std::string& path) {
     return metadataOf(openPath(path, O_RDONLY | O_DIRECTORY), path);
+}
+
+void applyToLink(int folder, const std::string& name, const FileMetadata& metadata) {
+    const std::array<timespec, 2> times{timeSpecOf(metadata.accessed), timeSpecOf(metadata.modified)};
+    // A link without its owner or time still leads where it shall.
+    std::ignore = ::fchownat(folder, name.c_str(), metadata.owner, metadata.group, AT_SYMLINK_NOFOLLOW);
+    std::ignore = ::utimensat(folder, name.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
 }
 
 std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMetadata& metadata) {

@@ -1,5 +1,4 @@
 #include "Platform/CopyFolder.h"
-#include "Platform/CopySource.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/CloneFile.h"
 #include "Platform/Posix/CopyPiece.h"
@@ -11,22 +10,9 @@
 
 namespace vh {
 
-namespace {
-
-/// The longest name that most file systems take.
-constexpr size_t longestName = 255;
-
-/// The same for the same name, so that the next copy finds what a killed one left.
-std::string partialNameOf(const std::string& name) {
-    std::string partial = name + std::string(partialSuffix);
-    return partial.size() <= longestName ? partial : uniquePartialName(name);
-}
-
-} // namespace
-
-PartialFile::PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string path,
-                         unsigned mode)
-    : folder_(std::move(folder)), name_(std::move(name)), partialName_(partialNameOf(name_)),
+PartialFile::PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string_view suffix,
+                         std::string path, unsigned mode)
+    : folder_(std::move(folder)), name_(std::move(name)), partialName_(partialNameOf(name_, suffix)),
       path_(std::move(path)) {
     constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
     file_ = openAt(folder_->get(), partialName_, flags, mode);

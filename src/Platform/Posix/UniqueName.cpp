@@ -8,6 +8,13 @@
 
 namespace vh {
 
+namespace {
+
+/// The longest name that most file systems take.
+constexpr size_t longest = 255;
+
+} // namespace
+
 std::string uniquePartialName(std::string_view name) {
     constexpr size_t keptOfName = 80;
     std::array<std::byte, 8> random{};
@@ -18,8 +25,13 @@ std::string uniquePartialName(std::string_view name) {
     return fmt::format(".{}.{}{}", name.substr(0, keptOfName), digits, partialSuffix);
 }
 
+std::string partialNameOf(const std::string& name, std::string_view suffix) {
+    if (name.size() + suffix.size() <= longest)
+        return name + std::string(suffix);
+    return fmt::format(".{:016x}{}", std::hash<std::string>{}(name), suffix);
+}
+
 std::string numberedName(const std::string& name, bool isFolder, int number) {
-    constexpr size_t longest = 255;
     if (number == 1)
         return name;
     const size_t dot = name.rfind('.');

@@ -3,8 +3,8 @@
 #include "Platform/Files.h"
 #include "Tools/FastCopy/CopyError.h"
 #include "Tools/FastCopy/LargeFile.h"
-#include "Tools/FastCopy/Tree.h"
 #include "support/FaultInjector.h"
+#include "support/FileTree.h"
 #include "support/SmallDisk.h"
 #include "support/TempDir.h"
 
@@ -18,6 +18,8 @@ namespace vh::copy::test {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using vh::test::growTree;
+using vh::test::treeOf;
 
 /// A source tree and three places for it.
 class Copier : public testing::Test {

@@ -1,7 +1,6 @@
-#include "Tools/FastCopy/Tree.h"
+#include "support/FileTree.h"
 
 #include "Platform/Files.h"
-#include "Tools/FastCopy/LargeFile.h"
 
 #include <fcntl.h>
 #include <filesystem>
@@ -10,7 +9,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-namespace vh::copy::test {
+namespace vh::test {
 
 namespace fs = std::filesystem;
 
@@ -26,7 +25,9 @@ std::map<std::string, std::string> treeOf(const std::string& folder) {
         tree[path.substr(folder.size() + 1)] =
             fmt::format("{:o} {}:{} {}.{:09} {} ", status.st_mode, status.st_uid, status.st_gid,
                         status.st_mtim.tv_sec, status.st_mtim.tv_nsec, attribute) +
-            (S_ISREG(status.st_mode) ? readFile(path) : "");
+            (S_ISREG(status.st_mode)   ? readFile(path)
+             : S_ISLNK(status.st_mode) ? fs::read_symlink(path).string()
+                                       : "");
     }
     return tree;
 }
@@ -55,13 +56,13 @@ void setTime(const std::string& path, int64_t seconds) {
 
 } // namespace
 
-void growTree(const std::string& folder) {
+void growTree(const std::string& folder, size_t block) {
     fs::create_directories(folder + "/inner/deep");
     fs::create_directories(folder + "/empty folder");
     for (const auto& [name, size] : std::map<std::string, size_t>{{"empty", 0},
                                                                   {"small.txt", 10},
-                                                                  {"inner/block", chunkSize},
-                                                                  {"inner/blocks.bin", 2 * chunkSize + 77},
+                                                                  {"inner/block", block},
+                                                                  {"inner/blocks.bin", 2 * block + 77},
                                                                   {"inner/deep/not-\xff-text", 5000},
                                                                   {".hidden", 3}})
         writeFileAtomically(folder + "/" + name, bytesFor(size));
@@ -74,4 +75,4 @@ void growTree(const std::string& folder) {
     setTime(folder + "/inner", 1600000000);
 }
 
-} // namespace vh::copy::test
+} // namespace vh::test

@@ -1,16 +1,17 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
 
-namespace vh::copy::test {
+namespace vh::test {
 
-/// All below a folder as text: type, mode, owner, times to the nanosecond, extended attributes and contents, by path.
-/// Two folders that a person could not tell apart give the same.
+/// All below a folder as text: type, mode, owner, times to the nanosecond, extended attributes and contents or what a
+/// link says, by path. Two folders that a person could not tell apart give the same.
 std::map<std::string, std::string> treeOf(const std::string& folder);
 
 /// Files and folders of every kind that a copy must carry over: empty, sparse, of exactly a block, of several blocks,
 /// with names that are not UTF-8, times before 1970, modes and extended attributes. Below `folder`, which must exist.
-void growTree(const std::string& folder);
+void growTree(const std::string& folder, size_t block = 4u << 20);
 
-} // namespace vh::copy::test
+} // namespace vh::test

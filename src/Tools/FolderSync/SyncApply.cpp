@@ -1,0 +1,238 @@
+#include "Tools/FolderSync/SyncApply.h"
+
+#include "Core/ItemRemoval.h"
+#include "Platform/CopySource.h"
+#include "Platform/SystemError.h"
+#include "Platform/Trash.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <ranges>
+
+namespace vh::sync {
+
+namespace {
+
+using Kind = SyncAction::Kind;
+
+constexpr std::string_view temporarySuffix = ".vhsync-tmp";
+constexpr int64_t pieceBytes = 8 << 20;
+/// Smaller files are read and written in one call each.
+constexpr int64_t smallFile = 256 << 10;
+
+/// Thrown out of a file in hand when the run is to stop.
+struct Stopped {};
+
+/// A plan may come from elsewhere: no part of it leads out of the folders.
+void refuseToLeave(const std::string& relative) {
+    for (const auto part : std::views::split(relative, '/')) {
+        const std::string_view name(part.begin(), part.end());
+        if (name.empty() || name == "." || name == "..")
+            throw SystemError(EINVAL, relative);
+    }
+}
+
+std::string parentOf(const std::string& relative) {
+    const size_t slash = relative.rfind('/');
+    return slash == std::string::npos ? std::string() : relative.substr(0, slash);
+}
+
+std::string copyFailure(const SystemError& error) {
+    return error.code() == 0 ? error.reason()
+                             : fmt::format("copy failed (errno {}, {})", error.code(), error.reason());
+}
+
+} // namespace
+
+SyncApply::SyncApply(const std::string& source, const std::string& destination,
+                     const SyncEngine::Steering& steering)
+    : steering_(steering), source_(source), destination_(destination, std::string(temporarySuffix)) {}
+
+SyncResult SyncApply::run(const SyncPlan& plan) {
+    result_ = {};
+    result_.errors = plan.unreadable;
+    const auto total = static_cast<int64_t>(plan.actions.size());
+    for (int64_t done = 0; const SyncAction& action : plan.actions) {
+        if (!goesOn()) {
+            result_.stopped = true;
+            break;
+        }
+        try {
+            carryOut(action);
+        } catch (const Stopped&) {
+            result_.stopped = true;
+            break;
+        } catch (const SystemError& error) {
+            result_.errors.push_back(action.relativePath + ": " + error.reason());
+        }
+        if (steering_.progress)
+            steering_.progress(++done, total);
+    }
+    finishFolders();
+    return std::move(result_);
+}
+
+void SyncApply::carryOut(const SyncAction& action) {
+    refuseToLeave(action.relativePath);
+    switch (action.kind) {
+    case Kind::remove:
+        return remove(action.relativePath);
+    case Kind::mkdir:
+        return makeFolder(action.relativePath);
+    case Kind::copy:
+    case Kind::update:
+        return copy(action);
+    }
+}
+
+void SyncApply::makeFolder(const std::string& relative) {
+    destination_.makeFolder(relative);
+    madeFolders_.push_back(relative);
+    // Nobody shall look into it meanwhile who may not later; that we may write is for the time being.
+    FileMetadata metadata = source_.metadataOfFolder(relative);
+    metadata.mode |= 0700;
+    destination_.applyToFolder(relative, metadata);
+}
+
+void SyncApply::makeParent(const std::string& relative) {
+    std::string parent = parentOf(relative);
+    if (parent_ == parent)
+        return;
+    if (!parent.empty())
+        destination_.makeFolder(parent);
+    parent_ = std::move(parent);
+}
+
+void SyncApply::finishFolders() {
+    for (const std::string& relative : std::views::reverse(madeFolders_))
+        try {
+            noteRefused(relative, destination_.applyToFolder(relative, source_.metadataOfFolder(relative)));
+        } catch (const SystemError& error) {
+            result_.errors.push_back(relative + ": " + error.reason());
+        }
+}
+
+void SyncApply::noteRefused(const std::string& relative, const std::vector<std::string>& refused) {
+    if (!refused.empty())
+        result_.errors.push_back(
+            fmt::format("{}: copied, but without {}", relative, fmt::join(refused, ", ")));
+}
+
+/// Whether the source has something there that is no folder.
+bool SyncApply::isFileInSource(const std::string& relative) {
+    try {
+        return source_.at(relative) && !source_.isFolder(relative);
+    } catch (const SystemError&) {
+        return false;
+    }
+}
+
+void SyncApply::remove(const std::string& relative) {
+    const std::string parent = parentOf(relative);
+    if (!parent.empty() && isFileInSource(parent)) {
+        // It went with its folder, or the folder stays whole because the file could not be copied.
+        if (!destination_.isFolder(parent))
+            ++result_.deleted;
+        return;
+    }
+    const auto identity = destination_.at(relative);
+    if (!identity && relative.ends_with(temporarySuffix))
+        return; // a killed run had left it, and the file it was for is there by now
+    if (!identity)
+        throw SystemError(ENOENT, relative);
+    // Refused when the path leads to anything else, as through a link put there meanwhile.
+    removeItem(destination_.path() + '/' + relative, RemovalMethod::trash, identity);
+    ++result_.deleted;
+}
+
+void SyncApply::copy(const SyncAction& action) {
+    const std::string& relative = action.relativePath;
+    makeParent(relative);
+    try {
+        if (const auto link = source_.link(relative))
+            place(action, [&](auto how) { destination_.placeLink(relative, *link, how); });
+        else
+            copyFile(action);
+    } catch (const SystemError& error) {
+        result_.errors.push_back(relative + ": " + copyFailure(error));
+        return;
+    }
+    ++(action.kind == Kind::copy ? result_.copied : result_.updated);
+}
+
+void SyncApply::copyFile(const SyncAction& action) {
+    const std::string& relative = action.relativePath;
+    const CopySource source = source_.source(relative);
+    PartialFile partial = destination_.create(relative, 0600);
+    if (!fill(partial, source))
+        throw Stopped();
+    if (source.hasChanged())
+        throw SystemError(relative, "the source changed while it was copied");
+    const auto refused = partial.apply(source.metadata());
+    place(action, [&](auto how) { partial.place(how); });
+    noteRefused(relative, refused);
+}
+
+/// False when the run is to stop.
+bool SyncApply::fill(PartialFile& partial, const CopySource& source) {
+    if (!refusesClones_ && source.device() == destination_.device()) {
+        if (partial.cloneFrom(source))
+            return true;
+        refusesClones_ = true;
+    }
+    if (!source.hasHoles() && source.size() <= smallFile) {
+        fillSmall(partial, source);
+        return true;
+    }
+    for (int64_t offset = 0; offset < source.size();) {
+        const auto stretch = source.stretchFrom(offset);
+        if (!stretch)
+            break;
+        const int64_t end = std::min(stretch->end, source.size());
+        for (offset = stretch->begin; offset < end;) {
+            const int64_t copied = partial.copyFrom(source, offset, std::min(pieceBytes, end - offset));
+            if (copied == 0)
+                return true; // it has become shorter, which shows
+            offset += copied;
+            if (offset < source.size() && !goesOn())
+                return false;
+        }
+    }
+    if (source.hasHoles())
+        partial.setSize(source.size());
+    return true;
+}
+
+void SyncApply::fillSmall(PartialFile& partial, const CopySource& source) {
+    block_.resize(smallFile);
+    const std::span<char> room(block_.data(), static_cast<size_t>(source.size()));
+    partial.writeAt(0, {block_.data(), source.readAt(0, room)});
+}
+
+/// What is new replaces nothing that came there since, nor a name that differs in case alone where that is the same
+/// file. A folder of its name goes to the Trash: the source has nothing of it.
+template <class Place>
+void SyncApply::place(const SyncAction& action, Place put) {
+    using How = PartialFile::Place;
+    if (action.kind == Kind::update)
+        return put(How::replacing);
+    const std::string& relative = action.relativePath;
+    try {
+        return put(How::free);
+    } catch (const SystemError& error) {
+        if (error.code() != EEXIST || !destination_.isFolder(relative))
+            throw;
+    }
+    const std::string path = destination_.path() + '/' + relative;
+    const auto landed = removeItem(path, RemovalMethod::trash, destination_.at(relative));
+    try {
+        put(How::free);
+    } catch (const SystemError&) {
+        restoreFromTrash(*landed, path);
+        throw;
+    }
+}
+
+} // namespace vh::sync

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Platform/CopyFolder.h"
+#include "Tools/FolderSync/SyncEngine.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vh::sync {
+
+/// One plan being carried out. Works from the two open folders, so that a link below either leads nowhere else.
+class SyncApply {
+public:
+    /// Throws SystemError when one of them cannot be opened.
+    SyncApply(const std::string& source, const std::string& destination,
+              const SyncEngine::Steering& steering);
+    SyncResult run(const SyncPlan& plan);
+
+private:
+    bool goesOn() const { return !steering_.shouldContinue || steering_.shouldContinue(); }
+    void carryOut(const SyncAction& action);
+    void makeFolder(const std::string& relative);
+    void makeParent(const std::string& relative);
+    void finishFolders();
+    void noteRefused(const std::string& relative, const std::vector<std::string>& refused);
+    bool isFileInSource(const std::string& relative);
+    void remove(const std::string& relative);
+    void copy(const SyncAction& action);
+    void copyFile(const SyncAction& action);
+    bool fill(PartialFile& partial, const CopySource& source);
+    void fillSmall(PartialFile& partial, const CopySource& source);
+    template <class Place>
+    void place(const SyncAction& action, Place put);
+
+    const SyncEngine::Steering& steering_;
+    CopyFolder source_, destination_;
+    bool refusesClones_ = false;
+    std::string block_;                    ///< for small files
+    std::optional<std::string> parent_;    ///< the last that is there for certain
+    std::vector<std::string> madeFolders_; ///< they get their metadata when all in them has landed
+    SyncResult result_;
+};
+
+} // namespace vh::sync
