@@ -174,9 +174,8 @@ TEST_F(Keyboard, theOneButtonIsSetAskedAndPressedWithoutAPointer) {
     for (const bool goesOn : {false, true}) {
         tabTo("What would it do?");
         press(Qt::Key_Return);
-        waitUntil("it is looked at", [&] {
-            return nameOfFocused() == "Close" && !optimize->property("isChecking").toBool();
-        });
+        waitUntil("it is looked at",
+                  [&] { return nameOfFocused() == "Close" && !optimize->property("isChecking").toBool(); });
         if (goesOn)
             tabTo("Optimize");
         press(goesOn ? Qt::Key_Return : Qt::Key_Escape);
