@@ -154,6 +154,13 @@ TEST_F(Trash, keepsEveryItemOfOneName) {
     EXPECT_THAT(texts, ElementsAre("1", "2", "3", "5"));
     EXPECT_EQ(namesIn("/info").size(), 4u);
     EXPECT_TRUE(places.contains(trash_ + "/files/a.2.txt"));
+    size_t calls = 0;
+    for (int more = 0; more < 100; ++more) {
+        put(home_ / "a.txt", "more");
+        calls = countFileCalls([&] { places.insert(moveToTrash(home_ / "a.txt")); });
+    }
+    EXPECT_EQ(places.size(), 104u);
+    EXPECT_LT(calls, 50u) << "not every number is tried";
 }
 
 TEST_F(Trash, movesALinkItselfAndFindsTheItemThroughLinkedFolders) {

@@ -19,6 +19,9 @@ namespace vh {
 
 namespace {
 
+/// How many items of one name a Trash holds at most.
+constexpr unsigned mostAttempts = 100'000;
+
 std::optional<FileIdentity> identityAt(int folder, const std::string& name) {
     struct stat status {};
     if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
@@ -106,11 +109,31 @@ private:
     std::string infoName_;
 };
 
+/// A number above `taken` whose name is free while the one before it is not. Thousands of one name may lie there, so
+/// they are not tried one by one.
+unsigned freeNumberAfter(unsigned taken, const TrashFolder& trash, const Item& item, size_t longest) {
+    const auto isTaken = [&](unsigned number) {
+        return identityAt(trash.info.get(),
+                          trashName(item.name, number, longest) + std::string(trashInfoSuffix))
+            .has_value();
+    };
+    unsigned free = 2 * taken;
+    for (; free < mostAttempts && isTaken(free); free *= 2)
+        taken = free;
+    while (free - taken > 1) {
+        const unsigned middle = taken + (free - taken) / 2;
+        (isTaken(middle) ? taken : free) = middle;
+    }
+    return free;
+}
+
 /// Where the item landed; nothing when this Trash lies on another volume.
 std::optional<std::string> landIn(const TrashFolder& trash, const Item& item) {
-    constexpr unsigned mostAttempts = 100'000;
+    constexpr unsigned fewAttempts = 8;
     const size_t longest = longestNameIn(trash.info);
     for (unsigned attempt = 1; attempt < mostAttempts; ++attempt) {
+        if (attempt == fewAttempts)
+            attempt = freeNumberAfter(attempt - 1, trash, item, longest);
         const std::string name = trashName(item.name, attempt, longest);
         std::optional<Reservation> reservation = Reservation::make(trash, item, name);
         if (!reservation)
