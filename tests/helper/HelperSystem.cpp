@@ -24,13 +24,6 @@ constexpr const char* busVariable = "DBUS_SYSTEM_BUS_ADDRESS";
 const std::string question = "org.freedesktop.PolicyKit1.Authority.CheckAuthorization";
 const std::string name(helper::identity::machServiceName);
 
-/// What is made while this lives is made by who calls the helper.
-class AsUser {
-public:
-    AsUser() { EXPECT_EQ(::seteuid(HelperSystem::user), 0) << "the helper's tests need root"; }
-    ~AsUser() { EXPECT_EQ(::seteuid(0), 0); }
-};
-
 /// Installs the helper, with an idle limit, and gives the words that start a bus like a real system's: nobody may own a
 /// name or call a method but where the rules of a service say so.
 std::vector<std::string> busCommand(const HelperRoot& root, std::chrono::seconds idleLimit) {

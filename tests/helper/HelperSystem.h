@@ -2,6 +2,7 @@
 
 #include "HelperKit/HelperProtocol.h"
 #include "Platform/ServiceLink.h"
+#include "support/AsUser.h"
 #include "support/BackgroundProgram.h"
 #include "support/BusService.h"
 #include "support/TempDir.h"
@@ -34,7 +35,7 @@ private:
 class HelperSystem {
 public:
     /// Who calls: a user without rights.
-    static constexpr unsigned user = 65534;
+    static constexpr unsigned user = AsUser::user;
 
     /// The helper ends when nobody has called it for so long.
     explicit HelperSystem(std::chrono::seconds idleLimit = std::chrono::minutes(10));
