@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/FolderWatcher.h"
+#include "Platform/FolderEvents.h"
 #include "Platform/MainLoop.h"
 
 #include <functional>
@@ -25,7 +25,7 @@ private:
     MainLoop& loop_;
     const std::string folder_;
     const std::function<void()> changed_;
-    std::optional<FolderWatcher> watcher_;
+    std::optional<FolderEvents> watcher_;
     MainLoop::Token watching_;
     MainLoop::Token later_;
     bool isWaiting_ = false; ///< to say what was taken

@@ -2,7 +2,7 @@
 
 #include "Core/Date.h"
 #include "Flows/FlowTrigger.h"
-#include "Platform/FolderWatcher.h"
+#include "Platform/FolderEvents.h"
 #include "Platform/MainLoop.h"
 
 #include <chrono>
@@ -48,7 +48,7 @@ private:
     const OnNewFiles settings_;
     const OnReady onReady_;
     const Clock clock_;
-    FolderWatcher watcher_;
+    FolderEvents watcher_;
     std::unordered_set<std::string> known_; ///< names of files that are there and do not count any more
     std::map<std::string, Pending> pending_;
     bool isGone_ = false;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Platform/CopySource.h"
 #include "Platform/FileDescriptor.h"
 #include "Platform/FileIdentity.h"
 #include "Platform/FileMetadata.h"
+#include "Platform/SourceFile.h"
 
 #include <cstdint>
 #include <memory>
@@ -27,9 +27,9 @@ public:
 
     void writeAt(int64_t offset, std::string_view bytes);
     /// Makes it share all of the source's blocks; false where the volumes cannot, and nothing is written then.
-    bool cloneFrom(const CopySource& source);
+    bool cloneFrom(const SourceFile& source);
     /// Copies inside the kernel from and to the same offset. How many bytes, 0 at the source's end.
-    int64_t copyFrom(const CopySource& source, int64_t offset, int64_t most);
+    int64_t copyFrom(const SourceFile& source, int64_t offset, int64_t most);
     /// What was not written up to there is a hole.
     void setSize(int64_t bytes);
     /// What was refused, a line each.
@@ -78,7 +78,7 @@ public:
     std::vector<std::string> applyToFolder(const std::string& relative, const FileMetadata& metadata);
     FileMetadata metadataOfFolder(const std::string& relative);
     /// Opens a file to copy it.
-    CopySource source(const std::string& relative);
+    SourceFile source(const std::string& relative);
     /// The link that lies there; nothing when it is no link.
     std::optional<CopyLink> link(const std::string& relative);
     /// Puts a link there in one step. Its folder must exist. Owner and times are given as far as the file system goes.

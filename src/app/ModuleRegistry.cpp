@@ -24,7 +24,9 @@ constexpr Engine engines[] = {
          return std::make_shared<junk::SystemJunkModule>(
              junk::SystemJunkConfiguration::userDefaults(folders, databaseFolder));
      }},
+    {"fast-copy", nullptr},
     {"maintenance", nullptr},
+    {"sync", nullptr},
 };
 
 const Engine* engineOf(std::string_view id) {

@@ -95,7 +95,7 @@ FileMetadata CopyFolder::metadataOfFolder(const std::string& relative) {
     return metadataOf(*open(relative), joinPath(path_, relative));
 }
 
-CopySource CopyFolder::source(const std::string& relative) {
+SourceFile CopyFolder::source(const std::string& relative) {
     return {*parentOf(relative), splitPath(relative).name, joinPath(path_, relative)};
 }
 

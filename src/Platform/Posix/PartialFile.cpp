@@ -43,11 +43,11 @@ void PartialFile::writeAt(int64_t offset, std::string_view bytes) {
     }
 }
 
-bool PartialFile::cloneFrom(const CopySource& source) {
+bool PartialFile::cloneFrom(const SourceFile& source) {
     return cloneContents(source.descriptor(), file_);
 }
 
-int64_t PartialFile::copyFrom(const CopySource& source, int64_t offset, int64_t most) {
+int64_t PartialFile::copyFrom(const SourceFile& source, int64_t offset, int64_t most) {
     return static_cast<int64_t>(
         copyPieceAt(source.descriptor(), file_, offset, static_cast<size_t>(most), path_));
 }

@@ -1,8 +1,8 @@
 #include "Tools/FastCopy/CopyDestination.h"
 
 #include "Core/Fold.h"
-#include "Platform/CopySource.h"
 #include "Platform/FileMetadata.h"
+#include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 
 #include <fmt/format.h>
@@ -62,11 +62,11 @@ std::optional<Landing> CopyDestination::chooseName(const CopyItem& item) {
     return std::nullopt;
 }
 
-bool CopyDestination::mayClone(const CopySource& source) const {
+bool CopyDestination::mayClone(const SourceFile& source) const {
     return options_.cloneWhenPossible && !refusesClones_ && source.device() == folder_.device();
 }
 
-std::optional<Landing> CopyDestination::begin(const CopyItem& item, const CopySource& source) {
+std::optional<Landing> CopyDestination::begin(const CopyItem& item, const SourceFile& source) {
     written_ = 0;
     error_.clear();
     try {
@@ -96,7 +96,7 @@ void CopyDestination::write(int64_t offset, std::string_view bytes) {
     }
 }
 
-int64_t CopyDestination::copy(const CopySource& source, int64_t offset, int64_t most) {
+int64_t CopyDestination::copy(const SourceFile& source, int64_t offset, int64_t most) {
     try {
         const int64_t copied = partial_->copyFrom(source, offset, most);
         written_ += copied;
@@ -107,7 +107,7 @@ int64_t CopyDestination::copy(const CopySource& source, int64_t offset, int64_t 
     }
 }
 
-Landing CopyDestination::end(const CopySource& source, int64_t size) {
+Landing CopyDestination::end(const SourceFile& source, int64_t size) {
     if (!isGood()) {
         partial_.reset();
         return failure(error_);
@@ -122,7 +122,7 @@ Landing CopyDestination::end(const CopySource& source, int64_t size) {
     return place(CopiedFileState::copied, source);
 }
 
-Landing CopyDestination::place(CopiedFileState state, const CopySource& source) {
+Landing CopyDestination::place(CopiedFileState state, const SourceFile& source) {
     Landing landing{state, how_ == PartialFile::Place::replacing, relative_, {}};
     if (options_.keepsMetadata())
         if (const auto refused = partial_->apply(source.metadata()); !refused.empty())

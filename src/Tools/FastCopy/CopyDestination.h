@@ -11,7 +11,7 @@
 #include <unordered_set>
 
 namespace vh {
-class CopySource;
+class SourceFile;
 }
 
 namespace vh::copy {
@@ -29,23 +29,23 @@ public:
     void finishFolder(const CopyItem& item);
 
     /// Begins a file; the landing when that is already its end: skipped, cloned or failed.
-    std::optional<Landing> begin(const CopyItem& item, const CopySource& source);
+    std::optional<Landing> begin(const CopyItem& item, const SourceFile& source);
     void write(int64_t offset, std::string_view bytes);
     /// Inside the kernel; 0 at the source's end or after a failure.
-    int64_t copy(const CopySource& source, int64_t offset, int64_t most);
+    int64_t copy(const SourceFile& source, int64_t offset, int64_t most);
     /// Whether everything was accepted so far.
     bool isGood() const { return error_.empty(); }
     int64_t written() const { return written_; }
     /// Gives the file its size, metadata and name.
-    Landing end(const CopySource& source, int64_t size);
+    Landing end(const SourceFile& source, int64_t size);
     /// Removes what was begun.
     void drop() { partial_.reset(); }
 
 private:
     std::optional<Landing> chooseName(const CopyItem& item);
     bool hasTakenNameInOtherCase(const CopyItem& item) const;
-    Landing place(CopiedFileState state, const CopySource& source);
-    bool mayClone(const CopySource& source) const;
+    Landing place(CopiedFileState state, const SourceFile& source);
+    bool mayClone(const SourceFile& source) const;
 
     CopyFolder folder_;
     const CopyOptions& options_;

@@ -1,6 +1,6 @@
 #include "Tools/FastCopy/LargeFile.h"
 
-#include "Platform/CopySource.h"
+#include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>
@@ -18,8 +18,8 @@ public:
     LargeFile(CopyRun& run, std::vector<std::unique_ptr<CopyDestination>>& destinations, CopyLanes& lanes,
               size_t item, const std::vector<size_t>& takers)
         : run_(run), destinations_(destinations), lanes_(lanes), item_(item), takers_(takers),
-          source_(run.items()[item].source, run.options().keepsMetadata() ? CopySource::Attributes::read
-                                                                          : CopySource::Attributes::left) {}
+          source_(run.items()[item].source, run.options().keepsMetadata() ? SourceFile::Attributes::read
+                                                                          : SourceFile::Attributes::left) {}
 
     void copy() {
         begin();
@@ -64,7 +64,7 @@ private:
     }
 
     /// False when there is nothing more to copy.
-    bool copyStretch(const CopySource::Stretch& stretch) {
+    bool copyStretch(const SourceFile::Stretch& stretch) {
         for (int64_t offset = stretch.begin; offset < stretch.end;) {
             leaveOutWhoIsNotTaking();
             if (run_.isStopped() || open_.empty())
@@ -185,7 +185,7 @@ private:
     CopyLanes& lanes_;
     const size_t item_;
     const std::vector<size_t>& takers_;
-    CopySource source_;
+    SourceFile source_;
     std::map<size_t, std::optional<Landing>> verdicts_;
     std::map<size_t, int64_t> counted_; ///< bytes counted as done
     std::vector<size_t> open_;          ///< those that are being written

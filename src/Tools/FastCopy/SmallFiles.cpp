@@ -1,6 +1,6 @@
 #include "Tools/FastCopy/SmallFiles.h"
 
-#include "Platform/CopySource.h"
+#include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 
 #include <map>
@@ -18,7 +18,7 @@ constexpr size_t mostBytes = 8u << 20;
 struct SmallFiles::Batch {
     struct Entry {
         size_t item = 0;
-        std::optional<CopySource> source; ///< nothing for a folder, or when it could not be read
+        std::optional<SourceFile> source; ///< nothing for a folder, or when it could not be read
         std::string bytes;
         std::string error; ///< why it could not be read
     };
@@ -28,11 +28,11 @@ struct SmallFiles::Batch {
     std::map<size_t, std::vector<Landing>> landings; ///< per destination, one for each entry
 
     bool isFull() const { return entries.size() >= mostFiles || bytes >= mostBytes; }
-    void read(const CopyItem& item, size_t index, CopySource::Attributes attributes);
+    void read(const CopyItem& item, size_t index, SourceFile::Attributes attributes);
     std::vector<Landing> land(CopyDestination& destination, const std::vector<CopyItem>& items) const;
 };
 
-void SmallFiles::Batch::read(const CopyItem& item, size_t index, CopySource::Attributes attributes) {
+void SmallFiles::Batch::read(const CopyItem& item, size_t index, SourceFile::Attributes attributes) {
     Entry entry;
     entry.item = index;
     try {
@@ -86,8 +86,8 @@ void SmallFiles::add(size_t item, const std::vector<size_t>& takers) {
         filling_->takers = takers;
     }
     filling_->read(run_.items()[item], item,
-                   run_.options().keepsMetadata() ? CopySource::Attributes::read
-                                                  : CopySource::Attributes::left);
+                   run_.options().keepsMetadata() ? SourceFile::Attributes::read
+                                                  : SourceFile::Attributes::left);
 }
 
 void SmallFiles::begin() {

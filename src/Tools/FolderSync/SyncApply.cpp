@@ -1,7 +1,7 @@
 #include "Tools/FolderSync/SyncApply.h"
 
 #include "Core/ItemRemoval.h"
-#include "Platform/CopySource.h"
+#include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 #include "Platform/Trash.h"
 
@@ -164,7 +164,7 @@ void SyncApply::copy(const SyncAction& action) {
 
 void SyncApply::copyFile(const SyncAction& action) {
     const std::string& relative = action.relativePath;
-    const CopySource source = source_.source(relative);
+    const SourceFile source = source_.source(relative);
     PartialFile partial = destination_.create(relative, 0600);
     if (!fill(partial, source))
         throw Stopped();
@@ -176,7 +176,7 @@ void SyncApply::copyFile(const SyncAction& action) {
 }
 
 /// False when the run is to stop.
-bool SyncApply::fill(PartialFile& partial, const CopySource& source) {
+bool SyncApply::fill(PartialFile& partial, const SourceFile& source) {
     if (!refusesClones_ && source.device() == destination_.device()) {
         if (partial.cloneFrom(source))
             return true;
@@ -205,7 +205,7 @@ bool SyncApply::fill(PartialFile& partial, const CopySource& source) {
     return true;
 }
 
-void SyncApply::fillSmall(PartialFile& partial, const CopySource& source) {
+void SyncApply::fillSmall(PartialFile& partial, const SourceFile& source) {
     block_.resize(smallFile);
     const std::span<char> room(block_.data(), static_cast<size_t>(source.size()));
     partial.writeAt(0, {block_.data(), source.readAt(0, room)});

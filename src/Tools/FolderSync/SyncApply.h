@@ -28,8 +28,8 @@ private:
     void remove(const std::string& relative);
     void copy(const SyncAction& action);
     void copyFile(const SyncAction& action);
-    bool fill(PartialFile& partial, const CopySource& source);
-    void fillSmall(PartialFile& partial, const CopySource& source);
+    bool fill(PartialFile& partial, const SourceFile& source);
+    void fillSmall(PartialFile& partial, const SourceFile& source);
     template <class Place>
     void place(const SyncAction& action, Place put);
 

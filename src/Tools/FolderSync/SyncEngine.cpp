@@ -1,7 +1,7 @@
 #include "Tools/FolderSync/SyncEngine.h"
 
-#include "Platform/CopySource.h"
 #include "Platform/FileIdentity.h"
+#include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 #include "Tools/FolderSync/SyncApply.h"
 
@@ -143,8 +143,8 @@ SyncResult SyncEngine::apply(const SyncPlan& plan, const SyncPair& pair, const S
 bool SyncEngine::fileEqual(const std::string& one, const std::string& other) {
     constexpr size_t blockBytes = 1u << 20;
     try {
-        const CopySource first(one, CopySource::Attributes::left);
-        const CopySource second(other, CopySource::Attributes::left);
+        const SourceFile first(one, SourceFile::Attributes::left);
+        const SourceFile second(other, SourceFile::Attributes::left);
         std::string mine(blockBytes, '\0'), theirs(blockBytes, '\0');
         for (int64_t offset = 0;; offset += blockBytes) {
             const std::string_view here(mine.data(), first.readAt(offset, mine));

@@ -1,4 +1,4 @@
-#include "Platform/FolderWatcher.h"
+#include "Platform/FolderEvents.h"
 
 #include "Platform/FileIdentity.h"
 #include "Platform/Posix/Calls.h"
@@ -39,7 +39,7 @@ FileDescriptor openWatch(const std::string& folder) {
 
 } // namespace
 
-struct FolderWatcher::State {
+struct FolderEvents::State {
     FileDescriptor events;
     std::string folder;
     std::optional<FileIdentity> identity;
@@ -49,17 +49,17 @@ struct FolderWatcher::State {
     bool isElsewhere() const { return identityOf(joinPath(folder, ".")) != identity; }
 };
 
-FolderWatcher::FolderWatcher(const std::string& folder)
+FolderEvents::FolderEvents(const std::string& folder)
     : state_(std::make_unique<State>(State{openWatch(folder), folder, identityOf(joinPath(folder, "."))})) {}
-FolderWatcher::~FolderWatcher() = default;
-FolderWatcher::FolderWatcher(FolderWatcher&&) noexcept = default;
-FolderWatcher& FolderWatcher::operator=(FolderWatcher&&) noexcept = default;
+FolderEvents::~FolderEvents() = default;
+FolderEvents::FolderEvents(FolderEvents&&) noexcept = default;
+FolderEvents& FolderEvents::operator=(FolderEvents&&) noexcept = default;
 
-int FolderWatcher::descriptor() const {
+int FolderEvents::descriptor() const {
     return state_->events.get();
 }
 
-FolderChanges FolderWatcher::take() {
+FolderChanges FolderEvents::take() {
     FolderChanges changes;
     alignas(inotify_event) char block[16 << 10];
     constexpr int mostBlocks = 64; // who floods the folder must not keep us here; the rest stays readable

@@ -1,4 +1,4 @@
-#include "Platform/FolderWatcher.h"
+#include "Platform/FolderEvents.h"
 
 #include "Platform/Files.h"
 #include "support/ErrorOf.h"
@@ -24,18 +24,18 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool isReadable(const FolderWatcher& watcher) {
+bool isReadable(const FolderEvents& watcher) {
     pollfd descriptor{watcher.descriptor(), POLLIN, 0};
     return ::poll(&descriptor, 1, 0) == 1;
 }
 
-TEST(FolderWatcher, namesWhatCameWentAndChangedOnce) {
+TEST(FolderEvents, namesWhatCameWentAndChangedOnce) {
     const TempDir outside;
     const TempDir folder;
     fs::create_directory(folder / "inner");
     std::ofstream(folder / "old") << "text";
     std::ofstream(folder / "leaves") << "text";
-    FolderWatcher watcher(folder.path());
+    FolderEvents watcher(folder.path());
     EXPECT_FALSE(isReadable(watcher));
 
     TurnedLoop loop;
@@ -54,7 +54,7 @@ TEST(FolderWatcher, namesWhatCameWentAndChangedOnce) {
     EXPECT_THAT(watcher.take().names, IsEmpty());
 }
 
-TEST(FolderWatcher, saysWhenTheFolderIsGone) {
+TEST(FolderEvents, saysWhenTheFolderIsGone) {
     using Work = std::function<void(const TempDir&)>;
     const Work ways[]{[](const TempDir& at) { fs::remove(at / "above/folder"); },
                       [](const TempDir& at) { fs::rename(at / "above/folder", at / "moved"); },
@@ -65,7 +65,7 @@ TEST(FolderWatcher, saysWhenTheFolderIsGone) {
     for (const Work& way : ways) {
         const TempDir top;
         fs::create_directories(top / "above/folder");
-        FolderWatcher watcher(top / "above/folder");
+        FolderEvents watcher(top / "above/folder");
         way(top);
         EXPECT_TRUE(isReadable(watcher));
         EXPECT_TRUE(watcher.take().isGone) << &way - ways;
@@ -73,18 +73,18 @@ TEST(FolderWatcher, saysWhenTheFolderIsGone) {
     }
     auto disk = std::make_optional<TmpfsMount>(1 << 20);
     ASSERT_TRUE(*disk) << "needs the right to mount";
-    FolderWatcher watcher(disk->path());
+    FolderEvents watcher(disk->path());
     disk.reset();
     TurnedLoop loop;
     loop.waitUntil("the folder is unmounted", [&] { return watcher.take().isGone; });
 }
 
-TEST(FolderWatcher, saysWhenTheSystemDroppedEvents) {
+TEST(FolderEvents, saysWhenTheSystemDroppedEvents) {
     const TempDir folder;
     const std::string names[]{folder / "a", folder / "b"};
     for (const std::string& name : names)
         std::ofstream(name) << "text";
-    FolderWatcher watcher(folder.path());
+    FolderEvents watcher(folder.path());
     const int most = std::stoi(readFile("/proc/sys/fs/inotify/max_queued_events"));
     for (int i = 0; i < most + 2; ++i) // two events of one kind in a row would be one
         ASSERT_EQ(::chmod(names[i % 2].c_str(), 0600), 0);
@@ -110,12 +110,12 @@ void setLimit(const std::string& name, int value) {
         throw std::runtime_error("cannot set the limit");
 }
 
-TEST(FolderWatcher, saysWhichLimitIsUsedUp) {
+TEST(FolderEvents, saysWhichLimitIsUsedUp) {
     const TempDir folder;
     const auto said = [&](const std::function<void()>& prepare) {
         return runInChild([&] {
                    prepare();
-                   FolderWatcher(folder.path());
+                   FolderEvents(folder.path());
                })
             .message;
     };
@@ -128,9 +128,9 @@ TEST(FolderWatcher, saysWhichLimitIsUsedUp) {
     };
     EXPECT_THAT(said(noDescriptors), HasSubstr("Too many open files"));
 #endif
-    EXPECT_EQ(errorOf([&] { FolderWatcher(folder / "none"); }), folder / "none: No such file or directory");
+    EXPECT_EQ(errorOf([&] { FolderEvents(folder / "none"); }), folder / "none: No such file or directory");
     std::ofstream(folder / "file") << "text";
-    EXPECT_EQ(errorOf([&] { FolderWatcher(folder / "file"); }), folder / "file: Not a directory");
+    EXPECT_EQ(errorOf([&] { FolderEvents(folder / "file"); }), folder / "file: Not a directory");
 }
 
 } // namespace

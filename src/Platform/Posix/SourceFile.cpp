@@ -1,4 +1,4 @@
-#include "Platform/CopySource.h"
+#include "Platform/SourceFile.h"
 
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/ExtendedAttributes.h"
@@ -15,12 +15,12 @@ constexpr int readingFlags = O_RDONLY | O_NONBLOCK; // a pipe without a writer m
 
 } // namespace
 
-CopySource::CopySource(const std::string& path, Attributes attributes)
+SourceFile::SourceFile(const std::string& path, Attributes attributes)
     : path_(path), file_(openPath(path, readingFlags)) {
     look(attributes);
 }
 
-CopySource::CopySource(const FileDescriptor& folder, const std::string& name, std::string path,
+SourceFile::SourceFile(const FileDescriptor& folder, const std::string& name, std::string path,
                        Attributes attributes)
     : path_(std::move(path)), file_(openAt(folder.get(), name, readingFlags | O_NOFOLLOW)) {
     if (!file_)
@@ -28,7 +28,7 @@ CopySource::CopySource(const FileDescriptor& folder, const std::string& name, st
     look(attributes);
 }
 
-void CopySource::look(Attributes attributes) {
+void SourceFile::look(Attributes attributes) {
     const struct stat status = statusOfOpen(file_, path_);
     if (!S_ISREG(status.st_mode))
         throw SystemError(path_, "Not a plain file");
@@ -40,7 +40,7 @@ void CopySource::look(Attributes attributes) {
         metadata_.attributes = attributesOf(file_.get());
 }
 
-std::optional<CopySource::Stretch> CopySource::stretchFrom(int64_t offset) const {
+std::optional<SourceFile::Stretch> SourceFile::stretchFrom(int64_t offset) const {
     if (!hasHoles_)
         return Stretch{offset, std::numeric_limits<int64_t>::max()};
     const off_t begin = ::lseek(file_.get(), offset, SEEK_DATA);
@@ -52,7 +52,7 @@ std::optional<CopySource::Stretch> CopySource::stretchFrom(int64_t offset) const
     return Stretch{begin, end};
 }
 
-size_t CopySource::readAt(int64_t offset, std::span<char> block) const {
+size_t SourceFile::readAt(int64_t offset, std::span<char> block) const {
     size_t filled = 0;
     while (filled < block.size()) {
         const ssize_t got = retried([&] {
@@ -68,7 +68,7 @@ size_t CopySource::readAt(int64_t offset, std::span<char> block) const {
     return filled;
 }
 
-bool CopySource::hasChanged() const {
+bool SourceFile::hasChanged() const {
     const struct stat status = statusOfOpen(file_, path_);
     return status.st_size != size_ || metadataIn(status).modified != metadata_.modified;
 }

@@ -11,13 +11,13 @@
 namespace vh {
 
 /// A file that is being copied, open for reading. One thread at a time.
-class CopySource {
+class SourceFile {
 public:
     enum class Attributes { read, left };
     /// Throws SystemError; also for what is no plain file.
-    explicit CopySource(const std::string& path, Attributes attributes = Attributes::read);
+    explicit SourceFile(const std::string& path, Attributes attributes = Attributes::read);
     /// What is called `name` in an open folder; a link there is refused. `path` is for errors.
-    CopySource(const FileDescriptor& folder, const std::string& name, std::string path,
+    SourceFile(const FileDescriptor& folder, const std::string& name, std::string path,
                Attributes attributes = Attributes::read);
 
     const std::string& path() const { return path_; }

@@ -14,13 +14,13 @@ struct FolderChanges {
 };
 
 /// Watches one folder, not what lies in its folders. At rest it costs nothing. One thread.
-class FolderWatcher {
+class FolderEvents {
 public:
     /// Throws SystemError; when the system's limit of watches is used up, its message says which setting to raise.
-    explicit FolderWatcher(const std::string& folder);
-    ~FolderWatcher();
-    FolderWatcher(FolderWatcher&&) noexcept;
-    FolderWatcher& operator=(FolderWatcher&&) noexcept;
+    explicit FolderEvents(const std::string& folder);
+    ~FolderEvents();
+    FolderEvents(FolderEvents&&) noexcept;
+    FolderEvents& operator=(FolderEvents&&) noexcept;
 
     /// Readable when there are changes to take.
     int descriptor() const;

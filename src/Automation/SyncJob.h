@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Automation/AutomationWorld.h"
+#include "Core/JobControl.h"
+#include "Core/RunRecord.h"
+#include "Tools/FolderSync/SyncPair.h"
+#include "Tools/FolderSync/SyncPlan.h"
+#include "Tools/FolderSync/WatchState.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace vh::automation {
+
+/// How a sync of one pair ended.
+struct SyncJobResult {
+    enum class End {
+        done,     ///< the plan was carried out, with or without errors, or stopped
+        upToDate, ///< nothing to do
+        blocked,  ///< a folder is not there or not permitted: see `state`
+        held,     ///< nobody looked at it and it would remove too much: see `state`
+        failed,   ///< the folders could not be compared
+        busy      ///< another sync runs, in this or another process
+    };
+    End end = End::failed;
+    std::optional<sync::WatchState> state;
+    sync::SyncResult result;
+    std::string message;             ///< for people
+    std::optional<RunRecord> record; ///< nothing where nothing was logged
+};
+
+/// Who asks for a sync.
+struct SyncJobRequest {
+    sync::SyncPair pair;
+    std::optional<sync::SyncPlan> plan; ///< that a person has seen; else it is made here
+    Trigger trigger = Trigger::manual;
+    RunDetails details;
+    bool isAttended = true;       ///< a person has approved: no guard
+    bool logsNothingToDo = false; ///< a scheduled run says that it was up to date, or why it could not be
+};
+
+/// The one road from a pair to a synced destination and its run record with its file list: checks, plans, holds back
+/// what nobody approved, carries it out, notes when. One at a time among all processes of this user. Never throws;
+/// Cancelled before the first change ends it stopped. Blocks; any thread.
+SyncJobResult runSync(const SyncJobRequest& request, const AutomationWorld& world, const JobControl& control);
+
+/// The pair that a schedule's payload means: "pair" of the stored ones, else "source", "destination" and "delete".
+std::optional<sync::SyncPair> pairOfPayload(const std::map<std::string, std::string>& payload,
+                                            const std::vector<sync::SyncPair>& stored);
+
+} // namespace vh::automation

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Core/Date.h"
+#include "Core/Describe.h"
+#include "Core/JobControl.h"
+#include "Tools/FastCopy/CopyReport.h"
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vh {
+namespace copy {
+
+/// A list of checksums that lies beside a copy, so that anybody can check it later.
+enum class ManifestKind {
+    sums, ///< "<hash>  <path>" a line, as sha256sum and its kin read it
+    mhl   ///< ASC Media Hash List, version 1.1
+};
+
+} // namespace copy
+
+template <>
+inline constexpr auto describe<copy::ManifestKind> =
+    enumeration<copy::ManifestKind>({{copy::ManifestKind::sums, "sums"}, {copy::ManifestKind::mhl, "mhl"}});
+
+namespace copy {
+
+struct ManifestEntry {
+    std::string relative; ///< below the manifest's folder
+    HashAlgorithm algorithm = HashAlgorithm::sha256;
+    std::string hash; ///< lower-case hexadecimal
+    std::optional<int64_t> bytes;
+    std::optional<Date> modified;
+};
+
+struct Manifest {
+    std::vector<ManifestEntry> entries;
+};
+
+/// Why a text is no manifest; what() names the line or element.
+class ManifestError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Writes the manifest of the verified files of one destination into its folder, under a name that is free, and gives
+/// its path; nothing when no file was verified there. Throws SystemError.
+std::optional<std::string> writeManifest(const CopyReport& report, size_t destination, ManifestKind kind,
+                                         Date now);
+
+/// Of either kind, told apart by its text. Throws ManifestError, also for paths that lead out of the folder.
+Manifest parseManifest(std::string_view text);
+
+/// What a check against a manifest found.
+struct ManifestCheck {
+    int64_t files = 0;
+    int64_t matching = 0;
+    int64_t bytes = 0;                  ///< read
+    std::vector<std::string> differing; ///< other bytes or another size, relative
+    std::vector<std::string> missing;
+    std::vector<std::string> unreadable; ///< "path: reason"
+    bool stopped = false;
+};
+
+/// Reads every listed file, from the medium. Throws SystemError or ManifestError when the manifest cannot be read.
+ManifestCheck checkManifest(const std::string& path, const JobControl& control);
+
+} // namespace copy
+} // namespace vh
