@@ -1,7 +1,10 @@
 #pragma once
 
+#include "Platform/CancelToken.h"
+
 #include <cstddef>
 #include <mutex>
+#include <optional>
 #include <set>
 
 namespace vh::copy {
@@ -12,6 +15,10 @@ public:
     void cancel() {
         change([&] { cancelled_ = true; });
     }
+    /// From now on a stop of `token` stops the copy too.
+    void follow(const CancelToken& token) {
+        change([&] { followed_ = token; });
+    }
     void setPaused(size_t destination, bool paused) {
         change([&] { paused ? void(paused_.insert(destination)) : void(paused_.erase(destination)); });
     }
@@ -21,7 +28,7 @@ public:
     }
 
     bool isCancelled() const {
-        return read([&] { return cancelled_; });
+        return read([&] { return cancelled_ || (followed_ && followed_->isCancelled()); });
     }
     bool isPaused(size_t destination) const {
         return read([&] { return paused_.contains(destination); });
@@ -48,6 +55,7 @@ private:
 
     mutable std::mutex mutex_;
     bool cancelled_ = false;
+    std::optional<CancelToken> followed_;
     std::set<size_t> paused_, removed_;
 };
 

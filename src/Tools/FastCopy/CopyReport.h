@@ -20,6 +20,9 @@ struct CopiedFile {
     int64_t bytes = 0;
     CopiedFileState state = CopiedFileState::copied;
     std::optional<std::string> checksum; ///< lower-case hexadecimal, of a verified one
+    std::string landedAs;                ///< below the destination, where that is not `relative`; not in JSON
+
+    const std::string& place() const { return landedAs.empty() ? relative : landedAs; }
 };
 
 /// What became of one destination.

@@ -72,7 +72,9 @@ void CopyRun::book(size_t item, size_t destination, const Landing& landing, int6
     DestinationReport& report = reports_[destination];
     const int64_t size = items_[item].size;
     count(destination, size - counted);
-    note(item, destination).state = landing.state;
+    CopiedFile& noted = note(item, destination);
+    noted.state = landing.state;
+    noted.landedAs = landing.finalRelative == noted.relative ? "" : landing.finalRelative;
     if (!landing.problem.empty())
         addProblem(destination, items_[item].relative + ": " + landing.problem);
     if (landing.state == CopiedFileState::skipped) {
