@@ -1,40 +1,17 @@
 #include "Platform/Linux/BlockDevices.h"
 
-#include "Platform/Files.h"
-#include "Platform/FolderReader.h"
+#include "Platform/Linux/BlockTree.h"
 #include "Platform/Linux/VolumeChoice.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>
 #include <fmt/format.h>
-#include <sys/stat.h>
 #include <sys/sysmacros.h>
 
 namespace vh {
 
 namespace {
-
-std::vector<std::string> namesIn(const std::string& folder) {
-    try {
-        return childNames(folder);
-    } catch (const SystemError&) {
-        return {}; // no such device, or no udev
-    }
-}
-
-std::string textOf(const std::string& path) {
-    try {
-        return readFileIfPresent(path).value_or("");
-    } catch (const SystemError&) {
-        return {};
-    }
-}
-
-uint64_t blockDeviceAt(const std::string& path) {
-    struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 && S_ISBLK(status.st_mode) ? status.st_rdev : 0;
-}
 
 /// The names of the links in a folder of /dev/disk, by the device they lead to.
 std::map<uint64_t, std::string> linkNames(const std::string& folder) {
@@ -60,21 +37,13 @@ std::optional<std::string> found(const std::map<uint64_t, std::string>& names, u
     return name == names.end() ? std::nullopt : std::optional(name->second);
 }
 
-/// File systems of several devices have a number of their own; their source names one of the devices.
-uint64_t deviceOf(const MountEntry& entry, const std::string& root) {
-    const bool hasDevice = gnu_dev_major(entry.device) != 0;
-    return hasDevice || !entry.source.starts_with("/dev/") ? entry.device
-                                                           : blockDeviceAt(root + entry.source);
-}
-
 /// A step of a device's path in /sys at which it hangs on a plug: "usb3", the PCI devices behind Thunderbolt, a card.
 bool isPlug(const std::string& folder) {
     const std::string name = splitPath(folder).name;
     const bool isBus = (name.starts_with("usb") || name.starts_with("fw")) &&
                        name.find_first_of("0123456789") != std::string::npos;
-    const std::string removable = textOf(joinPath(folder, "removable"));
-    return isBus || removable == "1\n" || removable == "removable\n" ||
-           textOf(joinPath(folder, "type")) == "SD\n";
+    const std::string removable = wordsIn(joinPath(folder, "removable"));
+    return isBus || removable == "1" || removable == "removable" || wordsIn(joinPath(folder, "type")) == "SD";
 }
 
 } // namespace
@@ -87,7 +56,7 @@ bool BlockDevices::isInternal(const std::string& device, int depth) const {
     constexpr int deepest = 8; // encrypted, in a volume group, on a mirror…
     const std::string devices = realFolder(root_ + "/sys") + "/devices";
     const std::string slaves = joinPath(device, "slaves");
-    if (!textOf(joinPath(device, "loop/backing_file")).empty())
+    if (!wordsIn(joinPath(device, "loop/backing_file")).empty())
         return false; // an image that somebody attached
     for (const std::string& name : namesIn(slaves))
         if (depth < deepest && !isInternal(realFolder(joinPath(slaves, name)), depth + 1))
@@ -98,11 +67,22 @@ bool BlockDevices::isInternal(const std::string& device, int depth) const {
     return true;
 }
 
+uint64_t BlockDevices::numberOf(const MountEntry& entry) const {
+    const bool hasDevice = gnu_dev_major(entry.device) != 0;
+    return hasDevice || !entry.source.starts_with("/dev/") ? entry.device
+                                                           : blockDeviceAt(root_ + entry.source);
+}
+
+std::optional<std::string> BlockDevices::udev(uint64_t device, std::string_view key) const {
+    const std::string file =
+        fmt::format("{}/run/udev/data/b{}:{}", root_, gnu_dev_major(device), gnu_dev_minor(device));
+    return udevValue("\n" + wordsIn(file), key);
+}
+
 BlockDevice BlockDevices::under(const MountEntry& entry) const {
-    const uint64_t device = deviceOf(entry, root_);
+    const uint64_t device = numberOf(entry);
     const std::string number = fmt::format("{}:{}", gnu_dev_major(device), gnu_dev_minor(device));
-    const std::string udev = "\n" + textOf(root_ + "/run/udev/data/b" + number);
-    BlockDevice facts{udevValue(udev, "ID_FS_UUID_ENC"), udevValue(udev, "ID_FS_LABEL_ENC"), true};
+    BlockDevice facts{udev(device, "ID_FS_UUID_ENC"), udev(device, "ID_FS_LABEL_ENC"), true};
     if (!facts.uuid)
         facts.uuid = found(uuids_, device);
     if (!facts.label)

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace vh {
 
@@ -24,10 +25,17 @@ public:
 
     /// Of the device that holds the mounted file system; all but unknown for one without a device.
     BlockDevice under(const MountEntry& entry) const;
+    /// The number of that device; file systems of several devices have a number of their own, and their source names one
+    /// of them.
+    uint64_t numberOf(const MountEntry& entry) const;
+    /// What udev noted of a device.
+    std::optional<std::string> udev(uint64_t device, std::string_view key) const;
+    /// Of a device by its real folder in /sys; throws SystemError where there is none.
+    bool isInternal(const std::string& device, int depth = 0) const;
+
+    const std::string& root() const { return root_; }
 
 private:
-    bool isInternal(const std::string& device, int depth) const;
-
     std::string root_;
     std::map<uint64_t, std::string> uuids_;
     std::map<uint64_t, std::string> labels_;
