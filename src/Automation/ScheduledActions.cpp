@@ -1,11 +1,13 @@
 #include "Automation/ScheduledActions.h"
 
+#include "Automation/SyncJob.h"
 #include "Automation/TaskList.h"
 #include "Automation/TasksRun.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Core/SuiteModule.h"
 #include "Core/ToolTexts.h"
+#include "Tools/FolderSync/SyncPairStore.h"
 
 #include <algorithm>
 #include <array>
@@ -46,6 +48,7 @@ public:
 
     RunRecord clean();
     RunRecord maintain();
+    RunRecord sync();
     RunRecord notThereYet() {
         return fail(texts_.text("scheduled-action.not-there-yet", {{"tool", toolTitle(request_.toolID)}}));
     }
@@ -104,6 +107,18 @@ RunRecord ActionRun::maintain() {
     return finish(run.outcome(), run.summary(), run.metrics(), run.details());
 }
 
+RunRecord ActionRun::sync() {
+    sync::SyncPairStore store(sync::SyncPairStore::fileIn(world_.folders));
+    const auto pair = pairOfPayload(request_.payload, store.load());
+    if (!pair)
+        return fail(texts_.text("scheduled-action.sync-pair-gone"));
+    control_.report(-1, texts_.text("scheduled-action.syncing", {{"name", printable(pair->title())}}));
+    SyncJobRequest request{.pair = *pair, .trigger = request_.trigger, .details = details_};
+    request.isAttended = false;
+    request.logsNothingToDo = true;
+    return *runSync(request, world_, control_).record;
+}
+
 /// What an action does. Those of tools that are not there yet say so.
 struct ActionRow {
     ScheduledAction action;
@@ -113,7 +128,7 @@ constexpr std::array rows{ActionRow{ScheduledAction::cleanStorage, &ActionRun::c
                           ActionRow{ScheduledAction::cleanPrivacy, &ActionRun::clean},
                           ActionRow{ScheduledAction::maintenance, &ActionRun::maintain},
                           ActionRow{ScheduledAction::smartHealth, &ActionRun::notThereYet},
-                          ActionRow{ScheduledAction::folderSync, &ActionRun::notThereYet},
+                          ActionRow{ScheduledAction::folderSync, &ActionRun::sync},
                           ActionRow{ScheduledAction::optimize, &ActionRun::notThereYet},
                           ActionRow{ScheduledAction::backup, &ActionRun::notThereYet}};
 static_assert(rows.size() == allCases<ScheduledAction>().size());

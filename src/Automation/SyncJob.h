@@ -8,8 +8,11 @@
 #include "Tools/FolderSync/WatchState.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace vh::automation {
 
@@ -28,6 +31,17 @@ struct SyncJobResult {
     sync::SyncResult result;
     std::string message;             ///< for people
     std::optional<RunRecord> record; ///< nothing where nothing was logged
+    std::string trackingFailure;     ///< why the list of what was done could not be kept; else empty
+};
+
+/// How far a plan is carried out.
+struct SyncJobProgress {
+    int64_t done = 0, total = 0;       ///< actions
+    int64_t bytes = 0, bytesTotal = 0; ///< copied, and to copy
+    std::string_view current;          ///< the relative path of what was done last
+
+    /// 0 to 1, of files and bytes together.
+    double fraction() const;
 };
 
 /// Who asks for a sync.
@@ -36,13 +50,16 @@ struct SyncJobRequest {
     std::optional<sync::SyncPlan> plan; ///< that a person has seen; else it is made here
     Trigger trigger = Trigger::manual;
     RunDetails details;
-    bool isAttended = true;       ///< a person has approved: no guard
-    bool logsNothingToDo = false; ///< a scheduled run says that it was up to date, or why it could not be
+    bool isAttended = true; ///< a person has approved: no guard
+    /// A scheduled run waits for its turn, and always leaves a record: also that it was up to date or why it could not be.
+    bool logsNothingToDo = false;
+    /// Throttled, on the thread of the run, beside that of its JobControl. May be empty.
+    std::function<void(const SyncJobProgress&)> progress = {};
 };
 
 /// The one road from a pair to a synced destination and its run record with its file list: checks, plans, holds back
-/// what nobody approved, carries it out, notes when. One at a time among all processes of this user. Never throws;
-/// Cancelled before the first change ends it stopped. Blocks; any thread.
+/// what nobody approved, carries it out, notes when. One at a time among all processes of this user. Never throws; asked
+/// to stop, also before the first change, it is done and its result stopped. Blocks; any thread.
 SyncJobResult runSync(const SyncJobRequest& request, const AutomationWorld& world, const JobControl& control);
 
 /// The pair that a schedule's payload means: "pair" of the stored ones, else "source", "destination" and "delete".

@@ -44,7 +44,7 @@ RunFileRow afterRestoring(RunFileRow step) {
 } // namespace
 
 RunFileRow afterInterruption(RunFileRow step, Date runStart) {
-    if (step.state == cleanState::trashed)
+    if (cleanState::isTrashed(step.state))
         return afterTrashing(std::move(step), runStart);
     if (step.state == cleanState::deleted)
         return afterDeleting(std::move(step));

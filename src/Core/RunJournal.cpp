@@ -10,6 +10,7 @@
 #include "Platform/Removal.h"
 #include "Platform/SystemError.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
 namespace vh {
@@ -94,6 +95,16 @@ void RunJournal::done(RunFileRow row) {
     if (open_ > 0)
         --open_;
     settle();
+}
+
+void RunJournal::add(std::vector<RunFileRow> rows) {
+    const std::lock_guard hold(mutex_);
+    std::string lines;
+    for (const RunFileRow& row : rows)
+        lines += encodeJson(JournalLine(row)) + "\n";
+    if (!path_.empty())
+        attempt([&] { appendToFile(path_, lines); });
+    std::ranges::move(rows, std::back_inserter(rows_));
 }
 
 std::vector<RunFileRow> RunJournal::rows() const {

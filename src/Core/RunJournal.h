@@ -24,6 +24,8 @@ public:
     void doing(RunFileRow goal);
     /// After it, with what became of that path.
     void done(RunFileRow row);
+    /// Rows of steps that were not announced, in one write.
+    void add(std::vector<RunFileRow> rows);
     /// Writes the record and then the list of all rows; then the track goes. The list waits for the end of a step that
     /// is still under way. Does not throw.
     RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {},

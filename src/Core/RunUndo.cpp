@@ -16,7 +16,7 @@ namespace vh {
 namespace {
 
 bool wasTrashed(const RunFileRow& row) {
-    return row.state == cleanState::trashed && row.place;
+    return cleanState::isTrashed(row.state) && row.place;
 }
 
 RunRecord recordOf(const RunLog& log, const Uuid& runID, const Texts& texts) {

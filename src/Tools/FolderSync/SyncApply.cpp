@@ -59,14 +59,19 @@ SyncResult SyncApply::run(const SyncPlan& plan) {
             result_.stopped = true;
             break;
         }
+        isFailed_ = false;
+        landed_.reset();
         try {
             carryOut(action);
         } catch (const Stopped&) {
             result_.stopped = true;
             break;
         } catch (const SystemError& error) {
+            isFailed_ = true;
             result_.errors.push_back(action.relativePath + ": " + error.reason());
         }
+        if (steering_.ended)
+            steering_.ended({action, isFailed_, landed_});
         if (steering_.progress)
             steering_.progress(++done, total);
     }
@@ -142,9 +147,16 @@ void SyncApply::remove(const std::string& relative) {
         return; // a killed run had left it, and the file it was for is there by now
     if (!identity)
         throw SystemError(ENOENT, relative);
-    // Refused when the path leads to anything else, as through a link put there meanwhile.
-    removeItem(destination_.path() + '/' + relative, RemovalMethod::trash, identity);
+    moveToTrash(relative, identity);
     ++result_.deleted;
+}
+
+/// Refused when the path leads to anything else, as through a link put there meanwhile.
+void SyncApply::moveToTrash(const std::string& relative, const std::optional<FileIdentity>& identity) {
+    const std::string path = destination_.path() + '/' + relative;
+    if (steering_.removing)
+        steering_.removing(path);
+    landed_ = removeItem(path, RemovalMethod::trash, identity);
 }
 
 void SyncApply::copy(const SyncAction& action) {
@@ -156,6 +168,7 @@ void SyncApply::copy(const SyncAction& action) {
         else
             copyFile(action);
     } catch (const SystemError& error) {
+        isFailed_ = true;
         result_.errors.push_back(relative + ": " + copyFailure(error));
         return;
     }
@@ -196,6 +209,8 @@ bool SyncApply::fill(PartialFile& partial, const SourceFile& source) {
             if (copied == 0)
                 return true; // it has become shorter, which shows
             offset += copied;
+            if (steering_.copied)
+                steering_.copied(copied);
             if (offset < source.size() && !goesOn())
                 return false;
         }
@@ -225,12 +240,12 @@ void SyncApply::place(const SyncAction& action, Place put) {
         if (error.code() != EEXIST || !destination_.isFolder(relative))
             throw;
     }
-    const std::string path = destination_.path() + '/' + relative;
-    const auto landed = removeItem(path, RemovalMethod::trash, destination_.at(relative));
+    moveToTrash(relative, destination_.at(relative));
     try {
         put(How::free);
     } catch (const SystemError&) {
-        restoreFromTrash(*landed, path);
+        restoreFromTrash(*landed_, destination_.path() + '/' + relative);
+        landed_.reset();
         throw;
     }
 }

@@ -26,6 +26,7 @@ private:
     void noteRefused(const std::string& relative, const std::vector<std::string>& refused);
     bool isFileInSource(const std::string& relative);
     void remove(const std::string& relative);
+    void moveToTrash(const std::string& relative, const std::optional<FileIdentity>& identity);
     void copy(const SyncAction& action);
     void copyFile(const SyncAction& action);
     bool fill(PartialFile& partial, const SourceFile& source);
@@ -39,6 +40,8 @@ private:
     std::string block_;                    ///< for small files
     std::optional<std::string> parent_;    ///< the last that is there for certain
     std::vector<std::string> madeFolders_; ///< they get their metadata when all in them has landed
+    bool isFailed_ = false;                ///< of the action in hand
+    std::optional<std::string> landed_;    ///< in the Trash, of the action in hand
     SyncResult result_;
 };
 

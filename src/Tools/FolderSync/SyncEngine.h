@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,11 +26,23 @@ public:
     static SyncPlan plan(const SyncIndex& source, const SyncIndex& destination, bool deleteExtraneous,
                          const SameContents& sameContents = {});
 
+    /// One action that has ended.
+    struct Step {
+        const SyncAction& action;
+        bool isFailed = false;
+        std::optional<std::string> landed; ///< where in the Trash that lies which it moved there
+    };
     struct Steering {
         /// After each action.
         std::function<void(int64_t done, int64_t total)> progress;
         /// Before each action, and between the blocks of a large file.
         std::function<bool()> shouldContinue;
+        /// More of a large file.
+        std::function<void(int64_t bytes)> copied;
+        /// Before something goes to the Trash.
+        std::function<void(const std::string& path)> removing;
+        /// After each action, before `progress`.
+        std::function<void(const Step&)> ended;
     };
     /// Carries a plan out. A failed action is a line among the errors and never stops the run; what was at a name is
     /// replaced when the new file is whole, and what has to leave goes to the Trash. Holes stay holes, names of one

@@ -1,14 +1,9 @@
 #include "Tools/FolderSync/SyncPairStore.h"
 
 #include "Core/Codec.h"
-#include "Platform/Folders.h"
 #include "Platform/SystemError.h"
 
 namespace vh::sync {
-
-std::string SyncPairStore::fileOfUser() {
-    return Folders::ofUser().data + "/Varnholt/FolderSync/pairs.json";
-}
 
 void SyncPairStore::catchUp() {
     const auto text = file_.news();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/SharedFile.h"
+#include "Platform/Folders.h"
 #include "Tools/FolderSync/SyncPair.h"
 
 #include <functional>
@@ -14,8 +15,13 @@ class SyncPairStore {
 public:
     /// The file and its folder are made by the first write.
     explicit SyncPairStore(std::string file) : file_(std::move(file)) {}
-    /// "<data>/Varnholt/FolderSync/pairs.json". Throws SystemError when the user has no home.
-    static std::string fileOfUser();
+    /// "<data>/Varnholt/FolderSync/pairs.json".
+    static std::string fileIn(const Folders& folders) {
+        return folders.data + "/Varnholt/FolderSync/pairs.json";
+    }
+
+    /// That of the user; throws SystemError when the user has no home.
+    static std::string fileOfUser() { return fileIn(Folders::ofUser()); }
 
     /// Empty when the file is missing or cannot be read.
     std::vector<SyncPair> load();

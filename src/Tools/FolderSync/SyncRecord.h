@@ -1,26 +1,34 @@
 #pragma once
 
-#include "Core/RunFiles.h"
 #include "Core/RunRecord.h"
+#include "Tools/FolderSync/SyncError.h"
 #include "Tools/FolderSync/SyncPair.h"
 #include "Tools/FolderSync/SyncPlan.h"
+#include "Tools/FolderSync/WatchState.h"
 
 #include <string>
-#include <vector>
 
 namespace vh {
 class Texts;
 }
 
+/// What is said of a sync, for people and in its record.
 namespace vh::sync {
 
 inline constexpr const char* toolID = "sync";
 
 /// What the record of a sync says before it ends.
 RunDetails detailsOf(const SyncPair& pair);
+/// What it says of what came of it; so many bytes were copied.
+RunDetails detailsOf(const SyncResult& result, int64_t bytes);
 /// One sentence or two on what a sync did.
 std::string summaryOf(const SyncResult& result, const Texts& texts);
 Outcome outcomeOf(const SyncResult& result);
-RunMetrics metricsOf(const SyncResult& result);
+RunMetrics metricsOf(const SyncResult& result, int64_t bytes);
+
+/// Why two folders cannot be compared.
+std::string textOf(const SyncError& error, const Texts& texts);
+/// What keeps a pair from being synced.
+std::string textOf(const WatchState& blocker, const SyncPair& pair, const Texts& texts);
 
 } // namespace vh::sync
