@@ -7,6 +7,8 @@ namespace vh {
 
 /// The computer's name for people: the pretty host name when one is set, else the host name. May be empty.
 std::string hostName();
+/// With which this process's user logs in; empty when the user database does not know.
+std::string userName();
 /// Name and version of the operating system, such as "Debian GNU/Linux 12".
 std::string systemName();
 /// Whether this is macOS; else it is Linux.

@@ -6,6 +6,8 @@
 
 namespace vh {
 
+class FileDescriptor;
+
 /// Writes out all that the system still holds back for the volume of this folder. What fails shows when it is read.
 void flushVolume(const std::string& folder);
 
@@ -16,6 +18,9 @@ enum class ReadFrom {
 
 /// Reads a whole file in blocks of 1 MiB. Ends early when `take` says no. Throws SystemError.
 void readBlocks(const std::string& path, ReadFrom where,
+                const std::function<bool(std::string_view block)>& take);
+/// The same of an open file, from where it stands; `path` is for errors.
+void readBlocks(const FileDescriptor& file, const std::string& path, ReadFrom where,
                 const std::function<bool(std::string_view block)>& take);
 
 } // namespace vh

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdlib>
 #include <ctime>
+#include <pwd.h>
 #include <string_view>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -37,6 +38,14 @@ std::string hostName() {
         return pretty;
     std::array<char, 256> name{};
     return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : std::string();
+}
+
+std::string userName() {
+    std::array<char, 16384> buffer;
+    passwd entry{};
+    passwd* found = nullptr;
+    ::getpwuid_r(::geteuid(), &entry, buffer.data(), buffer.size(), &found);
+    return found == nullptr ? std::string() : found->pw_name;
 }
 
 std::string systemName() {

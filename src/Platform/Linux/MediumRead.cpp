@@ -13,8 +13,12 @@ void flushVolume(const std::string& folder) {
 }
 
 void readBlocks(const std::string& path, ReadFrom where, const std::function<bool(std::string_view)>& take) {
+    readBlocks(openPath(path, O_RDONLY), path, where, take);
+}
+
+void readBlocks(const FileDescriptor& file, const std::string& path, ReadFrom where,
+                const std::function<bool(std::string_view)>& take) {
     constexpr size_t blockBytes = 1u << 20;
-    const FileDescriptor file = openPath(path, O_RDONLY);
     if (where == ReadFrom::medium) {
         ::fdatasync(file.get()); // pages that are not written yet cannot be let go
         ::posix_fadvise(file.get(), 0, 0, POSIX_FADV_DONTNEED);

@@ -18,19 +18,11 @@ namespace copy {
 /// A list of checksums that lies beside a copy, so that anybody can check it later.
 enum class ManifestKind {
     sums, ///< "<hash>  <path>" a line, as sha256sum and its kin read it
-    mhl   ///< ASC Media Hash List, version 1.1
+    mhl ///< ASC Media Hash List, version 1.1; SHA-256 stands there as <sha256>, which that version does not name
 };
 
-} // namespace copy
-
-template <>
-inline constexpr auto describe<copy::ManifestKind> =
-    enumeration<copy::ManifestKind>({{copy::ManifestKind::sums, "sums"}, {copy::ManifestKind::mhl, "mhl"}});
-
-namespace copy {
-
 struct ManifestEntry {
-    std::string relative; ///< below the manifest's folder
+    std::string relative; ///< below the manifest's folder, without "." and ".."
     HashAlgorithm algorithm = HashAlgorithm::sha256;
     std::string hash; ///< lower-case hexadecimal
     std::optional<int64_t> bytes;
@@ -41,28 +33,32 @@ struct Manifest {
     std::vector<ManifestEntry> entries;
 };
 
-/// Why a text is no manifest; what() names the line or element.
+/// Why a text is no manifest; what() names the line.
 class ManifestError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Writes the manifest of the verified files of one destination into its folder, under a name that is free, and gives
-/// its path; nothing when no file was verified there. Throws SystemError.
-std::optional<std::string> writeManifest(const CopyReport& report, size_t destination, ManifestKind kind,
-                                         Date now);
+struct WrittenManifest {
+    std::string path;                 ///< empty when there was nothing to list
+    std::vector<std::string> leftOut; ///< files whose name that kind of list cannot hold, a line each
+};
+
+/// Writes the manifest of the verified files of one destination into its folder, in one step and under a name that is
+/// free. Throws SystemError.
+WrittenManifest writeManifest(const CopyReport& report, size_t destination, ManifestKind kind, Date now);
 
 /// Of either kind, told apart by its text. Throws ManifestError, also for paths that lead out of the folder.
 Manifest parseManifest(std::string_view text);
 
 /// What a check against a manifest found.
 struct ManifestCheck {
-    int64_t files = 0;
+    int64_t files = 0; ///< listed
     int64_t matching = 0;
     int64_t bytes = 0;                  ///< read
     std::vector<std::string> differing; ///< other bytes or another size, relative
     std::vector<std::string> missing;
-    std::vector<std::string> unreadable; ///< "path: reason"
+    std::vector<std::string> unreadable; ///< "path: reason"; what lies behind a link is not read
     bool stopped = false;
 };
 
@@ -70,4 +66,16 @@ struct ManifestCheck {
 ManifestCheck checkManifest(const std::string& path, const JobControl& control);
 
 } // namespace copy
+
+template <>
+inline constexpr auto describe<copy::ManifestKind> =
+    enumeration<copy::ManifestKind>({{copy::ManifestKind::sums, "sums"}, {copy::ManifestKind::mhl, "mhl"}});
+
+template <>
+inline constexpr auto describe<copy::ManifestCheck> = record(
+    field("files", &copy::ManifestCheck::files), field("matching", &copy::ManifestCheck::matching),
+    field("bytes", &copy::ManifestCheck::bytes), field("differing", &copy::ManifestCheck::differing),
+    field("missing", &copy::ManifestCheck::missing), field("unreadable", &copy::ManifestCheck::unreadable),
+    field("stopped", &copy::ManifestCheck::stopped));
+
 } // namespace vh

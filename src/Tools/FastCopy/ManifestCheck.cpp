@@ -1,0 +1,118 @@
+#include "Core/Printable.h"
+#include "Platform/CopyFolder.h"
+#include "Platform/Files.h"
+#include "Platform/MediumRead.h"
+#include "Platform/SystemError.h"
+#include "Tools/FastCopy/CopyManifest.h"
+
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+
+namespace vh::copy {
+
+namespace {
+
+/// Far beyond the list of a million files.
+constexpr int64_t largestManifest = int64_t{1} << 30;
+constexpr std::chrono::milliseconds reportInterval{100};
+
+std::string textOf(const SourceFile& file) {
+    if (file.size() > largestManifest)
+        throw ManifestError("The list is larger than 1 GiB");
+    std::string text(static_cast<size_t>(file.size()), '\0');
+    text.resize(file.readAt(0, text));
+    return text;
+}
+
+class Check {
+public:
+    Check(const std::string& folder, Manifest manifest, const JobControl& control)
+        : folder_(folder), manifest_(std::move(manifest)), control_(control) {
+        found_.files = static_cast<int64_t>(manifest_.entries.size());
+        for (const ManifestEntry& entry : manifest_.entries)
+            total_ += sizeOf(entry);
+    }
+
+    ManifestCheck run() {
+        for (const ManifestEntry& entry : manifest_.entries) {
+            const int64_t before = done_;
+            try {
+                check(entry);
+            } catch (const SystemError& error) {
+                const bool isDetour = error.code() == ELOOP || error.code() == ENOTDIR;
+                if (error.code() == ENOENT)
+                    found_.missing.push_back(entry.relative);
+                else
+                    found_.unreadable.push_back(
+                        entry.relative + ": " +
+                        (isDetour ? "a link or a file stands in the way" : error.reason()));
+            }
+            if (control_.cancel.isCancelled()) {
+                found_.stopped = true;
+                break;
+            }
+            done_ = before + sizeOf(entry);
+        }
+        return std::move(found_);
+    }
+
+private:
+    /// For the bar alone.
+    int64_t sizeOf(const ManifestEntry& entry) const {
+        if (entry.bytes)
+            return *entry.bytes;
+        const auto status = statusOf(folder_.path() + '/' + entry.relative);
+        return status ? status->byteSize : 0;
+    }
+
+    void check(const ManifestEntry& entry) {
+        if (control_.cancel.isCancelled())
+            return;
+        const SourceFile file = folder_.source(entry.relative);
+        if (entry.bytes && *entry.bytes != file.size()) {
+            found_.differing.push_back(entry.relative);
+            return;
+        }
+        ContentHash hash(entry.algorithm);
+        readBlocks(file.descriptor(), file.path(), ReadFrom::medium, [&](std::string_view block) {
+            hash.update(block);
+            found_.bytes += static_cast<int64_t>(block.size());
+            done_ += static_cast<int64_t>(block.size());
+            report(entry.relative);
+            return !control_.cancel.isCancelled();
+        });
+        if (control_.cancel.isCancelled())
+            return; // what was half read proves nothing
+        if (hash.hex() == entry.hash)
+            ++found_.matching;
+        else
+            found_.differing.push_back(entry.relative);
+    }
+
+    void report(const std::string& relative) {
+        const auto now = std::chrono::steady_clock::now();
+        if (now - reported_ < reportInterval)
+            return;
+        reported_ = now;
+        control_.report(total_ > 0 ? static_cast<double>(done_) / static_cast<double>(total_) : -1, relative);
+    }
+
+    CopyFolder folder_;
+    const Manifest manifest_;
+    const JobControl& control_;
+    ManifestCheck found_;
+    int64_t total_ = 0; ///< bytes
+    int64_t done_ = 0;
+    std::chrono::steady_clock::time_point reported_{};
+};
+
+} // namespace
+
+ManifestCheck checkManifest(const std::string& path, const JobControl& control) {
+    Manifest manifest = parseManifest(textOf(SourceFile(path, SourceFile::Attributes::left)));
+    const std::string folder = std::filesystem::path(path).parent_path().string();
+    return Check(folder.empty() ? "." : folder, std::move(manifest), control).run();
+}
+
+} // namespace vh::copy
