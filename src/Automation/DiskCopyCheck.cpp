@@ -6,6 +6,7 @@
 #include "HelperKit/ImagePath.h"
 #include "HelperKit/MaintenanceTable.h"
 #include "Platform/CopyFolder.h"
+#include "Platform/Files.h"
 #include "Platform/SystemError.h"
 #include "Platform/Volumes.h"
 #include "Tools/FastCopy/CopyError.h"
