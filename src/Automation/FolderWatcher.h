@@ -1,41 +1,41 @@
 #pragma once
 
-#include "Automation/Worker.h"
 #include "Platform/MainLoop.h"
 #include "Platform/TreeEvents.h"
 
 #include <chrono>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
 
 namespace vh::automation {
 
-/// Says once that a tree has changed, `debounce` after the last change of a burst. Main thread; a large tree is walked
-/// on a thread of its own.
+class Worker;
+
+/// Says once that a tree has changed, `debounce` after the last change of a burst, and every five minutes in a burst
+/// that never ends. Main thread; the tree is walked on the worker's threads, so a disk that does not answer holds up
+/// nobody but them.
 class FolderWatcher {
 public:
     struct Events {
+        std::function<void()> onStarted; ///< what changes from now on is told
         std::function<void()> onChange;
         std::function<void()> onRootChanged;                  ///< it is gone: the watcher no longer runs
-        std::function<void(const std::string& why)> onFailed; ///< it could not start, or watches only a part
+        std::function<void(const SystemError& why)> onFailed; ///< it did not start, or no longer runs
     };
-    FolderWatcher(MainLoop& loop, std::string folder, std::chrono::milliseconds debounce, Events events);
+    /// The worker outlives it, and may be left with a walk that ends soon.
+    FolderWatcher(MainLoop& loop, Worker& worker, std::string folder, std::chrono::milliseconds debounce,
+                  Events events);
     ~FolderWatcher();
     FolderWatcher(const FolderWatcher&) = delete;
     FolderWatcher& operator=(const FolderWatcher&) = delete;
 
-    bool isRunning() const { return tree_.has_value(); }
+    /// True from onStarted until onRootChanged or onFailed.
+    bool isRunning() const;
 
 private:
-    MainLoop& loop_;
-    const std::string folder_;
-    const std::chrono::milliseconds debounce_;
-    const Events events_;
-    std::optional<TreeEvents> tree_;
-    MainLoop::Token watching_;
-    MainLoop::Token pending_;
-    Worker walking_;
+    struct State;
+    const std::shared_ptr<State> state_;
 };
 
 } // namespace vh::automation

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/CancelToken.h"
+#include "Platform/SystemError.h"
 
 #include <cstddef>
 #include <memory>
@@ -9,20 +10,38 @@
 
 namespace vh {
 
-/// What happened in a watched tree since it was last asked.
-struct TreeChanges {
-    bool something = false; ///< also when events were dropped: then the tree was looked at again
-    bool isGone = false;    ///< its root was removed, moved or unmounted: nothing more will come
-    /// Why a part of the tree is no longer watched, with the setting to raise; empty while all is.
-    std::string trouble;
+/// How far the system's limit of watched folders is from what a tree needs.
+struct WatchLimit {
+    size_t folders = 0; ///< that the tree has
+    size_t limit = 0;   ///< of all trees of this user together
+    size_t raiseTo = 0; ///< with what others watch besides
+    /// The line for sysctl that raises it; empty on a system without such a limit.
+    std::string setting() const;
+    bool operator==(const WatchLimit&) const = default;
 };
 
-/// Watches a folder and all folders below it, those that come later included; links are not followed. At rest it costs
-/// nothing. It may be made on any thread; then one thread at a time.
+class WatchLimitReached : public SystemError {
+public:
+    WatchLimitReached(const std::string& folder, const WatchLimit& limit);
+    const WatchLimit& limit() const { return limit_; }
+
+private:
+    WatchLimit limit_;
+};
+
+/// What happened in a watched tree since it was last asked.
+struct TreeChanges {
+    bool something = false;          ///< also when events were dropped: then the tree was looked at again
+    bool isGone = false;             ///< its root was removed, moved or unmounted: nothing more will come
+    std::optional<WatchLimit> limit; ///< that was met by now: a part of the tree is not watched
+};
+
+/// Watches a folder and all folders below it, those that come later included, over mounts too; links are not followed,
+/// and folders that may not be listed are left out until they may. At rest it costs nothing. It may be made on any
+/// thread; then one thread at a time.
 class TreeEvents {
 public:
-    /// Throws SystemError; when the system's limit of watches is used up, its message says how many folders the tree
-    /// has and which setting to raise. Throws Cancelled.
+    /// Throws SystemError, WatchLimitReached when the tree has more folders than may be watched, and Cancelled.
     explicit TreeEvents(const std::string& folder, const CancelToken& cancel = {});
     ~TreeEvents();
     TreeEvents(TreeEvents&&) noexcept;
@@ -30,7 +49,7 @@ public:
 
     /// Readable when there are changes to take.
     int descriptor() const;
-    /// Never blocks for long.
+    /// Looks at folders that are new, and at all of them when events were dropped. Throws Cancelled.
     TreeChanges take();
     size_t folderCount() const;
 
