@@ -41,6 +41,19 @@ private:
 /// to its old end and throws SystemError. The caller keeps other writers away.
 void appendToFile(const std::string& path, std::string_view bytes);
 
+/// A file that is held open to be added to. Any thread: what is added in one call stays together.
+class AppendedFile {
+public:
+    /// Makes it with mode 0600 if missing. Throws SystemError.
+    explicit AppendedFile(const std::string& path);
+    /// Throws SystemError; a part may have been added then.
+    void append(std::string_view bytes) const;
+
+private:
+    std::string path_;
+    FileDescriptor file_;
+};
+
 /// Makes what was written to the file survive a power cut. Throws SystemError.
 void flushFile(const std::string& path);
 

@@ -21,5 +21,7 @@ bool isAdministrator();
 /// The language the person prefers most, from the environment: "es_ES" → "es". "en" when none is set.
 std::string preferredLanguage();
 std::chrono::seconds uptime();
+/// Another after each start of the system; empty when it is not told.
+std::string bootIdentity();
 
 } // namespace vh

@@ -10,6 +10,17 @@
 
 namespace vh {
 
+/// What tells one state of a file from another on its volume: who finds an equal one finds the same bytes.
+struct FileState {
+    uint64_t inode = 0;
+    int64_t bytes = 0;
+    int64_t modified = 0; ///< nanoseconds since 1970, UTC
+    int64_t changed = 0;  ///< the same, of its metadata too
+    bool operator==(const FileState&) const = default;
+};
+/// Nothing when no plain file is there or it may not be asked. Follows links.
+std::optional<FileState> fileStateOf(const std::string& path);
+
 /// A file that is being copied, open for reading. One thread at a time.
 class SourceFile {
 public:
@@ -22,9 +33,10 @@ public:
 
     const std::string& path() const { return path_; }
     const FileDescriptor& descriptor() const { return file_; }
-    int64_t size() const { return size_; } ///< bytes, when it was opened
+    int64_t size() const { return state_.bytes; } ///< bytes, when it was opened
     uint64_t device() const { return device_; }
     const FileMetadata& metadata() const { return metadata_; }
+    const FileState& state() const { return state_; } ///< when it was opened
 
     /// A run of bytes that are stored; between two of them lies a hole. That of a file without holes has no end.
     struct Stretch {
@@ -45,7 +57,7 @@ private:
 
     std::string path_;
     FileDescriptor file_;
-    int64_t size_ = 0;
+    FileState state_;
     uint64_t device_ = 0;
     bool hasHoles_ = false;
     FileMetadata metadata_;

@@ -1,5 +1,6 @@
 #include "Platform/Host.h"
 
+#include "Platform/Blank.h"
 #include "Platform/Files.h"
 #include "Platform/Linux/AssignmentFile.h"
 #include "Platform/SystemError.h"
@@ -88,6 +89,10 @@ std::chrono::seconds uptime() {
     if (::clock_gettime(CLOCK_BOOTTIME, &time) != 0)
         throwErrno("uptime");
     return std::chrono::seconds(time.tv_sec);
+}
+
+std::string bootIdentity() {
+    return std::string(trimmed(readFileIfPresent("/proc/sys/kernel/random/boot_id").value_or("")));
 }
 
 } // namespace vh

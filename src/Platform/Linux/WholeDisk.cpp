@@ -113,19 +113,7 @@ WholeDisk::WholeDisk(const std::string& device) : device_(device) {
 WholeDisk::~WholeDisk() = default;
 
 size_t WholeDisk::readAt(int64_t offset, std::span<char> block) const {
-    size_t filled = 0;
-    while (filled < block.size()) {
-        const ssize_t got = retried([&] {
-            return ::pread(file_->get(), block.data() + filled, block.size() - filled,
-                           offset + static_cast<off_t>(filled));
-        });
-        if (got < 0)
-            throwErrno(device_);
-        if (got == 0)
-            break;
-        filled += static_cast<size_t>(got);
-    }
-    return filled;
+    return vh::readAt(*file_, offset, block, device_);
 }
 
 void WholeDisk::forgetUpTo(int64_t offset) const {

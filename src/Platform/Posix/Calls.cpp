@@ -32,6 +32,22 @@ void writeAll(const FileDescriptor& file, std::string_view bytes, const std::str
     }
 }
 
+size_t readAt(const FileDescriptor& file, int64_t offset, std::span<char> block, const std::string& path) {
+    size_t filled = 0;
+    while (filled < block.size()) {
+        const ssize_t got = retried([&] {
+            return ::pread(file.get(), block.data() + filled, block.size() - filled,
+                           offset + static_cast<off_t>(filled));
+        });
+        if (got < 0)
+            throwErrno(path);
+        if (got == 0)
+            break;
+        filled += static_cast<size_t>(got);
+    }
+    return filled;
+}
+
 std::string readAll(const FileDescriptor& file, const std::string& path) {
     const off_t expected = statusOfOpen(file, path).st_size;
     std::string bytes(expected > 0 ? static_cast<size_t>(expected) + 1 : 4096, '\0');

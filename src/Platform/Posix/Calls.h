@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <span>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -37,6 +38,8 @@ struct stat statusOfOpen(const FileDescriptor& file, const std::string& path);
 
 /// Writes all of it, whatever the pieces. Throws SystemError that names `path`.
 void writeAll(const FileDescriptor& file, std::string_view bytes, const std::string& path);
+/// Fills as much of `block` as the file has from `offset`; less only at its end. Throws SystemError that names `path`.
+size_t readAt(const FileDescriptor& file, int64_t offset, std::span<char> block, const std::string& path);
 /// Reads from where the file stands to its end. Throws SystemError that names `path`.
 std::string readAll(const FileDescriptor& file, const std::string& path);
 /// Flushes a file or a folder; a file system that cannot flush a folder is no failure.

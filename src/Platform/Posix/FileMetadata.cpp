@@ -43,6 +43,18 @@ FileMetadata metadataIn(const struct stat& status) {
             timeOf(accessed), timeOf(modified), {}};
 }
 
+FileState stateIn(const struct stat& status) {
+#ifdef __APPLE__
+    const timespec modified = status.st_mtimespec, changed = status.st_ctimespec;
+#else
+    const timespec modified = status.st_mtim, changed = status.st_ctim;
+#endif
+    const auto nanoseconds = [](const timespec& time) {
+        return int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+    };
+    return {status.st_ino, status.st_size, nanoseconds(modified), nanoseconds(changed)};
+}
+
 FileMetadata metadataOf(const FileDescriptor& file, const std::string& path) {
     FileMetadata metadata = metadataIn(statusOfOpen(file, path));
     metadata.attributes = attributesOf(file.get());

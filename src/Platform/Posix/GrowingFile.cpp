@@ -74,6 +74,13 @@ void appendToFile(const std::string& path, std::string_view bytes) {
     }
 }
 
+AppendedFile::AppendedFile(const std::string& path)
+    : path_(path), file_(openPath(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW, 0600)) {}
+
+void AppendedFile::append(std::string_view bytes) const {
+    writeAll(file_, bytes, path_);
+}
+
 void flushFile(const std::string& path) {
     flush(openPath(path, O_RDONLY), path);
 }

@@ -15,6 +15,13 @@ constexpr int readingFlags = O_RDONLY | O_NONBLOCK; // a pipe without a writer m
 
 } // namespace
 
+std::optional<FileState> fileStateOf(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return stateIn(status);
+}
+
 SourceFile::SourceFile(const std::string& path, Attributes attributes)
     : path_(path), file_(openPath(path, readingFlags)) {
     look(attributes);
@@ -32,7 +39,7 @@ void SourceFile::look(Attributes attributes) {
     const struct stat status = statusOfOpen(file_, path_);
     if (!S_ISREG(status.st_mode))
         throw SystemError(path_, "Not a plain file");
-    size_ = status.st_size;
+    state_ = stateIn(status);
     device_ = status.st_dev;
     hasHoles_ = status.st_blocks * 512 < status.st_size;
     metadata_ = metadataIn(status);
@@ -53,24 +60,12 @@ std::optional<SourceFile::Stretch> SourceFile::stretchFrom(int64_t offset) const
 }
 
 size_t SourceFile::readAt(int64_t offset, std::span<char> block) const {
-    size_t filled = 0;
-    while (filled < block.size()) {
-        const ssize_t got = retried([&] {
-            return ::pread(file_.get(), block.data() + filled, block.size() - filled,
-                           offset + static_cast<off_t>(filled));
-        });
-        if (got < 0)
-            throwErrno(path_);
-        if (got == 0)
-            break;
-        filled += static_cast<size_t>(got);
-    }
-    return filled;
+    return vh::readAt(file_, offset, block, path_);
 }
 
 bool SourceFile::hasChanged() const {
     const struct stat status = statusOfOpen(file_, path_);
-    return status.st_size != size_ || metadataIn(status).modified != metadata_.modified;
+    return status.st_size != state_.bytes || metadataIn(status).modified != metadata_.modified;
 }
 
 } // namespace vh

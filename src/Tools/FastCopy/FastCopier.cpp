@@ -97,11 +97,18 @@ private:
         std::vector<size_t> all(destinations_.size());
         for (size_t each = 0; each < all.size(); ++each)
             all[each] = each;
-        lanes_.run(all, [this](size_t destination) {
+        std::vector<std::vector<std::string>> problems(all.size());
+        lanes_.run(all, [&](size_t destination) {
             for (size_t item = run_.items().size(); item-- > 0;)
-                if (run_.items()[item].isFolder && !run_.control().isRemoved(destination))
-                    destinations_[destination]->finishFolder(run_.items()[item]);
+                if (const CopyItem& each = run_.items()[item];
+                    each.isFolder && !run_.control().isRemoved(destination))
+                    if (std::string problem = destinations_[destination]->finishFolder(each);
+                        !problem.empty())
+                        problems[destination].push_back(each.relative + ": " + problem);
         });
+        for (const size_t destination : all)
+            for (const std::string& each : problems[destination])
+                run_.addProblem(destination, each);
     }
 
     CopyRun& run_;
@@ -118,7 +125,7 @@ CopyPlan FastCopier::plan(const std::vector<std::string>& sources, const CancelT
 CopyReport FastCopier::copy(const std::vector<std::string>& sources,
                             const std::vector<std::string>& destinations, const CopyOptions& options,
                             const std::function<void(const CopyProgress&)>& progress,
-                            const CancelToken& beforeBeginning) {
+                            const CancelToken& beforeBeginning, CopyProofs* /*proofs*/) {
     refuseWhatCannotBegin(sources, destinations);
     CopyRun run(itemsOf(sources, beforeBeginning), destinations, options, *control_, progress);
     CopyLanes lanes(destinations.size() + 1, threads_); // one more for hashing the source

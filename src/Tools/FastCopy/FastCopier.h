@@ -15,6 +15,8 @@
 
 namespace vh::copy {
 
+class CopyProofs;
+
 /// Copies sources to several folders at once: each file is read once and written to all of them in step, and appears
 /// under its name only when it is whole. One copy a copier; blocks.
 class FastCopier {
@@ -27,10 +29,10 @@ public:
     static CopyPlan plan(const std::vector<std::string>& sources, const CancelToken& cancel = {});
 
     /// Throws CopyError for what keeps it from beginning, or Cancelled while it looks what there is. `progress` is called
-    /// on this thread.
+    /// on this thread. With `proofs` a verified copy takes up what an interrupted one had done, and notes what it does.
     CopyReport copy(const std::vector<std::string>& sources, const std::vector<std::string>& destinations,
                     const CopyOptions& options, const std::function<void(const CopyProgress&)>& progress = {},
-                    const CancelToken& beforeBeginning = {});
+                    const CancelToken& beforeBeginning = {}, CopyProofs* proofs = nullptr);
     void cancel() { control_->cancel(); }
 
 private:
