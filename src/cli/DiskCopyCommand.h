@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Tools/FastCopy/CopyOptions.h"
+#include "cli/CommandLine.h"
+
+#include <string>
+#include <vector>
+
+namespace vh::cli {
+
+/// Adds the verb that lists whole disks.
+void describeDisks(CLI::App& copy, CommandLine& line);
+
+/// Whether a block device is among them.
+bool holdsDisk(const std::vector<std::string>& sources);
+
+/// Images the one disk that `sources` is to be. Throws UsageError for a part of a disk, and for a disk among other
+/// sources.
+Exit copyDisk(Context& context, const std::vector<std::string>& sources,
+              const std::vector<std::string>& destinations, const copy::CopyOptions& options, bool unmount);
+
+} // namespace vh::cli
