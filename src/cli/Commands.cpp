@@ -21,6 +21,7 @@ std::span<const Command> commands() {
         {"schedule", "cli.schedule", describeSchedule},
         {"script", "cli.script", describeScript},
         {"serve", "cli.serve", describeServe},
+        {"sync", "cli.sync", describeSync},
         {"tools", "cli.tools", describeTools},
     };
     return table;

@@ -24,6 +24,7 @@ void describeRuns(CLI::App& noun, CommandLine& line);
 void describeSchedule(CLI::App& noun, CommandLine& line);
 void describeScript(CLI::App& noun, CommandLine& line);
 void describeServe(CLI::App& noun, CommandLine& line);
+void describeSync(CLI::App& noun, CommandLine& line);
 void describeTools(CLI::App& noun, CommandLine& line);
 
 } // namespace vh::cli

@@ -106,7 +106,9 @@ void refuseMissing(const std::string& folder) {
         throw SyncError::missing(folder);
 }
 
-std::string withSlash(std::string path) {
+/// With a slash at its end.
+std::string rootOf(const std::string& folder) {
+    std::string path = realPath(folder);
     return path.ends_with('/') ? path : path + '/';
 }
 
@@ -117,14 +119,18 @@ SyncPlan SyncEngine::plan(const SyncIndex& source, const SyncIndex& destination,
     return Comparison(source, deleteExtraneous, sameContents).of(destination);
 }
 
-SyncPlan SyncEngine::plan(const SyncPair& pair, const CancelToken& cancel) {
+void SyncEngine::check(const SyncPair& pair) {
     refuseMissing(pair.source);
     refuseMissing(pair.destination);
-    const std::string source = withSlash(realPath(pair.source));
-    const std::string destination = withSlash(realPath(pair.destination));
+    const std::string source = rootOf(pair.source), destination = rootOf(pair.destination);
     if (source.starts_with(destination) || destination.starts_with(source) ||
         identityOf(source) == identityOf(destination)) // by another mount of it
         throw SyncError::nested();
+}
+
+SyncPlan SyncEngine::plan(const SyncPair& pair, const CancelToken& cancel) {
+    check(pair);
+    const std::string source = rootOf(pair.source), destination = rootOf(pair.destination);
     auto theirs = std::async(std::launch::async, indexOf, std::cref(destination), std::cref(cancel));
     const SyncIndex ours = indexOf(source, cancel);
     SameContents sameContents;

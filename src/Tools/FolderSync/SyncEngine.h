@@ -20,6 +20,8 @@ public:
     /// Whether a file of that path is the same byte by byte in both trees.
     using SameContents = std::function<bool(std::string_view relative)>;
 
+    /// Throws SyncError when a folder of a pair is missing or one holds the other.
+    static void check(const SyncPair& pair);
     /// Compares the two folders of a pair. Throws SyncError, SystemError when one of them cannot be listed, Cancelled.
     static SyncPlan plan(const SyncPair& pair, const CancelToken& cancel = {});
     /// Compares two indexes. Files of one size whose dates are less than 2 s apart count as the same.

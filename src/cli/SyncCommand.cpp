@@ -1,0 +1,65 @@
+#include "cli/SyncCommand.h"
+
+#include "Core/Printable.h"
+#include "app/Session.h"
+#include "cli/Commands.h"
+#include "cli/NamedThing.h"
+
+#include <filesystem>
+
+namespace vh::cli {
+
+using sync::SyncPair;
+using sync::SyncPairStore;
+
+namespace {
+
+/// Without a slash at its end.
+std::string absoluteFolder(const std::string& word) {
+    const auto path = std::filesystem::absolute(word).lexically_normal();
+    return path.has_filename() || path == path.root_path() ? path.string() : path.parent_path().string();
+}
+
+} // namespace
+
+SyncPairStore pairStore(Context& context) {
+    return SyncPairStore(SyncPairStore::fileIn(context.session.folders()));
+}
+
+std::optional<SyncPair> findPair(Context& context, const std::string& word) {
+    std::vector<SyncPair> pairs = pairStore(context).load();
+    for (SyncPair& each : pairs)
+        each.name = each.title();
+    return findNamed(context, std::move(pairs), word, {"cli.sync.unknown", "cli.sync.ambiguous"},
+                     &SyncPair::name);
+}
+
+void FolderWords::addTo(CLI::App& verb, const CommandLine& line, bool areRequired) {
+    verb.add_option("--source", source, line.text("cli.sync.source"))
+        ->type_name("DIR")
+        ->required(areRequired);
+    verb.add_option("--destination", destination, line.text("cli.sync.destination"))
+        ->type_name("DIR")
+        ->required(areRequired);
+    verb.add_flag("--delete", deletes, line.text("cli.sync.delete"));
+    verb.add_flag("--contents", contents, line.text("cli.sync.contents"));
+}
+
+SyncPair FolderWords::pair(const Texts& texts) const {
+    if (source.empty() || destination.empty())
+        throw UsageError(texts.text("cli.sync.what"));
+    SyncPair pair;
+    pair.source = absoluteFolder(source);
+    pair.destination = absoluteFolder(destination);
+    pair.deleteExtraneous = deletes;
+    pair.compareContents = contents;
+    return pair;
+}
+
+void describeSync(CLI::App& noun, CommandLine& line) {
+    noun.require_subcommand(1);
+    describeSyncPairs(noun, line);
+    describeSyncRuns(noun, line);
+}
+
+} // namespace vh::cli
