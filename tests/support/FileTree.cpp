@@ -49,12 +49,12 @@ void makeSparse(const std::string& path) {
     ::close(file);
 }
 
+} // namespace
+
 void setTime(const std::string& path, int64_t seconds) {
     const timespec times[2]{{seconds, 5}, {seconds, 123456789}};
     ::utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW);
 }
-
-} // namespace
 
 void growTree(const std::string& folder, size_t block) {
     fs::create_directories(folder + "/inner/deep");

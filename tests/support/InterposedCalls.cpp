@@ -12,6 +12,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace vh::test {
@@ -190,6 +191,9 @@ VH_CALL(int, chmod, attribute, -1, noexcept, (const char* path, mode_t mode), (p
 VH_CALL(int, fchmodat, attribute, -1, noexcept, (int folder, const char* path, mode_t mode, int flags),
         (folder, path, mode, flags))
 VH_CALL(int, fchown, attribute, -1, noexcept, (int file, uid_t owner, gid_t group), (file, owner, group))
+VH_CALL(int, fsetxattr, attribute, -1, noexcept,
+        (int file, const char* name, const void* value, size_t size, int flags),
+        (file, name, value, size, flags))
 VH_CALL(int, futimens, attribute, -1, noexcept, (int file, const timespec* times), (file, times))
 
 // A failed close has closed the file all the same.

@@ -32,9 +32,19 @@ int64_t CopyFolder::freeBytes() const {
 }
 
 bool CopyFolder::isCaseBlind() {
-    const std::string probe = uniquePartialName("case");
-    const PartialFile file(top_, probe, partialSuffix_, joinPath(path_, probe), 0600);
-    return at(".CASE" + probe.substr(probe.find('.', 1)) + partialSuffix_).has_value();
+    // One name for all, so that the next run takes away what a killed one left.
+    const std::string probe = ".case" + partialSuffix_, inOtherCase = ".CASE" + partialSuffix_;
+    for (;;) {
+        const FileDescriptor file = openAt(top_->get(), probe, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
+        if (!file)
+            throwErrno(joinPath(path_, probe));
+        const bool isBlind = at(inOtherCase).has_value();
+        // Somebody else, who tried it out as well, may have taken it away before we looked.
+        const bool isGone = !isBlind && statusOfOpen(file, path_).st_nlink == 0;
+        ::unlinkat(top_->get(), probe.c_str(), 0);
+        if (!isGone)
+            return isBlind;
+    }
 }
 
 std::shared_ptr<FileDescriptor> CopyFolder::open(std::string_view relative) const {
@@ -61,15 +71,18 @@ const std::shared_ptr<FileDescriptor>& CopyFolder::parentOf(std::string_view rel
     return parent_;
 }
 
-void CopyFolder::makeFolder(const std::string& relative) {
+bool CopyFolder::makeFolder(const std::string& relative, unsigned mode) {
+    bool isNew = false;
     for (size_t slash = 0; slash != std::string::npos;) {
         slash = relative.find('/', slash == 0 ? 0 : slash + 1);
         const std::string upTo = relative.substr(0, slash);
         const std::string name = splitPath(upTo).name;
-        if (::mkdirat(parentOf(upTo)->get(), name.c_str(), 0777) != 0 && errno != EEXIST)
+        isNew = ::mkdirat(parentOf(upTo)->get(), name.c_str(), static_cast<mode_t>(mode)) == 0;
+        if (!isNew && errno != EEXIST)
             throwErrno(joinPath(path_, upTo));
     }
     open(relative); // a file or a link in its place is no folder
+    return isNew;
 }
 
 std::vector<std::string> CopyFolder::applyToFolder(const std::string& relative,
@@ -87,6 +100,15 @@ std::optional<FileIdentity> CopyFolder::at(const std::string& relative) {
     return std::nullopt;
 }
 
+std::optional<FileState> CopyFolder::fileState(const std::string& relative) {
+    struct stat status {};
+    if (::fstatat(parentOf(relative)->get(), splitPath(relative).name.c_str(), &status,
+                  AT_SYMLINK_NOFOLLOW) == 0 &&
+        S_ISREG(status.st_mode))
+        return stateIn(status);
+    return std::nullopt;
+}
+
 PartialFile CopyFolder::create(const std::string& relative, unsigned mode) {
     return {parentOf(relative), splitPath(relative).name, partialSuffix_, joinPath(path_, relative), mode};
 }
@@ -95,8 +117,8 @@ FileMetadata CopyFolder::metadataOfFolder(const std::string& relative) {
     return metadataOf(*open(relative), joinPath(path_, relative));
 }
 
-SourceFile CopyFolder::source(const std::string& relative) {
-    return {*parentOf(relative), splitPath(relative).name, joinPath(path_, relative)};
+SourceFile CopyFolder::source(const std::string& relative, SourceFile::Attributes attributes) {
+    return {*parentOf(relative), splitPath(relative).name, joinPath(path_, relative), attributes};
 }
 
 std::optional<CopyLink> CopyFolder::link(const std::string& relative) {

@@ -20,10 +20,19 @@ std::string refusedBy(const SystemError& error) {
     return "the destination did not accept the file (" + error.reason() + ")";
 }
 
+std::string withoutThese(const std::vector<std::string>& refused) {
+    return fmt::format("copied, but without {}", fmt::join(refused, ", "));
+}
+
 } // namespace
 
 CopyDestination::CopyDestination(const std::string& path, const CopyOptions& options)
-    : folder_(path), options_(options), isCaseBlind_(folder_.isCaseBlind()) {}
+    : folder_(path), options_(options) {
+    try {
+        isCaseBlind_ = folder_.isCaseBlind();
+    } catch (const SystemError&) { // what cannot be written to says so at each file
+    }
+}
 
 std::string CopyDestination::makeFolder(const CopyItem& item) {
     try {
@@ -34,10 +43,12 @@ std::string CopyDestination::makeFolder(const CopyItem& item) {
     }
 }
 
-void CopyDestination::finishFolder(const CopyItem& item) {
+std::string CopyDestination::finishFolder(const CopyItem& item) {
     try {
-        folder_.applyToFolder(item.relative, metadataOfFolder(item.source));
-    } catch (const SystemError&) { // neither folder holds a file less for it
+        const auto refused = folder_.applyToFolder(item.relative, metadataOfFolder(item.source));
+        return refused.empty() ? "" : withoutThese(refused);
+    } catch (const SystemError& error) {
+        return withoutThese({error.what()});
     }
 }
 
@@ -126,7 +137,7 @@ Landing CopyDestination::place(CopiedFileState state, const SourceFile& source) 
     Landing landing{state, how_ == PartialFile::Place::replacing, relative_, {}};
     if (options_.keepsMetadata())
         if (const auto refused = partial_->apply(source.metadata()); !refused.empty())
-            landing.problem = fmt::format("copied, but without {}", fmt::join(refused, ", "));
+            landing.problem = withoutThese(refused);
     try {
         partial_->place(how_);
         if (isCaseBlind_)

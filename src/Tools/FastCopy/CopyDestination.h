@@ -25,8 +25,8 @@ public:
 
     /// Why it could not be made, empty when it is there.
     std::string makeFolder(const CopyItem& item);
-    /// Gives a folder the source's metadata, once all in it has landed.
-    void finishFolder(const CopyItem& item);
+    /// Gives a folder the source's metadata, once all in it has landed. What could not be given, empty when it was all.
+    std::string finishFolder(const CopyItem& item);
 
     /// Begins a file; the landing when that is already its end: skipped, cloned or failed.
     std::optional<Landing> begin(const CopyItem& item, const SourceFile& source);

@@ -2,8 +2,6 @@
 
 #include "Platform/Files.h"
 #include "Tools/FastCopy/CopyError.h"
-#include "Tools/FastCopy/LargeFile.h"
-#include "support/FaultInjector.h"
 #include "support/FileTree.h"
 #include "support/SmallDisk.h"
 #include "support/TempDir.h"
@@ -175,30 +173,6 @@ TEST_F(Copier, FindsACopyThatIsNotItsSource) {
     EXPECT_THAT(report.problems(),
                 ElementsAre(HasSubstr("the copy does not match the source (left in place at " + rotten +
                                       " so it can be compared; copy it again)")));
-}
-
-TEST_F(Copier, LeavesOldOrWholeFilesWhateverCallFails) {
-    writeFileAtomically(source + "/small", "new small");
-    const std::string large(chunkSize + 1, 'n');
-    writeFileAtomically(source + "/large", large);
-    const std::string small = places[0] + "/source/small", big = places[0] + "/source/large";
-    const auto setUp = [&] {
-        fs::remove_all(places[0]);
-        fs::create_directories(places[0] + "/source");
-        writeFileAtomically(small, "old small");
-        writeFileAtomically(big, "old large");
-    };
-    const auto work = [&] {
-        FastCopier(std::make_shared<CopyControl>(), CopyLanes::Threads::none)
-            .copy({source}, {places[0]}, {.conflict = CopyConflict::overwrite});
-    };
-    const auto check = [&](const vh::test::FaultPoint&) {
-        EXPECT_THAT(readFile(small), testing::AnyOf("old small", "new small"));
-        const std::string now = readFile(big);
-        EXPECT_TRUE(now == "old large" || now == large);
-    };
-    vh::test::forEachFault(setUp, work, check);
-    vh::test::forEachKill(setUp, work, check);
 }
 
 } // namespace vh::copy::test
