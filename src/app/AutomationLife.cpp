@@ -79,7 +79,7 @@ QStringList AutomationLife::running() const {
     QStringList titles;
     for (const ActivityCenter::Job& job : context_.activity().running())
         if (job.id == schedulerKey || job.toolID == optimizeKey || job.toolID == flowTool ||
-            job.toolID == maintenanceTool)
+            job.toolID == maintenanceTool || job.toolID == copyTool)
             titles << job.title;
     titles.removeDuplicates(); // a task that starts the one-button run is mostly called the same
     return titles;

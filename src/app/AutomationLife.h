@@ -20,8 +20,8 @@ class AppContext;
 /// process leads. Main thread; goes before its context.
 class AutomationLife : public QObject {
     Q_OBJECT
-    /// What runs in this process and is asked about before the window closes, by title: tasks, flows, chores, and the
-    /// one-button run or its undoing.
+    /// What runs in this process and is asked about before the window closes, by title: tasks, flows, chores, copies,
+    /// and the one-button run or its undoing.
     Q_PROPERTY(QStringList running READ running NOTIFY changed)
 public:
     /// The job of the task that runs, and the tool of the jobs of flows, in the ActivityCenter.
@@ -29,6 +29,7 @@ public:
     static constexpr QLatin1String flowTool{"nodes"};
     /// The tool of the jobs of chores.
     static constexpr QLatin1String maintenanceTool{"maintenance"};
+    static constexpr QLatin1String copyTool{"fast-copy"};
     /// The job of the one-button run, and its tool.
     static constexpr QLatin1String optimizeKey{"optimize"};
 

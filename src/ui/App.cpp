@@ -6,6 +6,7 @@
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
 #include "app/AutomationLife.h"
+#include "app/FastCopyViewModel.h"
 #include "app/FlowEditorViewModel.h"
 #include "app/FlowListViewModel.h"
 #include "app/FollowUpsViewModel.h"
@@ -126,6 +127,10 @@ QObject* App::helper() {
 
 QObject* App::optimize() {
     return made(optimize_, *context_, *life_);
+}
+
+QObject* App::fastCopy() {
+    return made(fastCopy_, *context_, *life_, app::CopyWorld::of(*context_));
 }
 
 QObject* App::scanClean(const QString& moduleId) {

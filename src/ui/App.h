@@ -12,6 +12,7 @@ namespace vh::app {
 class ActivityViewModel;
 class AppContext;
 class AutomationLife;
+class FastCopyViewModel;
 class FlowEditorViewModel;
 class FlowListViewModel;
 class FollowUpsViewModel;
@@ -58,6 +59,7 @@ class App : public QObject {
     Q_PROPERTY(QObject* helper READ helper CONSTANT)
     Q_PROPERTY(QObject* maintenance READ maintenance CONSTANT)
     Q_PROPERTY(QObject* optimize READ optimize CONSTANT)
+    Q_PROPERTY(QObject* fastCopy READ fastCopy CONSTANT)
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(bool reducedMotion READ reducedMotion CONSTANT)
     Q_PROPERTY(QString fontFamily READ fontFamily CONSTANT)
@@ -86,6 +88,7 @@ public:
     QObject* helper();
     QObject* maintenance();
     QObject* optimize();
+    QObject* fastCopy();
     app::AutomationLife& life() { return *life_; }
     Tr* tr() { return tr_.get(); }
     Q_INVOKABLE QObject* scanClean(const QString& moduleId);
@@ -124,6 +127,7 @@ private:
     std::unique_ptr<app::HelperViewModel> helper_;
     std::unique_ptr<app::MaintenanceViewModel> maintenance_;
     std::unique_ptr<app::OptimizeViewModel> optimize_;
+    std::unique_ptr<app::FastCopyViewModel> fastCopy_;
     std::map<QString, std::unique_ptr<app::ScanCleanViewModel>> scanCleans_;
 };
 
