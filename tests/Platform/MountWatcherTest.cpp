@@ -2,12 +2,12 @@
 
 #include "Platform/Linux/BlockDevices.h"
 #include "Platform/Linux/VolumeChoice.h"
+#include "Platform/RecordedMachine.h"
 #include "support/SmallDisk.h"
 #include "support/TurnedLoop.h"
 
 #include <filesystem>
 #include <fmt/format.h>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -52,31 +52,6 @@ TEST(Volumes, ofThisMachineAreKnownWithoutAsking) {
     EXPECT_EQ(volumes[0].name, "System");
     EXPECT_FALSE(volumes[0].isNetwork);
 }
-
-/// What stands below /sys, /run and /dev of a machine with disks of many kinds.
-class RecordedMachine {
-public:
-    /// A disk at `path` below /sys/devices, known as `number`.
-    void add(const std::string& number, const std::string& path, const std::string& udev = "") {
-        const std::string device = root_ / ("sys/devices/" + path);
-        fs::create_directories(device);
-        fs::create_directories(root_ / "sys/dev/block");
-        fs::create_symlink("../../devices/" + path, root_ / ("sys/dev/block/" + number));
-        write("run/udev/data/b" + number, udev);
-    }
-    void write(const std::string& path, const std::string& text) {
-        fs::create_directories(fs::path(root_ / path).parent_path());
-        std::ofstream(root_ / path) << text;
-    }
-    void link(const std::string& target, const std::string& path) {
-        fs::create_directories(fs::path(root_ / path).parent_path());
-        fs::create_symlink(target, root_ / path);
-    }
-    const std::string& root() const { return root_.path(); }
-
-private:
-    TempDir root_;
-};
 
 TEST(Volumes, areToldApartByWhatTheyHangOn) {
     RecordedMachine machine;
