@@ -10,6 +10,8 @@
 #include "Automation/ScheduledActions.h"
 #include "Automation/Scheduler.h"
 #include "Automation/ScriptLibrary.h"
+#include "Automation/SyncRunner.h"
+#include "Automation/SyncWatchFile.h"
 #include "Automation/Worker.h"
 #include "Core/Codec.h"
 #include "Core/RunLog.h"
@@ -48,6 +50,7 @@ struct Automation::State {
     std::unique_ptr<mail::MailSender> mail;
     std::unique_ptr<RunFollowUps> followUps;
     std::unique_ptr<Desktop> desktop;
+    std::unique_ptr<SyncRunner> sync;
     std::unique_ptr<ScriptLibrary> scripts;
     std::unique_ptr<ScheduleStore> schedules;
     std::unique_ptr<ScheduledActions> actions;
@@ -125,6 +128,10 @@ ScheduledActions& Automation::actions() {
 OptimizeRunner& Automation::optimize() {
     actions();
     return *state_->optimize;
+}
+
+SyncRunner& Automation::sync() {
+    return made(state_->sync, [&] { return std::make_unique<SyncRunner>(state_->world, desktop()); });
 }
 
 flows::NodesStore& Automation::flows() {
@@ -222,7 +229,7 @@ void Automation::tryToLead() {
     try {
         if (!s.lead) {
             makeFolders(s.folder);
-            FileLock lock = FileLock::tryLock(s.folder + "/automation.lock");
+            FileLock lock = FileLock::tryLock(leadLockOf(s.world.folders));
             s.trouble.clear();
             if (!lock)
                 return;
@@ -242,6 +249,7 @@ void Automation::tryToLead() {
 void Automation::beginToLead() {
     scheduler().start();
     triggers().start();
+    sync().start();
     if (state_->onLeading)
         state_->onLeading();
 }

@@ -29,6 +29,7 @@ class RunFollowUps;
 class ScheduledActions;
 class Scheduler;
 class ScriptLibrary;
+class SyncRunner;
 
 /// Everything that runs without a person, put together. Any number of processes may have one; of those that were told
 /// to lead, one at a time watches the clock and the machine, and the next takes over when it ends. Main thread.
@@ -61,6 +62,7 @@ public:
     Scheduler& scheduler();
     ScheduledActions& actions();
     OptimizeRunner& optimize();
+    SyncRunner& sync();
     flows::NodesStore& flows();
     NodesRunner& runner();
     FlowTriggers& triggers();
