@@ -1,13 +1,12 @@
+#include "Core/CleanJob.h"
 #include "Core/Printable.h"
-#include "Core/RunHandle.h"
-#include "Core/RunLog.h"
-#include "Tools/FastCopy/CopyError.h"
-#include "Tools/FastCopy/CopyRecord.h"
-#include "Tools/FastCopy/FastCopier.h"
+#include "Tools/FastCopy/CopyWork.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/CopyBars.h"
+#include "cli/CopyVerifyCommand.h"
+#include "cli/DiskCopyCommand.h"
 #include "cli/Reply.h"
 
 #include <filesystem>
@@ -22,9 +21,11 @@ struct CopyWords {
     std::vector<std::string> sources, destinations;
     std::string conflict = "skip";
     std::string algorithm = "sha256";
+    std::string manifest;
     bool clone = false;
     bool verify = false;
     bool noMetadata = false;
+    bool unmount = false;
 };
 
 std::vector<std::string> absolutePaths(const std::vector<std::string>& paths) {
@@ -44,46 +45,49 @@ CopyOptions optionsOf(const CopyWords& words) {
     return options;
 }
 
+CopyResult runWithBars(Context& context, const CopyRequest& request) {
+    app::Session& session = context.session;
+    CopyBars bars(request.destinations, session.texts());
+    return runCopy(
+        request, copyStateFolder(session.folders()), session.runStores(), session.texts(),
+        std::make_shared<CopyControl>(), [&](const CopyProgress& progress) { bars.show(progress); },
+        context.cancel);
+}
+
 Exit copyFiles(Context& context, const CopyWords& words) {
     const Texts& texts = context.session.texts();
-    const auto sources = absolutePaths(words.sources), destinations = absolutePaths(words.destinations);
-    const auto run =
-        context.session.runLog().begin(toolID, Trigger::manual, detailsOf(sources, destinations));
-    const auto control = std::make_shared<CopyControl>();
-    CopyReport report;
-    try {
-        CopyBars bars(destinations, texts);
-        report = FastCopier(control).copy(
-            sources, destinations, optionsOf(words),
-            [&](const CopyProgress& progress) {
-                if (context.cancel.isCancelled())
-                    control->cancel();
-                if (context.format == Format::people)
-                    bars.show(progress);
-            },
-            context.cancel);
-    } catch (const CopyError& error) {
-        complain(printable(error.what()));
-        run->finish(Outcome::failed, printable(error.what()), {{RunMetric::errors, 1}});
-        return Exit::failed;
+    if (words.sources.empty() || words.destinations.empty())
+        throw UsageError(texts.text("cli.copy.what-and-where"));
+    CopyRequest request{absolutePaths(words.sources), absolutePaths(words.destinations), optionsOf(words)};
+    if (!words.manifest.empty())
+        request.manifest = fromRaw<ManifestKind>(words.manifest);
+    if (holdsDisk(request.sources))
+        return copyDisk(context, request.sources, request.destinations, request.options, words.unmount);
+    const CopyResult result = runWithBars(context, request);
+    if (!result.error.empty()) {
+        complain(printable(result.error));
+        return exitOf(result.record.outcome);
     }
-    const RunRecord record = finishRun(*run, report, texts);
+    if (!result.trackingFailure.empty())
+        complain(texts.text("cli.copy.untracked", {{"reason", printable(result.trackingFailure)}}));
     if (context.format == Format::json) {
-        printJson(report);
-        return exitOf(record.outcome);
+        printJson(result.report);
+        return exitOf(result.record.outcome);
     }
-    for (const std::string& problem : report.problems())
+    for (const std::string& problem : result.report.problems())
         complain(printable(problem));
-    print(record.summary + "\n");
-    return exitOf(record.outcome);
+    print(result.record.summary + "\n");
+    for (const std::string& manifest : result.manifests)
+        print(texts.text("cli.copy.listed", {{"path", printable(manifest)}}) + "\n");
+    return exitOf(result.record.outcome);
 }
 
 } // namespace
 
 void describeCopy(CLI::App& noun, CommandLine& line) {
     const auto words = std::make_shared<CopyWords>();
-    noun.add_option("SOURCE", words->sources, line.text("cli.copy.source"))->required();
-    noun.add_option("--to", words->destinations, line.text("cli.copy.to"))->type_name("FOLDER")->required();
+    noun.add_option("SOURCE", words->sources, line.text("cli.copy.source"));
+    noun.add_option("--to", words->destinations, line.text("cli.copy.to"))->type_name("FOLDER");
     noun.add_flag("--clone", words->clone, line.text("cli.copy.clone"));
     noun.add_option("--conflict", words->conflict, line.text("cli.copy.conflict"))
         ->check(CLI::IsMember({"skip", "overwrite", "rename"}));
@@ -91,7 +95,14 @@ void describeCopy(CLI::App& noun, CommandLine& line) {
     noun.add_option("--algorithm", words->algorithm, line.text("cli.copy.algorithm"))
         ->check(CLI::IsMember({"sha256", "xxhash64", "md5"}));
     noun.add_flag("--no-metadata", words->noMetadata, line.text("cli.copy.no-metadata"));
+    noun.add_option("--manifest", words->manifest, line.text("cli.copy.manifest"))
+        ->check(CLI::IsMember({"sums", "mhl"}));
+    noun.add_flag("--unmount", words->unmount, line.text("cli.copy.unmount"));
+    noun.immediate_callback(); // so that a verb has the last word
     line.onChange(&noun, [words](Context& context) { return copyFiles(context, *words); });
+    describeCopyVerify(noun, line,
+                       [words] { return !words->sources.empty() || !words->destinations.empty(); });
+    describeDisks(noun, line);
 }
 
 } // namespace vh::cli

@@ -1,6 +1,8 @@
 #include "Core/ContentHash.h"
 #include "Core/Printable.h"
 #include "Platform/SystemError.h"
+#include "Platform/Terminal.h"
+#include "Tools/FastCopy/SumsText.h"
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/Reply.h"
@@ -34,6 +36,12 @@ struct HashWords {
     std::string algorithm = "sha256";
 };
 
+/// On a terminal for people, elsewhere as a list that can be checked.
+std::string lineOf(const HashReply& reply) {
+    return isTerminal(StandardStream::output) ? reply.hash + "  " + printable(reply.path) + "\n"
+                                              : copy::sumLine(reply.algorithm, reply.hash, reply.path);
+}
+
 Exit hashFiles(Context& context, const HashWords& words) {
     const HashAlgorithm algorithm = *fromRaw<HashAlgorithm>(words.algorithm);
     std::vector<HashReply> replies;
@@ -42,7 +50,7 @@ Exit hashFiles(Context& context, const HashWords& words) {
         try {
             replies.push_back({file, algorithm, hashOfFile(file, algorithm, context.cancel)});
             if (context.format == Format::people)
-                print(replies.back().hash + "  " + printable(file) + "\n");
+                print(lineOf(replies.back()));
         } catch (const SystemError& error) {
             complain(printable(error.what()));
             exit = Exit::failed;

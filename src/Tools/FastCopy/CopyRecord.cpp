@@ -1,8 +1,13 @@
 #include "Tools/FastCopy/CopyRecord.h"
 
 #include "Core/ByteFormat.h"
-#include "Core/RunHandle.h"
+#include "Core/Codec.h"
+#include "Core/Printable.h"
+#include "Core/RunJournal.h"
 #include "Core/Texts.h"
+
+#include <filesystem>
+#include <map>
 
 namespace vh::copy {
 
@@ -10,11 +15,20 @@ namespace {
 
 constexpr size_t mostProblemsTold = 20;
 
-std::string lines(const std::vector<std::string>& texts) {
-    std::string all;
-    for (const std::string& each : texts)
-        all += (all.empty() ? "" : "\n") + each;
-    return all;
+/// The first of them, for people.
+std::string firstLines(std::vector<std::string> lines) {
+    const bool isCut = lines.size() > mostProblemsTold;
+    lines.resize(std::min(lines.size(), mostProblemsTold));
+    for (std::string& line : lines)
+        line = printable(line);
+    if (isCut)
+        lines.emplace_back("…");
+    return joinList(lines);
+}
+
+void addCount(std::string& text, const Texts& texts, const char* key, int64_t count) {
+    if (count > 0)
+        text += " " + texts.text(key, {{"count", count}});
 }
 
 Outcome runOutcomeOf(CopyOutcome outcome) {
@@ -33,7 +47,7 @@ Outcome runOutcomeOf(CopyOutcome outcome) {
 } // namespace
 
 RunDetails detailsOf(const std::vector<std::string>& sources, const std::vector<std::string>& destinations) {
-    return {{RunDetail::source, lines(sources)}, {RunDetail::destinations, lines(destinations)}};
+    return {{RunDetail::source, joinList(sources)}, {RunDetail::destinations, joinList(destinations)}};
 }
 
 std::string summaryOf(const CopyReport& report, const Texts& texts) {
@@ -44,33 +58,86 @@ std::string summaryOf(const CopyReport& report, const Texts& texts) {
                                   {{"files", report.totalWritten()},
                                    {"places", places},
                                    {"bytes", sizeText(report.bytesWritten(), texts.language())}});
-    const auto add = [&](const char* key, int64_t count) {
-        if (count > 0)
-            text += " " + texts.text(key, {{"count", count}});
-    };
-    add("fast-copy.summary.verified", report.totalVerified());
-    add("fast-copy.summary.skipped", report.totalSkipped());
-    add("fast-copy.summary.mismatched", report.totalMismatched());
-    add("fast-copy.summary.failed", report.totalFailed());
+    addCount(text, texts, "fast-copy.summary.verified", report.totalVerified());
+    addCount(text, texts, "fast-copy.summary.skipped", report.totalSkipped());
+    addCount(text, texts, "fast-copy.summary.mismatched", report.totalMismatched());
+    addCount(text, texts, "fast-copy.summary.failed", report.totalFailed());
     if (report.outcome == CopyOutcome::stopped)
         text += " " + texts.text("fast-copy.summary.stopped");
     return text;
 }
 
-RunRecord finishRun(RunHandle& run, const CopyReport& report, const Texts& texts) {
-    std::vector<std::string> problems = report.problems();
-    RunDetails details{{RunDetail::files, std::to_string(report.totalWritten())},
-                       {RunDetail::bytes, std::to_string(report.bytesWritten())},
-                       {RunDetail::verified, std::to_string(report.totalVerified())},
-                       {RunDetail::failed, std::to_string(report.totalFailed() + report.totalMismatched())}};
-    const auto count = static_cast<double>(problems.size());
-    problems.resize(std::min(problems.size(), mostProblemsTold));
-    details.emplace(RunDetail::errors, lines(problems));
+std::string summaryOf(const ManifestCheck& check, const Texts& texts) {
+    std::string text =
+        texts.text("fast-copy.manifest.matching", {{"count", check.matching},
+                                                   {"files", check.files},
+                                                   {"bytes", sizeText(check.bytes, texts.language())}});
+    addCount(text, texts, "fast-copy.manifest.differing", static_cast<int64_t>(check.differing.size()));
+    addCount(text, texts, "fast-copy.manifest.missing", static_cast<int64_t>(check.missing.size()));
+    addCount(text, texts, "fast-copy.manifest.unreadable", static_cast<int64_t>(check.unreadable.size()));
+    if (check.stopped)
+        text += " " + texts.text("fast-copy.manifest.stopped");
+    return text;
+}
+
+RunRecord finishRun(RunJournal& run, const CopyReport& report, const std::vector<std::string>& manifests,
+                    const Texts& texts) {
+    const std::vector<std::string> problems = report.problems();
+    const RunDetails details{
+        {RunDetail::files, std::to_string(report.totalWritten())},
+        {RunDetail::bytes, std::to_string(report.bytesWritten())},
+        {RunDetail::verified, std::to_string(report.totalVerified())},
+        {RunDetail::failed, std::to_string(report.totalFailed() + report.totalMismatched())},
+        {RunDetail::output, joinList(manifests)},
+        {RunDetail::errors, firstLines(problems)}};
     return run.finish(runOutcomeOf(report.outcome), summaryOf(report, texts),
                       {{RunMetric::filesCopied, static_cast<double>(report.totalWritten())},
                        {RunMetric::bytesCopied, static_cast<double>(report.bytesWritten())},
-                       {RunMetric::errors, count}},
+                       {RunMetric::errors, static_cast<double>(problems.size())}},
                       details);
+}
+
+RunRecord finishRun(RunJournal& run, const ManifestCheck& check, const Texts& texts) {
+    std::vector<std::string> bad = check.differing;
+    for (const auto* more : {&check.missing, &check.unreadable})
+        bad.insert(bad.end(), more->begin(), more->end());
+    const Outcome outcome = check.stopped ? Outcome::cancelled
+                            : bad.empty() ? Outcome::success
+                                          : Outcome::failed;
+    return run.finish(outcome, summaryOf(check, texts),
+                      {{RunMetric::itemsProcessed, static_cast<double>(check.files)},
+                       {RunMetric::errors, static_cast<double>(bad.size())}},
+                      {{RunDetail::files, std::to_string(check.files)},
+                       {RunDetail::bytes, std::to_string(check.bytes)},
+                       {RunDetail::verified, std::to_string(check.matching)},
+                       {RunDetail::failed, std::to_string(bad.size())},
+                       {RunDetail::errors, firstLines(bad)}});
+}
+
+std::vector<RunFileRow> rowsOf(const CopyReport& report, const std::vector<std::string>& sources) {
+    // Of two sources with one name nothing tells which a file was of.
+    std::map<std::string, std::string, std::less<>> folderOf;
+    for (const std::string& source : sources) {
+        const std::filesystem::path path(source);
+        const auto [found, isNew] =
+            folderOf.emplace(path.filename().string(), path.parent_path().string() + "/");
+        if (!isNew)
+            found->second.clear();
+    }
+    std::vector<RunFileRow> rows;
+    rows.reserve(report.files.size());
+    for (const CopiedFile& file : report.files) {
+        const auto folder = folderOf.find(std::string_view(file.relative).substr(0, file.relative.find('/')));
+        RunFileRow row{.path = (folder == folderOf.end() ? "" : folder->second) + file.relative,
+                       .place = {},
+                       .bytes = file.bytes,
+                       .state = std::string(rawValue(file.state)),
+                       .checksum = file.checksum};
+        if (file.state != CopiedFileState::failed)
+            row.place = file.destination + '/' + file.place();
+        rows.push_back(std::move(row));
+    }
+    return rows;
 }
 
 } // namespace vh::copy

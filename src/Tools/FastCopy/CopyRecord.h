@@ -1,13 +1,15 @@
 #pragma once
 
+#include "Core/RunFiles.h"
 #include "Core/RunRecord.h"
+#include "Tools/FastCopy/CopyManifest.h"
 #include "Tools/FastCopy/CopyReport.h"
 
 #include <string>
 #include <vector>
 
 namespace vh {
-class RunHandle;
+class RunJournal;
 class Texts;
 } // namespace vh
 
@@ -18,10 +20,16 @@ inline constexpr const char* toolID = "fast-copy";
 /// What the record of a copy says before it ends.
 RunDetails detailsOf(const std::vector<std::string>& sources, const std::vector<std::string>& destinations);
 
-/// One sentence or two on what a copy did.
+/// One sentence or two on what a copy did, or a check against a manifest found.
 std::string summaryOf(const CopyReport& report, const Texts& texts);
+std::string summaryOf(const ManifestCheck& check, const Texts& texts);
 
-/// Finishes the run with what the copy did.
-RunRecord finishRun(RunHandle& run, const CopyReport& report, const Texts& texts);
+/// Finishes the run with what was done.
+RunRecord finishRun(RunJournal& run, const CopyReport& report, const std::vector<std::string>& manifests,
+                    const Texts& texts);
+RunRecord finishRun(RunJournal& run, const ManifestCheck& check, const Texts& texts);
+
+/// The list of a copy's files: from where, and where each lies now.
+std::vector<RunFileRow> rowsOf(const CopyReport& report, const std::vector<std::string>& sources);
 
 } // namespace vh::copy

@@ -1,0 +1,111 @@
+#include "Tools/FastCopy/CopyWork.h"
+
+#include "Core/Printable.h"
+#include "Core/RunJournal.h"
+#include "Core/RunLog.h"
+#include "Core/ToolTexts.h"
+#include "Platform/SystemError.h"
+#include "Tools/FastCopy/CopyRecord.h"
+#include "Tools/FastCopy/FastCopier.h"
+
+namespace vh::copy {
+
+namespace {
+
+std::unique_ptr<RunJournal> beginRun(const RunStores& runs, Trigger trigger, const RunDetails& details,
+                                     const Texts& texts) {
+    return runs.journals.open(runs.log.begin(toolID, trigger, details), toolName(texts, toolID));
+}
+
+RunRecord finishFailed(RunJournal& run, const std::string& error) {
+    return run.finish(Outcome::failed, printable(error), {{RunMetric::errors, 1}});
+}
+
+/// Stopped before anything was copied.
+CopyReport emptyReport(const CopyRequest& request) {
+    CopyReport report;
+    report.outcome = CopyOutcome::stopped;
+    report.verifyRequested = request.options.verifies();
+    report.algorithm = request.options.algorithm;
+    for (const std::string& path : request.destinations) {
+        report.destinations.emplace_back();
+        report.destinations.back().path = path;
+    }
+    return report;
+}
+
+/// What keeps a manifest from being written, or a file from being in it, is a problem of that destination.
+std::vector<std::string> writeManifests(CopyReport& report, ManifestKind kind, Date now) {
+    std::vector<std::string> paths;
+    for (size_t each = 0; each < report.destinations.size(); ++each) {
+        DestinationReport& destination = report.destinations[each];
+        if (destination.removed)
+            continue;
+        try {
+            WrittenManifest written = writeManifest(report, each, kind, now);
+            if (!written.path.empty())
+                paths.push_back(std::move(written.path));
+            std::ranges::move(written.leftOut, std::back_inserter(destination.problems));
+        } catch (const SystemError& error) {
+            destination.problems.push_back("the list of checksums could not be written (" +
+                                           std::string(error.what()) + ")");
+        }
+    }
+    report.outcome = outcomeOf(report, false);
+    return paths;
+}
+
+void saveRows(CopyResult& result, const CopyRequest& request, const RunStores& runs) {
+    try {
+        if (!result.report.files.empty())
+            runs.files.save(result.record.id, rowsOf(result.report, request.sources));
+    } catch (const SystemError& error) {
+        result.trackingFailure = error.what();
+    }
+}
+
+} // namespace
+
+CopyResult runCopy(const CopyRequest& request, const std::string& stateFolder, const RunStores& runs,
+                   const Texts& texts, const std::shared_ptr<CopyControl>& control,
+                   const std::function<void(const CopyProgress&)>& progress, const CancelToken& cancel) {
+    const auto run = beginRun(runs, request.trigger, detailsOf(request.sources, request.destinations), texts);
+    control->follow(cancel);
+    CopyOptions options = request.options;
+    options.verify = options.verify || request.manifest.has_value();
+    CopyResult result;
+    try {
+        result.report =
+            FastCopier(control).copy(request.sources, request.destinations, options, progress, cancel);
+        if (request.manifest && result.report.outcome != CopyOutcome::stopped)
+            result.manifests = writeManifests(result.report, *request.manifest, runs.log.now());
+    } catch (const Cancelled&) {
+        result.report = emptyReport(request);
+    } catch (const std::exception& error) {
+        result.report = emptyReport(request);
+        result.report.outcome = CopyOutcome::failed;
+        result.error = error.what();
+        result.record = finishFailed(*run, result.error);
+        return result;
+    }
+    result.record = finishRun(*run, result.report, result.manifests, texts);
+    result.trackingFailure = run->failure();
+    saveRows(result, request, runs);
+    return result;
+}
+
+CheckResult runManifestCheck(const std::string& path, Trigger trigger, const RunStores& runs,
+                             const Texts& texts, const JobControl& control) {
+    const auto run = beginRun(runs, trigger, {{RunDetail::source, path}}, texts);
+    CheckResult result;
+    try {
+        result.check = checkManifest(path, control);
+        result.record = finishRun(*run, result.check, texts);
+    } catch (const std::exception& error) {
+        result.error = error.what();
+        result.record = finishFailed(*run, result.error);
+    }
+    return result;
+}
+
+} // namespace vh::copy
