@@ -32,7 +32,7 @@ Words wordsOf(State state) {
     case State::notPermitted:
         return {"failed", "not-permitted", ""};
     case State::held:
-        return {"warning", "held", "compare"};
+        return {"warning", "held", "plan"};
     case State::failed:
         return {"failed", "failed", "compare"};
     case State::waitingForSource:

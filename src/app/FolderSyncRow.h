@@ -42,7 +42,7 @@ struct FolderSyncRow {
     QString stateText; ///< in a few words
     QString needTitle; ///< what is the matter; empty while nothing is
     QString needText;  ///< why, and what to do
-    QString needAct;   ///< "compare" or "edit": what brings it further; else empty
+    QString needAct;   ///< "plan", "compare" or "edit": what brings it further; else empty
     QString lastText;
 
     const QString& key() const { return pairId; }

@@ -3,6 +3,7 @@
 #include "Tools/FolderSync/SyncEngine.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
+#include "app/DayTexts.h"
 #include "app/FolderSyncViewModel.h"
 #include "app/PathText.h"
 #include "app/Session.h"
@@ -174,7 +175,7 @@ QVariantList FolderSyncViewModel::kinds() const {
             {QStringLiteral("value"), qtText(rawValue(kind))},
             {QStringLiteral("title"), kindTitle(texts, kind)},
             {QStringLiteral("count"), QVariant::fromValue<qint64>(count)},
-            {QStringLiteral("countText"), texts.text("sync-page.number", {{"count", count}})},
+            {QStringLiteral("countText"), localeOf(texts.language()).toString(qint64(count))},
             {QStringLiteral("sizeText"),
              kind == Kind::mkdir || count == 0 ? QString() : texts.sizeText(bytes)},
         };

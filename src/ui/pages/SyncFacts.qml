@@ -1,0 +1,127 @@
+import QtQuick
+import Varnholt
+
+// The chosen pair: what goes where, by which rules, and whether it is watched.
+Card {
+    id: card
+
+    required property var folderSync
+    readonly property var pair: folderSync.selected
+
+    signal change
+    signal remove
+
+    implicitHeight: column.implicitHeight + 2 * padding
+
+    Column {
+        id: column
+        width: parent.width
+        spacing: Theme.space12
+
+        Label {
+            width: parent.width
+            visible: text !== ""
+            text: card.pair.ownName ?? ""
+            font: Theme.name
+            elide: Text.ElideMiddle
+        }
+        Item {
+            width: parent.width
+            height: source.implicitHeight
+
+            SyncFolder {
+                id: source
+                anchors.left: parent.left
+                anchors.right: arrow.left
+                anchors.rightMargin: Theme.space12
+                role: Tr.t("sync-page.source")
+                title: card.pair.sourceName ?? ""
+                path: card.pair.sourcePath ?? ""
+            }
+            Icon {
+                id: arrow
+                anchors.centerIn: parent
+                name: "arrow.right"
+                color: Theme.accent
+            }
+            SyncFolder {
+                anchors.left: arrow.right
+                anchors.leftMargin: Theme.space12
+                anchors.right: parent.right
+                role: Tr.t("sync-page.destination")
+                title: card.pair.destinationName ?? ""
+                path: card.pair.destinationPath ?? ""
+                isTarget: true
+            }
+        }
+        Label {
+            width: parent.width
+            text: [card.pair.deleteExtraneous ? Tr.t("sync-page.rule.delete") : Tr.t("sync-page.rule.keep"),
+                card.pair.compareContents ? Tr.t("sync-page.rule.contents") : "", card.pair.lastText ?? ""]
+                .filter(part => part !== "").join(" · ")
+            color: Theme.second
+            wrapMode: Text.Wrap
+        }
+        Item {
+            width: parent.width
+            height: Math.max(switches.height, buttons.height)
+
+            Flow {
+                id: switches
+                anchors.left: parent.left
+                anchors.right: buttons.left
+                anchors.rightMargin: Theme.space12
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: Theme.space12
+
+                Row {
+                    height: Theme.fieldHeight - Theme.space4
+                    spacing: Theme.space8
+
+                    Switch {
+                        anchors.verticalCenter: parent.verticalCenter
+                        name: Tr.t("sync-page.watch")
+                        checked: card.pair.watch ?? false
+                        onClicked: {
+                            card.folderSync.setWatch(card.pair.pairId, checked);
+                            checked = Qt.binding(() => card.pair.watch ?? false);
+                        }
+                    }
+                    Label {
+                        anchors.verticalCenter: parent.verticalCenter
+                        text: Tr.t("sync-page.watch")
+                        Accessible.ignored: true
+                    }
+                }
+                CheckBox {
+                    height: Theme.fieldHeight - Theme.space4
+                    visible: card.pair.watch ?? false
+                    text: Tr.t("sync-page.login")
+                    checked: card.folderSync.opensAtLogin
+                    onClicked: {
+                        card.folderSync.enableOpenAtLogin(checked);
+                        checked = Qt.binding(() => card.folderSync.opensAtLogin);
+                    }
+                }
+            }
+            Row {
+                id: buttons
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: Theme.space4
+
+                Button {
+                    kind: "quiet"
+                    text: Tr.t("sync-page.change")
+                    onClicked: card.change()
+                }
+                Button {
+                    kind: "quiet"
+                    text: Tr.t("sync-page.remove")
+                    enabled: !(card.pair.isRunning ?? false)
+                    onClicked: card.remove()
+                }
+            }
+        }
+    }
+}

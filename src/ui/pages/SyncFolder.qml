@@ -1,0 +1,53 @@
+import QtQuick
+import Varnholt
+
+// One end of a pair: its picture, its name and where it lies.
+Item {
+    id: folder
+
+    property string role
+    property string title
+    property string path
+    property bool isTarget: false
+
+    implicitHeight: Theme.fieldHeight + Theme.space8
+    Accessible.role: Accessible.StaticText
+    Accessible.name: role + ": " + path
+
+    Rectangle {
+        id: plate
+        anchors.verticalCenter: parent.verticalCenter
+        width: Theme.fieldHeight + Theme.space4
+        height: width
+        radius: Theme.radiusButton
+        color: folder.isTarget ? Theme.soft : Theme.sunken
+
+        Icon {
+            anchors.centerIn: parent
+            name: "folder"
+            color: folder.isTarget ? Theme.accent : Theme.text
+        }
+    }
+    Column {
+        anchors.left: plate.right
+        anchors.leftMargin: Theme.space8 + 2
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+
+        Label {
+            width: parent.width
+            text: folder.title
+            font: Theme.strong
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+        Label {
+            width: parent.width
+            text: folder.path
+            font: Theme.label
+            color: Theme.second
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+    }
+}
