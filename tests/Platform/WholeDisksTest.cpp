@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/BlockDevices.h"
 #include "Platform/Linux/DiskList.h"
+#include "Platform/Posix/DiskUtility.h"
 #include "Platform/RecordedMachine.h"
 
 #include <fmt/ranges.h>
@@ -97,6 +98,46 @@ TEST(WholeDisks, areUnmountedByWhoeverMay) {
     system.holdsSystem = true;
     EXPECT_THAT([&] { unmountDisk(system); },
                 testing::ThrowsMessage<std::runtime_error>(HasSubstr("running system")));
+}
+
+TEST(WholeDisks, ofAMacAreReadFromWhatItsDiskUtilityTells) {
+    const char* list = R"({"AllDisksAndPartitions": [
+        {"DeviceIdentifier": "disk0", "Size": 500277792768, "Content": "GUID_partition_scheme", "Partitions": [
+            {"DeviceIdentifier": "disk0s1", "Size": 524288000},
+            {"DeviceIdentifier": "disk0s2", "Size": 494384795648}]},
+        {"DeviceIdentifier": "disk3", "Size": 494384795648, "APFSPhysicalStores": [{"DeviceIdentifier": "disk0s2"}],
+         "APFSVolumes": [
+            {"DeviceIdentifier": "disk3s1", "VolumeName": "Macintosh HD",
+             "MountedSnapshots": [{"SnapshotMountPoint": "/"}]},
+            {"DeviceIdentifier": "disk3s5", "MountPoint": "/System/Volumes/Data"}]},
+        {"DeviceIdentifier": "disk4", "Size": 30752636928, "Partitions": [
+            {"DeviceIdentifier": "disk4s1", "VolumeName": "PHOTOS", "MountPoint": "/Volumes/PHOTOS"}]},
+        {"DeviceIdentifier": "disk5", "Size": 0}]})";
+    const auto disks = diskUtility::disksIn(list, [](const std::string& disk) {
+        return std::string(disk == "disk0" ? R"({"MediaName": "APPLE SSD AP0512Q ", "Internal": true})"
+                                           : R"({"MediaName": "", "RemovableMediaOrExternalDevice": true})");
+    });
+    EXPECT_THAT(disks, ElementsAre(DiskFacts{"disk0",
+                                             "/dev/disk0",
+                                             "APPLE SSD AP0512Q",
+                                             500277792768,
+                                             true,
+                                             false,
+                                             true,
+                                             {"/", "/System/Volumes/Data"},
+                                             {},
+                                             {"/dev/disk0s1", "/dev/disk0s2"}},
+                                   DiskFacts{"disk4",
+                                             "/dev/disk4",
+                                             "PHOTOS",
+                                             30752636928,
+                                             true,
+                                             true,
+                                             false,
+                                             {"/Volumes/PHOTOS"},
+                                             {},
+                                             {"/dev/disk4s1"}}));
+    EXPECT_TRUE(diskUtility::disksIn("not json", {}).empty());
 }
 
 } // namespace
