@@ -1,5 +1,6 @@
 #include "ui/App.h"
 
+#include "Automation/Automation.h"
 #include "Core/Language.h"
 #include "HelperKit/MaintenanceWork.h"
 #include "app/ActivityViewModel.h"
@@ -9,6 +10,7 @@
 #include "app/FastCopyViewModel.h"
 #include "app/FlowEditorViewModel.h"
 #include "app/FlowListViewModel.h"
+#include "app/FolderSyncViewModel.h"
 #include "app/FollowUpsViewModel.h"
 #include "app/HelperViewModel.h"
 #include "app/HomeViewModel.h"
@@ -131,6 +133,10 @@ QObject* App::optimize() {
 
 QObject* App::fastCopy() {
     return made(fastCopy_, *context_, *life_, app::CopyWorld::of(*context_));
+}
+
+QObject* App::folderSync() {
+    return made(folderSync_, *context_, life_->automation().sync());
 }
 
 QObject* App::scanClean(const QString& moduleId) {

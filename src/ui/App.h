@@ -15,6 +15,7 @@ class AutomationLife;
 class FastCopyViewModel;
 class FlowEditorViewModel;
 class FlowListViewModel;
+class FolderSyncViewModel;
 class FollowUpsViewModel;
 class HelperViewModel;
 class HomeViewModel;
@@ -60,6 +61,7 @@ class App : public QObject {
     Q_PROPERTY(QObject* maintenance READ maintenance CONSTANT)
     Q_PROPERTY(QObject* optimize READ optimize CONSTANT)
     Q_PROPERTY(QObject* fastCopy READ fastCopy CONSTANT)
+    Q_PROPERTY(QObject* folderSync READ folderSync CONSTANT)
     Q_PROPERTY(bool dark READ isDark NOTIFY darkChanged)
     Q_PROPERTY(bool reducedMotion READ reducedMotion CONSTANT)
     Q_PROPERTY(QString fontFamily READ fontFamily CONSTANT)
@@ -89,6 +91,7 @@ public:
     QObject* maintenance();
     QObject* optimize();
     QObject* fastCopy();
+    QObject* folderSync();
     app::AutomationLife& life() { return *life_; }
     Tr* tr() { return tr_.get(); }
     Q_INVOKABLE QObject* scanClean(const QString& moduleId);
@@ -128,6 +131,7 @@ private:
     std::unique_ptr<app::MaintenanceViewModel> maintenance_;
     std::unique_ptr<app::OptimizeViewModel> optimize_;
     std::unique_ptr<app::FastCopyViewModel> fastCopy_;
+    std::unique_ptr<app::FolderSyncViewModel> folderSync_;
     std::map<QString, std::unique_ptr<app::ScanCleanViewModel>> scanCleans_;
 };
 

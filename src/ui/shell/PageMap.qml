@@ -28,8 +28,10 @@ QtObject {
         "scripts": "ScriptsPage",
         "settings": "SettingsPage",
         "helper": "HelperSetupPage",
+        "fast-copy": "CopyPage",
         "system-junk": "CachePage",
-        "maintenance": "MaintenancePage"
+        "maintenance": "MaintenancePage",
+        "sync": "SyncPage"
     })
 
     // The page that answers to an identifier, folded ones included, or to a tool's name; "" for none.
