@@ -1,6 +1,8 @@
 #include "app/ScheduleDraft.h"
 
 #include "Automation/TaskList.h"
+#include "Core/Printable.h"
+#include "Tools/FolderSync/SyncPairStore.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
 #include "app/PathText.h"
@@ -14,7 +16,7 @@ namespace vh::app {
 
 namespace {
 
-enum class FieldKind { tasks, folder, flag };
+enum class FieldKind { tasks, folder, flag, pair };
 
 struct PayloadField {
     ScheduledAction action;
@@ -24,6 +26,7 @@ struct PayloadField {
 
 constexpr PayloadField fields[] = {
     {ScheduledAction::maintenance, "tasks", FieldKind::tasks},
+    {ScheduledAction::folderSync, "pair", FieldKind::pair},
     {ScheduledAction::folderSync, "source", FieldKind::folder},
     {ScheduledAction::folderSync, "destination", FieldKind::folder},
     {ScheduledAction::folderSync, "delete", FieldKind::flag},
@@ -32,12 +35,18 @@ constexpr PayloadField fields[] = {
 constexpr const char* flagSet = "true";
 constexpr int defaultHours = 6;
 
+std::vector<sync::SyncPair> storedPairs(AppContext& context) {
+    return sync::SyncPairStore(sync::SyncPairStore::fileIn(context.session().folders())).load();
+}
+
 QString nameOf(FieldKind kind) {
     switch (kind) {
     case FieldKind::folder:
         return QStringLiteral("folder");
     case FieldKind::flag:
         return QStringLiteral("flag");
+    case FieldKind::pair:
+        return QStringLiteral("pair");
     case FieldKind::tasks:
         break;
     }
@@ -56,9 +65,21 @@ QVariant shown(FieldKind kind, const std::string& text) {
     case FieldKind::tasks:
         return qtText(text).split(QLatin1Char(','), Qt::SkipEmptyParts);
     case FieldKind::folder:
+    case FieldKind::pair:
         break;
     }
     return qtText(text);
+}
+
+/// The stored pairs, after the choice of two folders of the schedule's own.
+QVariantList pairOptions(AppContext& context) {
+    const auto option = [](const QString& value, const QString& title) {
+        return QVariantMap{{QStringLiteral("value"), value}, {QStringLiteral("title"), title}};
+    };
+    QVariantList options{option({}, context.texts().text("schedules.payload.own-folders"))};
+    for (const sync::SyncPair& each : storedPairs(context))
+        options << option(qtText(each.id.text()), qtText(printable(each.title())));
+    return options;
 }
 
 void show(QVariantMap& draft, const Schedule& schedule) {
@@ -106,14 +127,26 @@ std::variant<Schedule, const char*> scheduleOf(const QVariantMap& draft) {
     return Schedule(*time);
 }
 
+/// Whether a stored pair says it already.
+bool isSaidByPair(const PayloadField& field, const ScheduledTask& task) {
+    return field.action == ScheduledAction::folderSync && field.kind != FieldKind::pair &&
+           task.payload.contains("pair");
+}
+
 /// Puts one field into the payload; the key of what is wrong with it, nothing when all is well.
 const char* apply(const PayloadField& field, const QVariant& value, ScheduledTask& task,
                   AppContext& context) {
     task.payload.erase(field.key);
+    if (isSaidByPair(field, task))
+        return nullptr;
     switch (field.kind) {
     case FieldKind::flag:
         if (value.toBool())
             task.payload[field.key] = flagSet;
+        return nullptr;
+    case FieldKind::pair:
+        if (const QString id = value.toString(); !id.isEmpty())
+            task.payload[field.key] = id.toStdString();
         return nullptr;
     case FieldKind::folder:
         task.payload[field.key] = chosenPath(value.toString(), context.session().folders().home);
@@ -159,6 +192,8 @@ QVariantList payloadFields(AppContext& context, const QString& action) {
             list << QVariantMap{
                 {QStringLiteral("key"), qtText(field.key)},
                 {QStringLiteral("kind"), nameOf(field.kind)},
+                {QStringLiteral("options"),
+                 field.kind == FieldKind::pair ? pairOptions(context) : QVariantList()},
                 {QStringLiteral("title"),
                  context.texts().text(fmt::format("schedules.payload.{}", field.key))},
             };

@@ -15,7 +15,8 @@ QVariantMap draftOf(const ScheduledTask& task);
 /// What a form begins with.
 QVariantMap newDraft();
 
-/// The fields of an action's payload: {key, kind: "tasks", "folder" or "flag", title}.
+/// The fields of an action's payload: {key, kind: "pair", "tasks", "folder" or "flag", title, options: of a pair}. Where
+/// a stored pair is chosen, its folders and flag are not asked for.
 QVariantList payloadFields(AppContext& context, const QString& action);
 
 /// Puts what the form says into a task. What is wrong with it, for people; nothing when all is well.

@@ -3,6 +3,7 @@
 #include "Automation/Automation.h"
 #include "Automation/Scheduler.h"
 #include "Core/ScheduleStore.h"
+#include "Tools/FolderSync/SyncPairStore.h"
 #include "app/AutomationLife.h"
 #include "app/Desk.h"
 #include "app/HomeViewModel.h"
@@ -88,6 +89,14 @@ TEST_F(Schedules, AreMadeByTheForm) {
     EXPECT_EQ(store.tasks().back().payload,
               (std::map<std::string, std::string>{
                   {"source", desk.home / "a"}, {"destination", "/b"}, {"delete", "true"}}));
+    const sync::SyncPair pair{.id = Uuid::random(), .name = "Photos"};
+    sync::SyncPairStore(sync::SyncPairStore::fileIn(desk.session.folders())).save({pair});
+    EXPECT_THAT(column(model.payloadFields("sync")[0].toMap()["options"].toList(), "title"),
+                ElementsAre("Two folders of its own", "Photos"));
+    draft.insert(QVariantMap{{"pair", qtText(pair.id.text())}});
+    EXPECT_EQ(model.save({}, draft), "");
+    EXPECT_EQ(store.tasks().back().payload, (std::map<std::string, std::string>{{"pair", pair.id.text()}}))
+        << "the pair says the rest";
     const QStringList tasks{"flush-dns", "purge-memory"};
     draft.insert(QVariantMap{{"action", "maintenance"}, {"tasks", tasks}});
     EXPECT_EQ(model.save({}, draft), "");
@@ -95,9 +104,9 @@ TEST_F(Schedules, AreMadeByTheForm) {
     EXPECT_EQ(made.payload, (std::map<std::string, std::string>{{"tasks", "flush-dns,purge-memory"}}));
     EXPECT_EQ(model.draft(qtText(made.id.text()))["tasks"], tasks);
     EXPECT_THAT(column(model.actionOptions(""), "value"),
-                ElementsAre("system-junk", "maintenance", "optimize"));
-    EXPECT_THAT(column(model.actionOptions("sync"), "value"),
                 ElementsAre("system-junk", "maintenance", "sync", "optimize"));
+    EXPECT_THAT(column(model.actionOptions("backups"), "value"),
+                ElementsAre("system-junk", "maintenance", "sync", "optimize", "backups"));
 }
 
 TEST_F(Schedules, AreChangedSwitchedRemovedAndBroughtBack) {

@@ -1,7 +1,7 @@
 import QtQuick
 import Varnholt
 
-// One thing that an action needs to know: maintenance tasks, a folder or a yes.
+// One thing that an action needs to know: a stored pair of folders, maintenance tasks, a folder or a yes.
 Loader {
     id: row
 
@@ -11,7 +11,7 @@ Loader {
     signal edited(var value)
 
     width: parent ? parent.width : 0
-    sourceComponent: field.kind === "flag" ? flag : field.kind === "folder" ? folder : tasks
+    sourceComponent: field.kind === "flag" ? flag : field.kind === "folder" ? folder : field.kind === "pair" ? pair : tasks
 
     Component {
         id: tasks
@@ -38,6 +38,21 @@ Loader {
                 name: row.field.title
                 onPathChanged: row.edited(path)
                 Component.onCompleted: path = row.value ?? ""
+            }
+        }
+    }
+    Component {
+        id: pair
+
+        FormRow {
+            title: row.field.title
+
+            ComboField {
+                width: parent.width
+                name: row.field.title
+                options: row.field.options
+                value: row.value ?? ""
+                onChosen: value => row.edited(value)
             }
         }
     }
