@@ -69,6 +69,8 @@ public:
     uint64_t device() const { return device_; }
     /// Whether two names that differ in case alone are one file here. Tries it out.
     bool isCaseBlind();
+    /// Whether its path still leads here: no longer when its volume was unmounted.
+    bool isStillThere() const;
     /// What this process may still fill.
     int64_t freeBytes() const;
 

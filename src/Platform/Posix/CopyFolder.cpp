@@ -47,6 +47,11 @@ bool CopyFolder::isCaseBlind() {
     }
 }
 
+bool CopyFolder::isStillThere() const {
+    struct stat now {};
+    return ::stat(path_.c_str(), &now) == 0 && identityIn(now) == identityIn(statusOfOpen(*top_, path_));
+}
+
 std::shared_ptr<FileDescriptor> CopyFolder::open(std::string_view relative) const {
     std::shared_ptr<FileDescriptor> folder = top_;
     for (std::string_view rest = relative; !rest.empty();) {

@@ -1,5 +1,6 @@
 #include "Tools/FolderSync/SyncApply.h"
 
+#include "Core/Fold.h"
 #include "Core/ItemRemoval.h"
 #include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
@@ -39,9 +40,12 @@ std::string parentOf(const std::string& relative) {
     return slash == std::string::npos ? std::string() : relative.substr(0, slash);
 }
 
-std::string copyFailure(const SystemError& error) {
-    return error.code() == 0 ? error.reason()
-                             : fmt::format("copy failed (errno {}, {})", error.code(), error.reason());
+bool isFolderIn(CopyFolder& folder, const std::string& relative) {
+    try {
+        return folder.isFolder(relative);
+    } catch (const SystemError&) {
+        return false;
+    }
 }
 
 } // namespace
@@ -53,6 +57,8 @@ SyncApply::SyncApply(const std::string& source, const std::string& destination,
 SyncResult SyncApply::run(const SyncPlan& plan) {
     result_ = {};
     result_.errors = plan.unreadable;
+    plan_ = &plan;
+    folders_.insert(plan.folders.begin(), plan.folders.end());
     const auto total = static_cast<int64_t>(plan.actions.size());
     for (int64_t done = 0; const SyncAction& action : plan.actions) {
         if (!goesOn()) {
@@ -76,11 +82,15 @@ SyncResult SyncApply::run(const SyncPlan& plan) {
             steering_.progress(++done, total);
     }
     finishFolders();
+    for (const CopyFolder* each : {&source_, &destination_})
+        if (!each->isStillThere())
+            result_.errors.push_back(each->path() + ": the folder is no longer there");
     return std::move(result_);
 }
 
 void SyncApply::carryOut(const SyncAction& action) {
     refuseToLeave(action.relativePath);
+    noteChanged(parentOf(action.relativePath));
     switch (action.kind) {
     case Kind::remove:
         return remove(action.relativePath);
@@ -94,7 +104,7 @@ void SyncApply::carryOut(const SyncAction& action) {
 
 void SyncApply::makeFolder(const std::string& relative) {
     destination_.makeFolder(relative);
-    madeFolders_.push_back(relative);
+    folders_.insert(relative);
     // Nobody shall look into it meanwhile who may not later; that we may write is for the time being.
     FileMetadata metadata = source_.metadataOfFolder(relative);
     metadata.mode |= 0700;
@@ -110,10 +120,21 @@ void SyncApply::makeParent(const std::string& relative) {
     parent_ = std::move(parent);
 }
 
+/// What lands in a folder changes its dates.
+void SyncApply::noteChanged(const std::string& folder) {
+    if (folder.empty() || folder == changed_)
+        return;
+    folders_.insert(folder);
+    changed_ = folder;
+}
+
 void SyncApply::finishFolders() {
-    for (const std::string& relative : std::views::reverse(madeFolders_))
+    for (const std::string& relative : std::views::reverse(folders_))
         try {
-            noteRefused(relative, destination_.applyToFolder(relative, source_.metadataOfFolder(relative)));
+            refuseToLeave(relative);
+            if (isFolderIn(source_, relative) && isFolderIn(destination_, relative))
+                noteRefused(relative,
+                            destination_.applyToFolder(relative, source_.metadataOfFolder(relative)));
         } catch (const SystemError& error) {
             result_.errors.push_back(relative + ": " + error.reason());
         }
@@ -169,7 +190,7 @@ void SyncApply::copy(const SyncAction& action) {
             copyFile(action);
     } catch (const SystemError& error) {
         isFailed_ = true;
-        result_.errors.push_back(relative + ": " + copyFailure(error));
+        result_.errors.push_back(relative + ": " + copyFailure(relative, error));
         return;
     }
     ++(action.kind == Kind::copy ? result_.copied : result_.updated);
@@ -188,12 +209,25 @@ void SyncApply::copyFile(const SyncAction& action) {
     noteRefused(relative, refused);
 }
 
+std::string SyncApply::copyFailure(const std::string& relative, const SystemError& error) const {
+    const auto isTwin = [&](const SyncAction& other) {
+        return other.relativePath.size() == relative.size() && other.relativePath != relative &&
+               foldCase(other.relativePath) == foldCase(relative);
+    };
+    if (error.code() == EEXIST && std::ranges::any_of(plan_->actions, isTwin))
+        return "differs from another name in upper and lower case alone, which the destination does not tell "
+               "apart";
+    return error.code() == 0 ? error.reason()
+                             : fmt::format("copy failed (errno {}, {})", error.code(), error.reason());
+}
+
 /// False when the run is to stop.
 bool SyncApply::fill(PartialFile& partial, const SourceFile& source) {
     if (!refusesClones_ && source.device() == destination_.device()) {
-        if (partial.cloneFrom(source))
+        const auto cloned = partial.cloneFrom(source);
+        if (cloned == PartialFile::Cloned::yes)
             return true;
-        refusesClones_ = true;
+        refusesClones_ = cloned == PartialFile::Cloned::never;
     }
     if (!source.hasHoles() && source.size() <= smallFile) {
         fillSmall(partial, source);

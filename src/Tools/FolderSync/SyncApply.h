@@ -1,9 +1,11 @@
 #pragma once
 
 #include "Platform/CopyFolder.h"
+#include "Platform/SystemError.h"
 #include "Tools/FolderSync/SyncEngine.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,6 +24,7 @@ private:
     void carryOut(const SyncAction& action);
     void makeFolder(const std::string& relative);
     void makeParent(const std::string& relative);
+    void noteChanged(const std::string& folder);
     void finishFolders();
     void noteRefused(const std::string& relative, const std::vector<std::string>& refused);
     bool isFileInSource(const std::string& relative);
@@ -29,6 +32,7 @@ private:
     void moveToTrash(const std::string& relative, const std::optional<FileIdentity>& identity);
     void copy(const SyncAction& action);
     void copyFile(const SyncAction& action);
+    std::string copyFailure(const std::string& relative, const SystemError& error) const;
     bool fill(PartialFile& partial, const SourceFile& source);
     void fillSmall(PartialFile& partial, const SourceFile& source);
     template <class Place>
@@ -37,11 +41,13 @@ private:
     const SyncEngine::Steering& steering_;
     CopyFolder source_, destination_;
     bool refusesClones_ = false;
-    std::string block_;                    ///< for small files
-    std::optional<std::string> parent_;    ///< the last that is there for certain
-    std::vector<std::string> madeFolders_; ///< they get their metadata when all in them has landed
-    bool isFailed_ = false;                ///< of the action in hand
-    std::optional<std::string> landed_;    ///< in the Trash, of the action in hand
+    std::string block_;                 ///< for small files
+    const SyncPlan* plan_ = nullptr;    ///< in hand
+    std::optional<std::string> parent_; ///< the last that is there for certain
+    std::set<std::string> folders_;     ///< they get their metadata when all in them has landed
+    std::string changed_;               ///< the last of them that something landed in
+    bool isFailed_ = false;             ///< of the action in hand
+    std::optional<std::string> landed_; ///< in the Trash, of the action in hand
     SyncResult result_;
 };
 

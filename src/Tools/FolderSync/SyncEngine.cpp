@@ -4,6 +4,7 @@
 #include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 #include "Tools/FolderSync/SyncApply.h"
+#include "Tools/FolderSync/SyncNames.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -17,6 +18,10 @@ using Item = SyncIndex::Item;
 using Kind = SyncAction::Kind;
 
 constexpr auto closeDates = std::chrono::seconds(2);
+
+bool isClose(Date one, Date other) {
+    return std::chrono::abs(one - other) < closeDates;
+}
 
 /// One comparison of two indexes.
 class Comparison {
@@ -48,6 +53,8 @@ private:
         if (item.type == SyncIndex::Type::folder) {
             if (!there)
                 act(Kind::mkdir, item, 0);
+            else if (there->type == SyncIndex::Type::folder && !isClose(item.modified, there->modified))
+                plan_.folders.emplace_back(item.relative);
         } else if (!there || there->type == SyncIndex::Type::folder) {
             act(Kind::copy, item, item.size);
         } else if (isSame(item, *there)) {
@@ -64,7 +71,7 @@ private:
             return item.link == there.link;
         if (item.size != there.size)
             return false;
-        if (std::chrono::abs(item.modified - there.modified) < closeDates)
+        if (isClose(item.modified, there.modified))
             return true;
         return sameContents_ && sameContents_(item.relative);
     }
@@ -132,14 +139,17 @@ SyncPlan SyncEngine::plan(const SyncPair& pair, const CancelToken& cancel) {
     check(pair);
     const std::string source = rootOf(pair.source), destination = rootOf(pair.destination);
     auto theirs = std::async(std::launch::async, indexOf, std::cref(destination), std::cref(cancel));
-    const SyncIndex ours = indexOf(source, cancel);
+    SyncIndex ours = indexOf(source, cancel);
+    SyncIndex there = theirs.get();
+    if (isCaseBlind(destination, there))
+        matchCaseBlind(ours, there);
     SameContents sameContents;
     if (pair.compareContents)
         sameContents = [&](std::string_view relative) {
             cancel.throwIfCancelled();
             return fileEqual(source + std::string(relative), destination + std::string(relative));
         };
-    return plan(ours, theirs.get(), pair.deleteExtraneous, sameContents);
+    return plan(ours, there, pair.deleteExtraneous, sameContents);
 }
 
 SyncResult SyncEngine::apply(const SyncPlan& plan, const SyncPair& pair, const Steering& steering) {

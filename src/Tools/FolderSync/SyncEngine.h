@@ -48,7 +48,7 @@ public:
     };
     /// Carries a plan out. A failed action is a line among the errors and never stops the run; what was at a name is
     /// replaced when the new file is whole, and what has to leave goes to the Trash. Holes stay holes, names of one
-    /// file become files of their own. Throws SystemError when one of the folders cannot be opened.
+    /// file become files of their own, folders in which something changed get the source's metadata. Throws SystemError when one of the folders cannot be opened.
     static SyncResult apply(const SyncPlan& plan, const SyncPair& pair, const Steering& steering = {});
 
     /// False also when one of them cannot be read.

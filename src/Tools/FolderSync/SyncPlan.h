@@ -41,6 +41,9 @@ struct SyncPlan {
     /// What of the source could not be read, "path: reason" each. Nothing of it is deleted in the destination, and no
     /// run of this plan is without errors. Not stored.
     std::vector<std::string> unreadable;
+    /// Folders that are there, but with another date than the source's, as one that a killed run had made: whatever is
+    /// carried out gives them the source's metadata too. They alone are no reason for a run. Not stored.
+    std::vector<std::string> folders;
 
     bool isEmpty() const { return actions.empty() && unreadable.empty(); }
     int64_t copies() const { return count(SyncAction::Kind::copy); }

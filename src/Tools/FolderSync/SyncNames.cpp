@@ -1,0 +1,112 @@
+#include "Tools/FolderSync/SyncNames.h"
+
+#include "Core/Fold.h"
+#include "Platform/FileIdentity.h"
+
+#include <algorithm>
+#include <cctype>
+#include <unordered_map>
+#include <vector>
+
+namespace vh::sync {
+
+namespace {
+
+using Item = SyncIndex::Item;
+using Type = SyncIndex::Type;
+
+size_t nameIn(std::string_view path) {
+    const size_t slash = path.rfind('/');
+    return slash == std::string_view::npos ? 0 : slash + 1;
+}
+
+std::string inOtherCase(std::string_view path) {
+    std::string other(path);
+    for (size_t at = nameIn(path); at < other.size(); ++at)
+        if (const auto byte = static_cast<unsigned char>(other[at]); byte < 0x80)
+            other[at] = static_cast<char>(std::islower(byte) ? std::toupper(byte) : std::tolower(byte));
+    return other;
+}
+
+bool holds(const SyncIndex& index, std::string_view relative) {
+    const auto& items = index.items();
+    const auto found = std::ranges::lower_bound(items, relative, SyncIndex::comesBefore, &Item::relative);
+    return found != items.end() && found->relative == relative;
+}
+
+/// Names by what a case-blind folder makes of them.
+class Names {
+public:
+    /// The name that was first; this one when it is.
+    const std::string& add(std::string_view relative) {
+        return names_.try_emplace(keyOf(relative), relative).first->second;
+    }
+    /// As the folder above is called when the item itself is in none of the names.
+    std::string of(std::string_view relative) const {
+        if (const auto found = names_.find(keyOf(relative)); found != names_.end())
+            return found->second;
+        const size_t name = nameIn(relative);
+        return name == 0 ? std::string(relative)
+                         : of(relative.substr(0, name - 1)) + std::string(relative.substr(name - 1));
+    }
+
+private:
+    /// Letter by letter as volumes do it, so that "ß" is not "ss"; bytes that are no text are themselves.
+    static std::string keyOf(std::string_view name) {
+        const auto letters = std::ranges::count_if(name, [](char byte) { return (byte & 0xC0) != 0x80; });
+        const std::string folded = foldCase(name);
+        return folded.find("\uFFFD") == std::string::npos ? folded + '\0' + std::to_string(letters)
+                                                          : std::string(name);
+    }
+    std::unordered_map<std::string, std::string> names_;
+};
+
+} // namespace
+
+bool isCaseBlind(const std::string& root, const SyncIndex& index) {
+    const std::string folder = root.ends_with('/') ? root : root + '/';
+    for (const Item& each : index.items()) {
+        const std::string other = inOtherCase(each.relative);
+        if (other == each.relative || holds(index, other))
+            continue;
+        const auto identity = identityOf(folder + std::string(each.relative));
+        return identity && identity == identityOf(folder + other);
+    }
+    return false;
+}
+
+void matchCaseBlind(SyncIndex& source, SyncIndex& destination) {
+    Names names;
+    std::vector<SyncEntry> kept;
+    std::vector<SyncIndex::Unreadable> unreadable = source.unreadable();
+    std::string lost; // a folder whose place another item has
+    for (SyncEntry& each : source.entries()) {
+        if (!lost.empty() && liesBelow(each.relative, lost))
+            continue;
+        const std::string& first = names.add(each.relative);
+        if (first == each.relative) {
+            kept.push_back(std::move(each));
+            continue;
+        }
+        const auto holder = std::ranges::find(kept, first, &SyncEntry::relative);
+        if (each.isDirectory && holder->isDirectory)
+            continue; // what is in both comes together there
+        if (each.isDirectory)
+            lost = each.relative;
+        unreadable.push_back(
+            {each.relative, "differs from “" + first +
+                                "” in upper and lower case alone, which the destination does not "
+                                "tell apart"});
+    }
+    for (const SyncIndex::Unreadable& each : unreadable)
+        names.add(each.relative);
+    source = SyncIndex(kept);
+    for (SyncIndex::Unreadable& each : unreadable)
+        source.addUnreadable(std::move(each.relative), std::move(each.reason));
+    std::vector<SyncEntry> theirs = destination.entries();
+    for (SyncEntry& each : theirs)
+        each.relative = names.of(each.relative);
+    destination = SyncIndex(theirs);
+}
+
+} // namespace vh::sync
