@@ -35,7 +35,9 @@ public:
                 const RunStores& runs, const Texts& texts, std::shared_ptr<CopyControl> control,
                 const std::function<void(const DiskCopyProgress&)>& progress, const CancelToken& cancel)
         : request_(request), jobs_(jobs), folders_(folders), runs_(runs), texts_(texts),
-          control_(std::move(control)), report_(progress), cancel_(cancel) {}
+          control_(std::move(control)), report_(progress) {
+        control_->follow(cancel);
+    }
 
     DiskCopyResult run() {
         const auto run =
@@ -46,6 +48,8 @@ public:
             image();
         } catch (const DiskCopyRefusal& error) {
             fail(error.what());
+        } catch (const Cancelled&) {
+            stop();
         } catch (const HelperClientError& error) {
             failOrStop(error.text(texts_));
         } catch (const std::exception& error) {
@@ -58,9 +62,7 @@ public:
     }
 
 private:
-    bool isStopped() const {
-        return cancel_.isCancelled() || control_->isCancelled() || control_->isRemoved(first_);
-    }
+    bool isStopped() const { return control_->isCancelled() || control_->isRemoved(first_); }
 
     /// The first that nobody has taken out.
     void chooseFirst() {
@@ -138,12 +140,16 @@ private:
         result_.end = End::failed;
         result_.message = std::move(why);
     }
-    void failOrStop(std::string why) {
-        fail(std::move(why));
-        if (!isStopped() && now_.image.phase != DeviceJobPhase::cancelled)
-            return;
+    void stop() {
         result_.end = End::stopped;
-        result_.message = texts_.text("fast-copy.disk-cancelled-partial-removed");
+        result_.message = texts_.text(result_.imagePath.empty() ? "fast-copy.summary.stopped"
+                                                                : "fast-copy.disk-cancelled-partial-removed");
+    }
+    void failOrStop(std::string why) {
+        if (isStopped() || now_.image.phase == DeviceJobPhase::cancelled)
+            stop();
+        else
+            fail(std::move(why));
     }
 
     /// The image's own place counts as taken out, so that the others keep their numbers.
@@ -156,23 +162,26 @@ private:
         control_->remove(first_);
         try {
             result_.further = copy::FastCopier(control_).copy(
-                sources, request_.destinations, request_.options,
-                [this](const CopyProgress& progress) {
-                    if (cancel_.isCancelled())
-                        control_->cancel();
+                sources, request_.destinations, request_.options, [this](const CopyProgress& progress) {
                     now_.further = progress;
                     tell();
-                },
-                cancel_);
+                });
         } catch (const std::exception& error) {
             problems_.push_back(printable(error.what()));
             return;
         }
-        for (const copy::CopiedFile& file : result_.further->files)
-            journal_->done({plan_.image, file.destination + '/' + file.relative, file.bytes,
-                            std::string(rawValue(file.state)), file.checksum});
-        for (const std::string& problem : result_.further->problems())
+        book(*result_.further, sources);
+    }
+
+    void book(copy::CopyReport& report, const std::vector<std::string>& sources) {
+        copies_ = copy::summaryOf(report, texts_);
+        journal_->add(copy::rowsOf(report, sources));
+        for (const std::string& problem : report.problems())
             problems_.push_back(printable(problem));
+        copy::DestinationReport& own = report.destinations[first_];
+        own.removed = false;
+        own.copied = static_cast<int64_t>(sources.size());
+        own.bytes = now_.image.bytesTotal;
     }
 
     void tell() const {
@@ -217,9 +226,7 @@ private:
                                : texts_.text("fast-copy.disk-history-imaged-no-hash", arguments);
         if (result_.badBlocks > 0)
             text += " " + result_.message;
-        if (result_.further)
-            text += " " + copy::summaryOf(*result_.further, texts_);
-        return text;
+        return copies_.empty() ? text : text + " " + copies_;
     }
 
     const DiskCopyRequest& request_;
@@ -229,7 +236,6 @@ private:
     const Texts& texts_;
     const std::shared_ptr<CopyControl> control_;
     const std::function<void(const DiskCopyProgress&)>& report_;
-    const CancelToken& cancel_;
 
     size_t first_ = 0; ///< where the image goes
     DiskCopyPlan plan_;
@@ -237,6 +243,7 @@ private:
     DiskCopyProgress now_;
     DiskCopyResult result_;
     std::vector<std::string> problems_;
+    std::string copies_; ///< what came of copying the image on, for people
 };
 
 } // namespace

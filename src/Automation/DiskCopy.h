@@ -37,9 +37,10 @@ struct DiskCopyResult {
     std::string message;   ///< what came of it, for people; why, when it failed
     std::string imagePath; ///< empty when nothing was begun
     int64_t badBlocks = 0;
-    std::string sha256;                      ///< of the image
-    std::string sidecarFailure;              ///< why there is no hash beside it, for people; else empty
-    std::optional<copy::CopyReport> further; ///< of the copies of the image, over all destinations
+    std::string sha256;         ///< of the image
+    std::string sidecarFailure; ///< why there is no hash beside it, for people; else empty
+    std::optional<copy::CopyReport>
+        further; ///< of copying the image on; the image's own place counts as written
 };
 
 struct DiskCopyProgress {
