@@ -28,11 +28,17 @@ constexpr uint64_t XXH64::merged(uint64_t hash, uint64_t lane) {
     return (hash ^ round(0, lane)) * prime1 + prime4;
 }
 
-void XXH64::mix(const char* stripe) {
-    v1_ = round(v1_, readNumber<uint64_t>(stripe));
-    v2_ = round(v2_, readNumber<uint64_t>(stripe + 8));
-    v3_ = round(v3_, readNumber<uint64_t>(stripe + 16));
-    v4_ = round(v4_, readNumber<uint64_t>(stripe + 24));
+std::string_view XXH64::mix(std::string_view bytes) {
+    // Beside the members: what is read might be them, as far as the compiler knows, and it would store them each time.
+    uint64_t v1 = v1_, v2 = v2_, v3 = v3_, v4 = v4_;
+    for (; bytes.size() >= stripeBytes; bytes.remove_prefix(stripeBytes)) {
+        v1 = round(v1, readNumber<uint64_t>(bytes.data()));
+        v2 = round(v2, readNumber<uint64_t>(bytes.data() + 8));
+        v3 = round(v3, readNumber<uint64_t>(bytes.data() + 16));
+        v4 = round(v4, readNumber<uint64_t>(bytes.data() + 24));
+    }
+    v1_ = v1, v2_ = v2, v3_ = v3, v4_ = v4;
+    return bytes;
 }
 
 void XXH64::update(std::string_view bytes) {
@@ -44,11 +50,10 @@ void XXH64::update(std::string_view bytes) {
         bytes.remove_prefix(taken);
         if (buffered_ < stripeBytes)
             return;
-        mix(buffer_.data());
+        mix({buffer_.data(), stripeBytes});
         buffered_ = 0;
     }
-    for (; bytes.size() >= stripeBytes; bytes.remove_prefix(stripeBytes))
-        mix(bytes.data());
+    bytes = mix(bytes);
     std::ranges::copy(bytes, buffer_.data());
     buffered_ = bytes.size();
 }

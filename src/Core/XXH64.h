@@ -17,7 +17,8 @@ public:
 
 private:
     static constexpr size_t stripeBytes = 32;
-    void mix(const char* stripe);
+    /// Takes the whole stripes in; gives what is left.
+    std::string_view mix(std::string_view bytes);
 
     static constexpr uint64_t seed = 0;
     static constexpr uint64_t prime1 = 0x9E3779B185EBCA87u;
