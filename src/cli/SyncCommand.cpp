@@ -60,6 +60,7 @@ void describeSync(CLI::App& noun, CommandLine& line) {
     noun.require_subcommand(1);
     describeSyncPairs(noun, line);
     describeSyncRuns(noun, line);
+    describeSyncWatch(noun, line);
 }
 
 } // namespace vh::cli

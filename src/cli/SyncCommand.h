@@ -35,5 +35,6 @@ struct FolderWords {
 /// The verbs by what they are about.
 void describeSyncPairs(CLI::App& noun, CommandLine& line);
 void describeSyncRuns(CLI::App& noun, CommandLine& line);
+void describeSyncWatch(CLI::App& noun, CommandLine& line);
 
 } // namespace vh::cli
