@@ -4,16 +4,14 @@
 #include "support/ErrorOf.h"
 #include "support/SmallDisk.h"
 #include "support/TurnedLoop.h"
+#include "support/UserLimit.h"
 
 #include <filesystem>
-#include <fmt/format.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <poll.h>
-#include <sched.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 using namespace vh;
 using namespace vh::test;
@@ -98,18 +96,6 @@ TEST(FolderEvents, saysWhenTheSystemDroppedEvents) {
     EXPECT_FALSE(after.lostSome);
 }
 
-/// In a user namespace of its own, whose limits nobody else meets.
-void setLimit(const std::string& name, int value) {
-    const auto id = ::geteuid();
-    if (::unshare(CLONE_NEWUSER) != 0)
-        throwErrno("unshare");
-    std::ofstream("/proc/self/uid_map") << fmt::format("0 {} 1", id);
-    std::ofstream limit("/proc/sys/user/" + name);
-    limit << value << std::flush;
-    if (!limit)
-        throw std::runtime_error("cannot set the limit");
-}
-
 TEST(FolderEvents, saysWhichLimitIsUsedUp) {
     const TempDir folder;
     const auto said = [&](const std::function<void()>& prepare) {
@@ -119,8 +105,9 @@ TEST(FolderEvents, saysWhichLimitIsUsedUp) {
                })
             .message;
     };
-    EXPECT_THAT(said([] { setLimit("max_inotify_instances", 0); }), HasSubstr("inotify/max_user_instances"));
-    EXPECT_THAT(said([] { setLimit("max_inotify_watches", 0); }), HasSubstr("inotify/max_user_watches"));
+    EXPECT_THAT(said([] { setUserLimit("max_inotify_instances", 0); }),
+                HasSubstr("inotify/max_user_instances"));
+    EXPECT_THAT(said([] { setUserLimit("max_inotify_watches", 0); }), HasSubstr("inotify/max_user_watches"));
 #ifndef __SANITIZE_ADDRESS__ // the sanitizers look at an exception's type through a pipe, for which nothing is left
     const auto noDescriptors = [] {
         const rlimit none{3, 3};

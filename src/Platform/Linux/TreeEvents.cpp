@@ -29,6 +29,15 @@ size_t limitOfWatches() {
     return limit;
 }
 
+/// Whether `name` in the folder above still leads to this one.
+bool isStillAt(const FolderReader& above, const std::string& name, const FolderReader& folder) {
+    struct stat named {
+    }, opened{};
+    return ::fstatat(above.descriptor(), name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           ::fstat(folder.descriptor(), &opened) == 0 && named.st_dev == opened.st_dev &&
+           named.st_ino == opened.st_ino;
+}
+
 } // namespace
 
 std::string WatchLimit::setting() const {
@@ -58,8 +67,10 @@ struct TreeEvents::State {
     TreeChanges take();
     void see(const inotify_event& event, TreeChanges& changes);
     int add(const FolderReader& folder) const;
-    void watch(FolderReader& folder, int parent, const std::string& name, Known known);
-    void watchInner(FolderReader& folder, int watch, Known known);
+    int watchOf(const FolderReader& folder) const;
+    void enter(const FolderReader& above, int parent, const std::string& name, Known known);
+    void tryToEnter(const FolderReader& above, int parent, const std::string& name, Known known);
+    void list(FolderReader& folder, int watch);
     void arrive(int parent, const std::string& name, Known known);
     void walkAgain();
     void leaveMoved();
@@ -89,9 +100,13 @@ void TreeEvents::State::begin() {
     identity = identityOf(joinPath(root, "."));
     FolderReader reader(root);
     rootWatch = add(reader);
-    if (rootWatch < 0 && errno != ENOSPC)
+    if (rootWatch >= 0)
+        folders.emplace(rootWatch, Folder{-1, walk, {}});
+    else if (errno == ENOSPC)
+        ++unwatched;
+    else
         throwErrno(root);
-    watch(reader, -1, {}, Known::walkAgain);
+    list(reader, rootWatch);
     if (unwatched > 0)
         throw WatchLimitReached(root, limit());
 }
@@ -102,41 +117,57 @@ int TreeEvents::State::add(const FolderReader& folder) const {
                                folderEvents);
 }
 
+/// The watch of a folder that is thought to be watched; below 0 when it is not.
+int TreeEvents::State::watchOf(const FolderReader& folder) const {
+    const int watch = add(folder);
+    if (watch < 0 || folders.contains(watch))
+        return watch;
+    ::inotify_rm_watch(events.get(), watch);
+    return -1;
+}
+
 /// Watches first and lists then, so that what comes meanwhile is met by one of the two.
-void TreeEvents::State::watch(FolderReader& folder, int parent, const std::string& name, Known known) {
+void TreeEvents::State::enter(const FolderReader& above, int parent, const std::string& name, Known known) {
     cancel.throwIfCancelled();
+    FolderReader folder(above, name);
     const int watch = add(folder);
     if (watch < 0) {
         if (errno != ENOSPC)
             return;
         ++unwatched; // those in it are counted too
-    } else {
-        if (liesIn(parent, watch)) { // two stale names make it look so; the truth is found from the top
-            lostSome = true;
-            return;
-        }
-        const bool isNew = folders.insert_or_assign(watch, Folder{parent, walk, name}).second;
-        if (!isNew && known == Known::pass)
-            return;
+        list(folder, watch);
+        return;
     }
-    watchInner(folder, watch, known);
+    const bool isNew = !folders.contains(watch);
+    if (!isStillAt(above, name, folder)) { // its move was not heard; where it went to, it is met again
+        if (isNew)
+            ::inotify_rm_watch(events.get(), watch);
+    } else if (liesIn(parent, watch)) { // so it seems by a stale name; the truth is found from the top
+        lostSome = true;
+    } else {
+        folders.insert_or_assign(watch, Folder{parent, walk, name});
+        if (isNew || known == Known::walkAgain)
+            list(folder, watch);
+    }
 }
 
-void TreeEvents::State::watchInner(FolderReader& folder, int watch, Known known) {
+/// All of it again, for one that was watched somewhere else may have changed while its path was not known.
+void TreeEvents::State::list(FolderReader& folder, int watch) {
     try {
-        while (const auto entry = folder.next()) {
-            if (entry->type != FileType::folder)
-                continue;
-            const std::string name(entry->name);
-            try {
-                FolderReader inner(folder, name);
-                this->watch(inner, watch, name, known);
-            } catch (const SystemError&) {
-                // It went meanwhile, or may not be listed: a change of its rights is told by the folder it is in.
-            }
-        }
+        while (const auto entry = folder.next())
+            if (entry->type == FileType::folder)
+                tryToEnter(folder, watch, std::string(entry->name), Known::walkAgain);
     } catch (const SystemError&) {
         // What cannot be listed cannot be read either; whoever reads the tree says so.
+    }
+}
+
+void TreeEvents::State::tryToEnter(const FolderReader& above, int parent, const std::string& name,
+                                   Known known) {
+    try {
+        enter(above, parent, name, known);
+    } catch (const SystemError&) {
+        // It went meanwhile, or may not be listed: a change of its rights is told by the folder it is in.
     }
 }
 
@@ -160,8 +191,8 @@ bool TreeEvents::State::liesIn(int watch, int above) const {
 void TreeEvents::State::arrive(int parent, const std::string& name, Known known) {
     try {
         const FolderReader above(pathOf(parent));
-        FolderReader folder(above, name);
-        watch(folder, parent, name, known);
+        if (watchOf(above) == parent)
+            tryToEnter(above, parent, name, known);
     } catch (const SystemError&) {
         // It has gone on by now, of which a later event tells.
     }
@@ -171,7 +202,7 @@ void TreeEvents::State::arrive(int parent, const std::string& name, Known known)
 bool TreeEvents::State::standsAt(int watch) const {
     try {
         const FolderReader above(pathOf(folders.at(watch).parent));
-        return add(FolderReader(above, folders.at(watch).name)) == watch;
+        return watchOf(FolderReader(above, folders.at(watch).name)) == watch;
     } catch (const SystemError&) {
         return false;
     }
@@ -212,7 +243,8 @@ void TreeEvents::State::walkAgain() {
     ++walk;
     try {
         FolderReader reader(root);
-        watch(reader, -1, {}, Known::walkAgain);
+        folders.at(rootWatch).walk = walk;
+        list(reader, rootWatch);
     } catch (const SystemError&) {
         isGone = true;
     }
