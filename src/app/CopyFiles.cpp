@@ -57,7 +57,7 @@ QVariant CopyFilesModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> CopyFilesModel::roleNames() const {
-    return {{name, "name"},       {place, "place"},           {sizeText, "sizeText"},
+    return {{name, "fileName"},   {place, "place"},           {sizeText, "sizeText"},
             {outcome, "outcome"}, {stateTitle, "stateTitle"}, {checksum, "checksum"}};
 }
 

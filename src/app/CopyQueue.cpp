@@ -232,7 +232,7 @@ void CopyQueue::finishDisk(const Uuid& id, std::future<automation::DiskCopyResul
                                               : copy::CopyJob::State::failed;
         job.endedWell = end.record.outcome == Outcome::success;
         job.badBlocks = end.badBlocks;
-        job.summary = end.record.summary;
+        job.summary = std::move(end.message);
         if (!end.imagePath.empty())
             job.imagePath = std::move(end.imagePath);
     } catch (const std::exception& error) {

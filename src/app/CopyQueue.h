@@ -32,8 +32,8 @@ struct CopyWorld {
                                              const CancelToken&)>
         copyDisk;
     std::function<std::vector<DiskFacts>()> disks;
-    /// Whether the root helper is set up.
-    std::function<bool()> helperIsReady;
+    /// Why no disk can be read here, for people; empty when one can.
+    std::function<std::string(const Texts&)> diskHindrance;
 
     /// That of this machine; the context outlives it.
     static CopyWorld of(AppContext& context);

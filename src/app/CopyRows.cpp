@@ -51,6 +51,7 @@ std::span<const RecordListModel<CopyJobRow>::Role> CopyJobRow::roles() {
         Model::role<&CopyJobRow::id>("jobId"),
         Model::role<&CopyJobRow::number>("number"),
         Model::role<&CopyJobRow::title>("title"),
+        Model::role<&CopyJobRow::from>("from"),
         Model::role<&CopyJobRow::detail>("detail"),
         Model::role<&CopyJobRow::icon>("icon"),
         Model::role<&CopyJobRow::state>("jobState"),
@@ -204,6 +205,7 @@ CopyJobRow CopyWords::row(const CopyJob& job) const {
     row.id = qtText(job.id.text());
     row.number = job.number;
     row.title = jobTitle(job);
+    row.from = namesOf(job);
     row.detail = detail(job);
     row.icon = job.disk() ? QStringLiteral("externaldrive") : QStringLiteral("arrow.triangle.branch");
     row.state = qtText(nameOf(job.state));
@@ -228,19 +230,11 @@ CopyJobRow CopyWords::row(const CopyJob& job) const {
 }
 
 QString CopyWords::headline(const CopyJob& job) const {
-    switch (job.state) {
-    case CopyJob::State::failed:
+    if (job.state == CopyJob::State::failed)
         return text("fast-copy.headline-failed");
-    case CopyJob::State::stopped:
-        return text("copy-page.headline.stopped");
-    default:
-        if (job.disk())
-            return text("copy-page.headline.imaged");
-        if (!job.endedWell)
-            return text("fast-copy.headline-problems");
-        return text(job.options.mode == copy::CopyMode::clone ? "fast-copy.toast-clone-done"
-                                                              : "fast-copy.toast-copy-done");
-    }
+    if (job.state == CopyJob::State::finished && !job.endedWell && !job.disk())
+        return text("fast-copy.headline-problems");
+    return {};
 }
 
 QString CopyWords::endLine(const CopyJob& job) const {

@@ -18,6 +18,7 @@ struct CopyJobRow {
     QString id;
     int number = 0;
     QString title;  ///< what goes where, in a few words
+    QString from;   ///< of that, what
     QString detail; ///< how much it is, and how it is copied
     QString icon;
     QString state; ///< a CopyJob::State by its name
@@ -56,7 +57,7 @@ public:
     QString amount(std::optional<int64_t> files, int64_t bytes) const;
     CopyJobRow row(const copy::CopyJob& job) const;
 
-    /// What an ended job came to: in a few words, and the figures below.
+    /// What has to be said before what became of it; empty where all is well.
     QString headline(const copy::CopyJob& job) const;
     QString endLine(const copy::CopyJob& job) const;
     /// What is said in passing when nothing runs any more.

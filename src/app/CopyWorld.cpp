@@ -1,5 +1,5 @@
 #include "HelperKit/HelperClient.h"
-#include "Platform/Host.h"
+#include "Platform/WholeDisks.h"
 #include "app/AppContext.h"
 #include "app/CopyQueue.h"
 #include "app/Session.h"
@@ -24,8 +24,8 @@ CopyWorld CopyWorld::of(AppContext& context) {
                                            cancel);
         },
         wholeDisks,
-        [&session] {
-            return isAdministrator() || session.helper().refreshStatus() == HelperRegistrationStatus::enabled;
+        [&session](const Texts& texts) {
+            return automation::DeviceJobs::of(session.helper()).hindrance(texts);
         },
     };
 }

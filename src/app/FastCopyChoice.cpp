@@ -178,7 +178,7 @@ QString FastCopyViewModel::hindrance() const {
     for (size_t row = 0; row < destinations_.size(); ++row)
         if (const QString fault = faultOfDestination(row); !fault.isEmpty())
             return about(words.placeName(destinations_[row]), fault);
-    return lacksHelper() ? texts.text("copy-page.hindrance.helper") : QString();
+    return lacksHelper() ? qtText(printable(diskHindrance_)) : QString();
 }
 
 QVariantList FastCopyViewModel::disks() const {

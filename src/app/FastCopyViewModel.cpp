@@ -152,7 +152,7 @@ void FastCopyViewModel::addDestinations(const QStringList& paths) {
 
 void FastCopyViewModel::addDisk(const QString& bsdName) {
     const auto found = std::ranges::find(disks_, bsdName.toStdString(), &DiskFacts::bsdName);
-    if (found == disks_.end())
+    if (found == disks_.end() || found->holdsSystem)
         return;
     const auto isThis = [&](const copy::CopySource& each) {
         const auto* known = std::get_if<copy::RescueDisk>(&each);
@@ -213,9 +213,10 @@ void FastCopyViewModel::measure() {
 }
 
 void FastCopyViewModel::readHelper() {
-    readingHelper_.run([isReady = world_.helperIsReady](const Background::Task&) { return isReady(); },
-                       [this](std::future<bool> ready) {
-                           helperIsReady_ = ready.get();
+    readingHelper_.run([hindrance = world_.diskHindrance, texts = context_.texts().current()](
+                           const Background::Task&) { return hindrance(texts); },
+                       [this](std::future<std::string> hindrance) {
+                           diskHindrance_ = hindrance.get();
                            emit chosenChanged();
                        });
 }

@@ -66,7 +66,7 @@ public:
     bool isLooking() const { return places_.isLooking() || planning_.isBusy(); }
     bool canRun() const { return !sources_.empty() && !destinations_.empty() && hindrance().isEmpty(); }
     QString hindrance() const;
-    bool lacksHelper() const { return hasDisk() && !helperIsReady_; }
+    bool lacksHelper() const { return hasDisk() && !diskHindrance_.empty(); }
     bool hasDisk() const { return disk() != nullptr; }
     QVariantMap options() const;
     bool runTogether() const { return together_; }
@@ -146,7 +146,7 @@ private:
     std::optional<copy::ManifestKind> manifest_;
     bool together_ = false;
     std::optional<copy::CopyPlan> plan_; ///< of the sources of now
-    bool helperIsReady_ = true;
+    std::string diskHindrance_;          ///< of this machine, for people
     std::vector<DiskFacts> disks_;
     QString question_;
     QVariantMap report_;

@@ -1,0 +1,54 @@
+import QtQuick
+import Varnholt
+
+// One source: what it is called and where it lies, or what is wrong with it.
+TableRow {
+    id: row
+
+    required property var modelData
+
+    signal takenOut
+
+    name: [modelData.name, modelData.fault, modelData.path].filter(text => text !== "").join(", ")
+
+    Icon {
+        id: shape
+        anchors.verticalCenter: parent.verticalCenter
+        name: row.modelData.fault === "" ? row.modelData.icon : "exclamationmark.triangle"
+        color: row.modelData.fault === "" ? Theme.second : Theme.bad
+    }
+    Column {
+        anchors.left: shape.right
+        anchors.leftMargin: Theme.space12
+        anchors.right: out.left
+        anchors.rightMargin: Theme.space4
+        anchors.verticalCenter: parent.verticalCenter
+
+        Label {
+            width: parent.width
+            text: row.modelData.name
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+        Label {
+            width: parent.width
+            text: row.modelData.fault === "" ? row.modelData.path : row.modelData.fault
+            font: Theme.label
+            color: row.modelData.fault === "" ? Theme.second : Theme.bad
+            elide: Text.ElideMiddle
+            Accessible.ignored: true
+        }
+    }
+    IconButton {
+        id: out
+        anchors.right: parent.right
+        anchors.rightMargin: -Theme.space8
+        anchors.verticalCenter: parent.verticalCenter
+        iconName: "xmark"
+        ink: Theme.second
+        text: Tr.t("copy-page.take-out", {name: row.modelData.name})
+        // The list's own Delete does the same.
+        focusPolicy: Qt.NoFocus
+        onClicked: row.takenOut()
+    }
+}
