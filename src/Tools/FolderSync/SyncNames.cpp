@@ -1,7 +1,8 @@
 #include "Tools/FolderSync/SyncNames.h"
 
 #include "Core/Fold.h"
-#include "Platform/FileIdentity.h"
+#include "Platform/FolderReader.h"
+#include "Platform/SystemError.h"
 
 #include <algorithm>
 #include <cctype>
@@ -32,6 +33,15 @@ bool holds(const SyncIndex& index, std::string_view relative) {
     const auto& items = index.items();
     const auto found = std::ranges::lower_bound(items, relative, SyncIndex::comesBefore, &Item::relative);
     return found != items.end() && found->relative == relative;
+}
+
+std::optional<FolderReader::Stamp> stampOf(const std::string& root, std::string_view relative) {
+    try {
+        const size_t name = nameIn(relative);
+        return FolderReader(root + std::string(relative.substr(0, name))).stamp(relative.substr(name));
+    } catch (const SystemError&) {
+        return std::nullopt;
+    }
 }
 
 /// Names by what a case-blind folder makes of them.
@@ -69,8 +79,10 @@ bool isCaseBlind(const std::string& root, const SyncIndex& index) {
         const std::string other = inOtherCase(each.relative);
         if (other == each.relative || holds(index, other))
             continue;
-        const auto identity = identityOf(folder + std::string(each.relative));
-        return identity && identity == identityOf(folder + other);
+        // Not by their identity: some file systems number the names they are asked for.
+        const auto one = stampOf(folder, each.relative), two = stampOf(folder, other);
+        return one && two && one->type == two->type && one->byteSize == two->byteSize &&
+               one->modified == two->modified;
     }
     return false;
 }

@@ -30,7 +30,7 @@ protected:
                   std::string(each * 70, 'n'));
         write(pair.source + "/file", "new");
         ::setxattr((pair.source + "/file").c_str(), "user.note", "kept", 4, 0);
-        write(pair.source + "/large", std::string((9u << 20) + 77, 'n'));
+        write(pair.source + "/large", std::string((1u << 20) + 77, 'n'));
         write(pair.source + "/sparse", "head");
         fs::resize_file(pair.source + "/sparse", 900'000);
         fs::create_symlink("new target", pair.source + "/link");

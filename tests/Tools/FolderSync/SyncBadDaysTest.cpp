@@ -1,0 +1,189 @@
+#include "Platform/Files.h"
+#include "Platform/Trash.h"
+#include "Tools/FolderSync/SyncEngine.h"
+#include "support/FileTree.h"
+#include "support/LoopVolume.h"
+#include "support/SmallDisk.h"
+#include "support/TempDir.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vh::sync::test {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using vh::test::LoopVolume;
+using vh::test::treeOf;
+
+/// A source and a destination on which bad days befall.
+class SyncBadDays : public testing::Test {
+protected:
+    SyncBadDays() {
+        ::setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
+        pair.source = folder / "source";
+        pair.destination = folder / "destination";
+        pair.deleteExtraneous = true;
+        fs::create_directories(pair.source);
+        fs::create_directories(pair.destination);
+    }
+    ~SyncBadDays() override { ::unsetenv("XDG_DATA_HOME"); }
+
+    std::string from(const std::string& relative) const { return pair.source + "/" + relative; }
+    std::string to(const std::string& relative) const { return pair.destination + "/" + relative; }
+    static void write(const std::string& path, const std::string& text) {
+        fs::create_directories(fs::path(path).parent_path());
+        writeFileAtomically(path, text);
+    }
+    SyncResult run(const SyncEngine::Steering& steering = {}) const {
+        return SyncEngine::apply(SyncEngine::plan(pair), pair, steering);
+    }
+
+    vh::test::TempDir folder;
+    SyncPair pair;
+};
+
+TEST_F(SyncBadDays, DestinationIsTakenAwayInTheMiddle) {
+    struct Case {
+        const char* what;
+        std::function<void(LoopVolume&)> befalls;
+        testing::Matcher<const std::vector<std::string>&> errors;
+    };
+    for (const char* name : {"a", "b", "c"})
+        write(from(name), name);
+    for (const Case& each :
+         {Case{"read-only", [](LoopVolume& volume) { volume.turnReadOnly(); },
+               ElementsAre("b: copy failed (errno 30, Read-only file system)",
+                           "c: copy failed (errno 30, Read-only file system)", HasSubstr("extra: "))},
+          Case{"unmounted", [](LoopVolume& volume) { volume.detach(); },
+               ElementsAre(HasSubstr("extra: "), HasSubstr(": the folder is no longer there"))}}) {
+        SCOPED_TRACE(each.what);
+        LoopVolume volume(4 << 20);
+        pair.destination = volume / "copy";
+        write(to("extra"), "stays");
+        const SyncResult result = run({.progress = [&](int64_t done, int64_t) {
+            if (done == 1)
+                each.befalls(volume);
+        }});
+        EXPECT_THAT(result.errors, each.errors);
+        EXPECT_EQ(result.deleted, 0);
+    }
+}
+
+TEST_F(SyncBadDays, SourceCannotBeReadInTheMiddle) {
+    LoopVolume volume(24 << 20);
+    pair.source = volume / "source";
+    write(from("a"), "1");
+    write(from("c"), "3");
+    write(from("bad"), std::string(10 << 20, 'n'));
+    write(to("bad"), "old");
+    volume.breakSecondHalf(from("bad"));
+    EXPECT_THAT(run().errors, ElementsAre("bad: copy failed (errno 5, Input/output error)"));
+    EXPECT_EQ(treeOf(pair.destination).size(), 3u) << "nothing half-written";
+    EXPECT_EQ(readFile(to("bad")), "old");
+    EXPECT_EQ(readFile(to("c")), "3");
+}
+
+TEST_F(SyncBadDays, NamesThatDifferInCaseAloneMeetADestinationThatDoesNotTellThem) {
+    LoopVolume volume(16 << 20, LoopVolume::Kind::exfat);
+    pair.destination = volume / "copy";
+    fs::create_directory(pair.destination);
+    write(from("A"), "first");
+    write(from("a"), "second");
+    write(from("Photos/One"), "1");
+    write(from("photos/two"), "2");
+    EXPECT_THAT(run().errors, ElementsAre(HasSubstr("a: differs from another name in upper and lower case")));
+    for (int again = 0; again < 2; ++again) {
+        const SyncPlan plan = SyncEngine::plan(pair);
+        EXPECT_THAT(plan.actions, IsEmpty());
+        EXPECT_THAT(plan.unreadable, ElementsAre(HasSubstr("a: differs from “A” in upper and lower case")));
+        SyncEngine::apply(plan, pair);
+        EXPECT_EQ(readFile(to("A")), "first");
+        EXPECT_EQ(readFile(to("photos/one")) + readFile(to("Photos/two")), "12");
+    }
+    fs::remove(from("a"));
+    fs::remove_all(from("photos"));
+    fs::rename(from("Photos"), from("PHOTOS"));
+    EXPECT_THAT(SyncEngine::plan(pair).actions,
+                ElementsAre(SyncAction{SyncAction::Kind::remove, "PHOTOS/two", 1}));
+}
+
+TEST_F(SyncBadDays, WhatTheTrashCannotTakeStays) {
+    const vh::test::TmpfsMount volume(1 << 20);
+    ASSERT_TRUE(volume) << "needs the right to mount";
+    pair.destination = volume.path();
+    write(to("extra"), "1");
+    write(to(".Trash-" + std::to_string(::geteuid())), "is no folder");
+    pair.deleteExtraneous = true;
+    const SyncPlan plan{{{SyncAction::Kind::remove, "extra", 1}}};
+    EXPECT_THAT(SyncEngine::apply(plan, pair).errors, ElementsAre(HasSubstr("extra: ")));
+    EXPECT_EQ(readFile(to("extra")), "1");
+}
+
+TEST_F(SyncBadDays, WhatWasDeletedComesBackFromTheTrash) {
+    write(to("extra/inner/file"), "1");
+    write(to("other"), "2");
+    const auto before = treeOf(pair.destination);
+    std::map<std::string, std::string> landed;
+    const SyncResult result = run({.ended = [&](const SyncEngine::Step& step) {
+        landed[to(step.action.relativePath)] = step.landed.value();
+    }});
+    EXPECT_EQ(result.deleted, 2);
+    EXPECT_TRUE(fs::is_empty(pair.destination));
+    for (const auto& [path, inTrash] : landed)
+        restoreFromTrash(inTrash, path);
+    EXPECT_EQ(treeOf(pair.destination), before);
+}
+
+TEST_F(SyncBadDays, FileThatTheDestinationHasNoRoomForInOnePiece) {
+    write(from("large"), std::string(2 << 20, 'n'));
+    write(from("small"), "1");
+    write(from("sparse"), "1");
+    fs::resize_file(from("sparse"), 5 << 20);
+    write(to("large"), "old");
+    const auto before = ::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit small{1 << 20, limit.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const SyncResult result = run();
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::signal(SIGXFSZ, before);
+    EXPECT_THAT(result.errors, ElementsAre("large: copy failed (errno 27, File too large)",
+                                           "sparse: copy failed (errno 27, File too large)"));
+    EXPECT_EQ(readFile(to("large")), "old");
+    EXPECT_EQ(treeOf(pair.destination).size(), 2u) << "nothing half-written";
+}
+
+TEST_F(SyncBadDays, PathsLongerThanASystemCallTakes) {
+    const vh::test::TmpfsMount disk(1 << 20); // goes with all that is too deep to be removed by name
+    ASSERT_TRUE(disk) << "needs the right to mount";
+    pair.source = disk / "source";
+    pair.destination = disk / "destination";
+    fs::create_directory(pair.source);
+    fs::create_directory(pair.destination);
+    const std::string name(250, 'd');
+    int inner = ::open(pair.source.c_str(), O_RDONLY | O_DIRECTORY);
+    for (int depth = 0; depth < 20; ++depth) {
+        ::mkdirat(inner, name.c_str(), 0700);
+        const int next = ::openat(inner, name.c_str(), O_RDONLY | O_DIRECTORY);
+        ::close(inner);
+        inner = next;
+    }
+    ::close(::openat(inner, "file", O_WRONLY | O_CREAT, 0600));
+    ::close(inner);
+    const SyncResult result = run();
+    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_EQ(result.copied, 1);
+    EXPECT_TRUE(SyncEngine::plan(pair).isEmpty());
+}
+
+} // namespace vh::sync::test
