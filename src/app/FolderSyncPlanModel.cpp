@@ -74,7 +74,10 @@ QVariant FolderSyncPlanModel::data(const QModelIndex& index, int role) const {
     case pathRole:
         return qtText(printable(action.relativePath));
     case sizeRole:
-        return action.kind == Kind::mkdir ? QString() : texts_.sizeText(action.bytes);
+        // What goes with a folder is not counted.
+        return action.kind == Kind::mkdir || (action.kind == Kind::remove && action.bytes == 0)
+                   ? QString()
+                   : texts_.sizeText(action.bytes);
     case doneRole:
         return at < done_;
     default:

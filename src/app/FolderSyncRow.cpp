@@ -17,8 +17,9 @@ namespace {
 using State = sync::WatchState::Kind;
 using End = automation::SyncJobResult::End;
 
-QString folderName(const std::string& path) {
-    return path == "/" ? qtText(path) : displayName(path);
+/// The last of a path's names, as many as asked for.
+QString lastNames(const QString& path, int count) {
+    return path == u"/" ? path : path.section(u'/', -count);
 }
 
 struct Words {
@@ -84,14 +85,16 @@ FolderSyncRow FolderSyncRow::of(const sync::SyncPair& pair, const Facts& facts, 
     FolderSyncRow row{.pairId = qtText(pair.id.text()),
                       .title = qtText(printable(pair.title())),
                       .ownName = qtText(printable(pair.name)),
-                      .sourceName = folderName(pair.source),
-                      .destinationName = folderName(pair.destination),
                       .sourcePath = displayPath(pair.source, home),
                       .destinationPath = displayPath(pair.destination, home),
                       .deleteExtraneous = pair.deleteExtraneous,
                       .compareContents = pair.compareContents,
                       .watch = pair.watch,
                       .isRunning = facts.isRunning};
+    // Folders are mostly called like what they mirror: then the one above tells them apart.
+    const int names = lastNames(row.sourcePath, 1) == lastNames(row.destinationPath, 1) ? 2 : 1;
+    row.sourceName = lastNames(row.sourcePath, names);
+    row.destinationName = lastNames(row.destinationPath, names);
     const DayTexts days(texts.current(), context.calendar(), context.now());
     row.lastText = pair.lastSync
                        ? texts.text("sync-page.last", {{"day", days.brief(*pair.lastSync).toStdString()}})

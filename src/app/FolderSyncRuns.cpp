@@ -177,7 +177,7 @@ QVariantList FolderSyncViewModel::kinds() const {
             {QStringLiteral("count"), QVariant::fromValue<qint64>(count)},
             {QStringLiteral("countText"), localeOf(texts.language()).toString(qint64(count))},
             {QStringLiteral("sizeText"),
-             kind == Kind::mkdir || count == 0 ? QString() : texts.sizeText(bytes)},
+             kind == Kind::mkdir || kind == Kind::remove || count == 0 ? QString() : texts.sizeText(bytes)},
         };
     }
     return list;

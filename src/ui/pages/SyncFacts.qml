@@ -38,6 +38,13 @@ Card {
                 title: card.pair.sourceName ?? ""
                 path: card.pair.sourcePath ?? ""
             }
+            Rectangle {
+                x: source.reach + Theme.space12
+                anchors.verticalCenter: parent.verticalCenter
+                width: Math.max(0, arrow.x - Theme.space4 - x)
+                height: Theme.hairline
+                color: Theme.line
+            }
             Icon {
                 id: arrow
                 anchors.centerIn: parent

@@ -9,6 +9,8 @@ Item {
     property string title
     property string path
     property bool isTarget: false
+    // Where its words end.
+    readonly property real reach: words.x + Math.max(name.contentWidth, place.contentWidth)
 
     implicitHeight: Theme.fieldHeight + Theme.space8
     Accessible.role: Accessible.StaticText
@@ -29,12 +31,14 @@ Item {
         }
     }
     Column {
+        id: words
         anchors.left: plate.right
         anchors.leftMargin: Theme.space8 + 2
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
 
         Label {
+            id: name
             width: parent.width
             text: folder.title
             font: Theme.strong
@@ -42,6 +46,7 @@ Item {
             Accessible.ignored: true
         }
         Label {
+            id: place
             width: parent.width
             text: folder.path
             font: Theme.label

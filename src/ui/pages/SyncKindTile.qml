@@ -11,6 +11,7 @@ T.AbstractButton {
     required property string countText
     required property string sizeText
     property bool chosen: false
+    property SyncMarks marks: SyncMarks {}
 
     text: title
     implicitHeight: column.implicitHeight + 2 * Theme.space8
@@ -49,8 +50,8 @@ T.AbstractButton {
                     id: shape
                     anchors.verticalCenter: parent.verticalCenter
                     size: Theme.space12
-                    name: SyncMarks.icon(tile.value)
-                    color: tile.enabled ? SyncMarks.color(tile.value) : Theme.third
+                    name: tile.marks.icon(tile.value)
+                    color: tile.enabled ? tile.marks.color(tile.value) : Theme.third
                 }
                 Label {
                     width: parent.width - shape.width - parent.spacing

@@ -24,15 +24,19 @@ Item {
             name: "folder"
             color: Theme.second
         }
-        Label {
-            id: source
-            width: Math.min(implicitWidth, Math.max(picture.room / 2, picture.room - destination.implicitWidth))
-            text: picture.sourceName
-            font: picture.font
-            color: picture.color
-            elide: Text.ElideMiddle
-            rightPadding: Theme.space4
-            Accessible.ignored: true
+        Item {
+            width: source.contentWidth + Theme.space4
+            height: parent.height
+
+            Label {
+                id: source
+                width: Math.min(implicitWidth, Math.max(picture.room / 2, picture.room - destination.implicitWidth))
+                text: picture.sourceName
+                font: picture.font
+                color: picture.color
+                elide: Text.ElideMiddle
+                Accessible.ignored: true
+            }
         }
         Icon {
             anchors.verticalCenter: parent.verticalCenter

@@ -70,7 +70,7 @@ Item {
 
             Item {
                 SearchField {
-                    x: Theme.space4 + 2
+                    x: Theme.space8
                     anchors.verticalCenter: parent.verticalCenter
                     height: Theme.itemHeight
                     width: Math.min(Theme.fieldWidth, parent.width / 2)

@@ -10,6 +10,7 @@ TableRow {
     required property string path
     required property string sizeText
     required property bool isDone
+    property SyncMarks marks: SyncMarks {}
 
     implicitHeight: Theme.rowHeight
     name: [kindTitle, path, sizeText, isDone ? Tr.t("sync-page.done") : ""].filter(part => part !== "").join(", ")
@@ -18,8 +19,8 @@ TableRow {
         id: shape
         anchors.verticalCenter: parent.verticalCenter
         size: Theme.space12 + 2
-        name: row.isDone ? "checkmark" : SyncMarks.icon(row.kind)
-        color: row.isDone ? Theme.good : SyncMarks.color(row.kind)
+        name: row.isDone ? "checkmark" : row.marks.icon(row.kind)
+        color: row.isDone ? Theme.good : row.marks.color(row.kind)
     }
     Label {
         anchors.left: shape.right
