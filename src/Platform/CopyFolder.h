@@ -15,8 +15,9 @@
 namespace vh {
 
 /// A file on its way to its name: it lies beside it as "<name><suffix>" and goes when it is let go before it was placed.
-/// The next one of that name and suffix takes the place of what a killed process left. One thread at a time. What fails
-/// throws SystemError.
+/// The next one of that name and suffix takes the place of what a killed process left; while a living one works at it,
+/// it is called otherwise, so that nobody places what another has half written. One thread at a time. What fails throws
+/// SystemError.
 class PartialFile {
 public:
     PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string_view suffix,
@@ -26,8 +27,13 @@ public:
     PartialFile& operator=(PartialFile&&) = delete;
 
     void writeAt(int64_t offset, std::string_view bytes);
-    /// Makes it share all of the source's blocks; false where the volumes cannot, and nothing is written then.
-    bool cloneFrom(const SourceFile& source);
+    enum class Cloned {
+        yes,
+        notThis, ///< another file may be shared
+        never    ///< these volumes cannot
+    };
+    /// Makes it share all of the source's blocks. Where that cannot be done nothing is written.
+    Cloned cloneFrom(const SourceFile& source);
     /// Copies inside the kernel from and to the same offset. How many bytes, 0 at the source's end.
     int64_t copyFrom(const SourceFile& source, int64_t offset, int64_t most);
     /// What was not written up to there is a hole.
@@ -35,14 +41,19 @@ public:
     /// What was refused, a line each.
     std::vector<std::string> apply(const FileMetadata& metadata);
 
+    /// As it is now; its name does not change it, but the time `changed`.
+    FileState state() const;
     /// Returns when the medium has all of it.
     void flush();
 
     enum class Place { free, replacing };
-    /// Gives it its name in one step; with `free`, only where nothing lies.
+    /// Gives it its name in one step; with `free`, only where nothing lies. After a power cut the name may be missing
+    /// until the volume was flushed (Platform/MediumRead.h), and a file that was not flushed before may be torn.
     void place(Place how);
 
 private:
+    void begin(std::string_view suffix, unsigned mode);
+
     std::shared_ptr<FileDescriptor> folder_;
     std::string name_;
     std::string partialName_;
@@ -74,13 +85,15 @@ public:
     /// What this process may still fill.
     int64_t freeBytes() const;
 
-    /// With the missing ones above it. A folder that is there already stays as it is.
-    void makeFolder(const std::string& relative);
+    /// With the missing ones above it, of `mode` less what the process never gives. A folder that is there already stays
+    /// as it is: then it says no.
+    bool makeFolder(const std::string& relative, unsigned mode = 0777);
     /// What was refused, a line each.
     std::vector<std::string> applyToFolder(const std::string& relative, const FileMetadata& metadata);
     FileMetadata metadataOfFolder(const std::string& relative);
     /// Opens a file to copy it.
-    SourceFile source(const std::string& relative);
+    SourceFile source(const std::string& relative,
+                      SourceFile::Attributes attributes = SourceFile::Attributes::read);
     /// The link that lies there; nothing when it is no link.
     std::optional<CopyLink> link(const std::string& relative);
     /// Puts a link there in one step. Its folder must exist. Owner and times are given as far as the file system goes.
@@ -89,6 +102,8 @@ public:
     bool isFolder(const std::string& relative);
     /// What lies there, a link being itself; nothing when the name is free.
     std::optional<FileIdentity> at(const std::string& relative);
+    /// Of the plain file that lies there; nothing when none does.
+    std::optional<FileState> fileState(const std::string& relative);
     /// Begins a file with `mode` less what the process never gives; a partial that was left over goes first. Its
     /// folder must exist.
     PartialFile create(const std::string& relative, unsigned mode);

@@ -16,6 +16,10 @@ enum class ReadFrom {
     anywhere
 };
 
+/// Begins to bring a file into memory, from the medium if so asked; who asks for many at once and reads them then does
+/// not wait for each.
+void beginReading(const FileDescriptor& file, ReadFrom where);
+
 /// Reads a whole file in blocks of 1 MiB. Ends early when `take` says no. Throws SystemError.
 void readBlocks(const std::string& path, ReadFrom where,
                 const std::function<bool(std::string_view block)>& take);

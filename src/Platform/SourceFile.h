@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/FileDescriptor.h"
+#include "Platform/FileIdentity.h"
 #include "Platform/FileMetadata.h"
 
 #include <cstdint>
@@ -51,6 +52,9 @@ public:
     size_t readAt(int64_t offset, std::span<char> block) const;
     /// Whether size or modification time are others than when it was opened.
     bool hasChanged() const;
+    FileIdentity identity() const { return {device_, state_.inode}; }
+    /// Lets go of it; what is known of it stays.
+    void close() { file_ = FileDescriptor(); }
 
 private:
     void look(Attributes attributes);

@@ -33,12 +33,21 @@ std::optional<std::string> answerOf(Call call) {
 
 } // namespace
 
+std::vector<std::string> attributeNamesOf(int file) {
+    std::vector<std::string> all;
+    const auto names = answerOf([&](char* room, size_t size) { return ::flistxattr(file, room, size); });
+    for (size_t at = 0; names && at < names->size(); at += all.back().size() + 1)
+        all.emplace_back(names->c_str() + at);
+    return all;
+}
+
+void removeAttribute(int file, const std::string& name) {
+    ::fremovexattr(file, name.c_str());
+}
+
 std::vector<std::pair<std::string, std::string>> attributesOf(int file) {
     std::vector<std::pair<std::string, std::string>> attributes;
-    const auto names = answerOf([&](char* room, size_t size) { return ::flistxattr(file, room, size); });
-    for (size_t at = 0; names && at < names->size();) {
-        const std::string name(names->c_str() + at);
-        at += name.size() + 1;
+    for (const std::string& name : attributeNamesOf(file)) {
         auto value =
             answerOf([&](char* room, size_t size) { return ::fgetxattr(file, name.c_str(), room, size); });
         if (value)

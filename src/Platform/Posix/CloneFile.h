@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Platform/FileDescriptor.h"
+#include "Platform/CopyFolder.h"
 
 namespace vh {
 
-/// Makes the empty file `to` share all blocks of `from`. False where that cannot be done; nothing is changed then.
-bool cloneContents(const FileDescriptor& from, const FileDescriptor& to);
+/// Makes the empty file `to` share all blocks of `from`. Where that cannot be done, nothing is changed.
+PartialFile::Cloned cloneContents(const FileDescriptor& from, const FileDescriptor& to);
 
 } // namespace vh

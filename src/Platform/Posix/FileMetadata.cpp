@@ -4,6 +4,7 @@
 #include "Platform/Posix/ExtendedAttributes.h"
 #include "Platform/Posix/StatusMetadata.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <tuple>
@@ -29,6 +30,14 @@ bool belongsToSystem(const std::string& attribute) {
 /// Who may not give a file away, or keeps no such thing, has not been refused anything that was his.
 bool isBeyondUs(int code) {
     return code == EPERM || code == EINVAL || code == ENOTSUP || code == ENOSYS;
+}
+
+/// A folder may give what is made in it access lists of its own, which the original does not have.
+void removeInheritedLists(const FileDescriptor& file, const FileMetadata& metadata) {
+    for (const std::string& name : attributeNamesOf(file.get()))
+        if (name.starts_with("system.posix_acl_") &&
+            std::ranges::none_of(metadata.attributes, [&](const auto& each) { return each.first == name; }))
+            removeAttribute(file.get(), name);
 }
 
 } // namespace
@@ -77,13 +86,18 @@ std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMet
     const auto refuse = [&](const std::string& what) {
         refused.push_back(what + ": " + std::strerror(errno));
     };
-    const bool isOwned = ::fchown(file.get(), metadata.owner, metadata.group) == 0;
+    struct stat now {};
+    const bool isKnown = ::fstat(file.get(), &now) == 0; // each change costs more than to look
+    const bool hasOwner = isKnown && now.st_uid == metadata.owner && now.st_gid == metadata.group;
+    const bool isOwned = hasOwner || ::fchown(file.get(), metadata.owner, metadata.group) == 0;
     if (!isOwned && !isBeyondUs(errno))
         refuse("owner");
     // A change of owner takes these bits and attributes away, so they come after it.
     const uint32_t mode = isOwned ? metadata.mode : metadata.mode & ~uint32_t{S_ISUID | S_ISGID};
-    if (::fchmod(file.get(), static_cast<mode_t>(mode)) != 0 && !isBeyondUs(errno))
+    if (!(hasOwner && (now.st_mode & 07777) == mode) &&
+        ::fchmod(file.get(), static_cast<mode_t>(mode)) != 0 && !isBeyondUs(errno))
         refuse("mode");
+    removeInheritedLists(file, metadata);
     for (const auto& [name, value] : metadata.attributes)
         if (!belongsToSystem(name) && !setAttribute(file.get(), name, value) && errno != ENOTSUP)
             refuse(name);

@@ -4,22 +4,65 @@
 #include "Platform/Posix/CopyPiece.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/Rename.h"
+#include "Platform/Posix/StatusMetadata.h"
+#include "Platform/Posix/StatusType.h"
 #include "Platform/Posix/UniqueName.h"
 
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace vh {
+
+namespace {
+
+/// What works at a file holds its lock, so that nobody takes it for left over. Where there are no locks, all do without.
+bool lock(const FileDescriptor& file) {
+    return ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+/// False when somebody took it away before it was locked.
+bool claim(const FileDescriptor& file) {
+    struct stat status {};
+    return lock(file) && (::fstat(file.get(), &status) != 0 || status.st_nlink > 0);
+}
+
+/// Takes away what a killed process left; false when a living one works at it.
+bool removeLeftover(int folder, const std::string& name) {
+    const FileDescriptor file = openAt(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    if (file && !lock(file))
+        return false;
+    struct stat here {
+    }, there{};
+    if (file && (::fstat(file.get(), &here) != 0 ||
+                 ::fstatat(folder, name.c_str(), &there, AT_SYMLINK_NOFOLLOW) != 0 ||
+                 identityIn(here) != identityIn(there)))
+        return true; // it is gone, so the name is free or another's
+    return ::unlinkat(folder, name.c_str(), 0) == 0 || errno == ENOENT;
+}
+
+} // namespace
 
 PartialFile::PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string_view suffix,
                          std::string path, unsigned mode)
     : folder_(std::move(folder)), name_(std::move(name)), partialName_(partialNameOf(name_, suffix)),
       path_(std::move(path)) {
+    begin(suffix, mode);
+}
+
+void PartialFile::begin(std::string_view suffix, unsigned mode) {
     constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
-    file_ = openAt(folder_->get(), partialName_, flags, mode);
-    if (!file_ && errno == EEXIST && ::unlinkat(folder_->get(), partialName_.c_str(), 0) == 0)
+    constexpr int mostTries = 100;
+    for (int tries = 0; tries < mostTries; ++tries) {
         file_ = openAt(folder_->get(), partialName_, flags, mode);
-    if (!file_)
-        throwErrno(path_);
+        if (file_ && claim(file_))
+            return;
+        if (!file_ && errno != EEXIST)
+            throwErrno(path_);
+        if (file_ || !removeLeftover(folder_->get(),
+                                     partialName_)) // a living one took it for left over, or works at it
+            partialName_ = partialNameOf(uniquePartialName(name_), suffix);
+    }
+    throw SystemError(EEXIST, path_);
 }
 
 PartialFile::PartialFile(PartialFile&& other) noexcept
@@ -43,7 +86,7 @@ void PartialFile::writeAt(int64_t offset, std::string_view bytes) {
     }
 }
 
-bool PartialFile::cloneFrom(const SourceFile& source) {
+PartialFile::Cloned PartialFile::cloneFrom(const SourceFile& source) {
     return cloneContents(source.descriptor(), file_);
 }
 
@@ -59,6 +102,10 @@ void PartialFile::setSize(int64_t bytes) {
 
 std::vector<std::string> PartialFile::apply(const FileMetadata& metadata) {
     return applyMetadata(file_, metadata);
+}
+
+FileState PartialFile::state() const {
+    return stateIn(statusOfOpen(file_, path_));
 }
 
 void PartialFile::flush() {

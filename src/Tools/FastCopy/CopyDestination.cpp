@@ -2,8 +2,8 @@
 
 #include "Core/Fold.h"
 #include "Platform/FileMetadata.h"
-#include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
+#include "Tools/FastCopy/CopyProofs.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -12,8 +12,10 @@ namespace vh::copy {
 
 namespace {
 
-Landing failure(std::string problem) {
-    return {CopiedFileState::failed, false, {}, std::move(problem)};
+using Refused = Landing::Refused;
+
+Landing failure(std::string problem, Refused refused = Refused::no) {
+    return {CopiedFileState::failed, false, {}, std::move(problem), refused};
 }
 
 std::string refusedBy(const SystemError& error) {
@@ -26,74 +28,119 @@ std::string withoutThese(const std::vector<std::string>& refused) {
 
 } // namespace
 
-CopyDestination::CopyDestination(const std::string& path, const CopyOptions& options)
-    : folder_(path), options_(options) {
+CopyDestination::CopyDestination(const CopyRun& run, size_t index, CopyProofs* proofs, bool mayMeet)
+    : index_(index), options_(run.options()), proofs_(proofs), mayMeet_(mayMeet) {
     try {
-        isCaseBlind_ = folder_.isCaseBlind();
-    } catch (const SystemError&) { // what cannot be written to says so at each file
+        folder_.emplace(run.destinations()[index]);
+        isCaseBlind_ = folder_->isCaseBlind();
+        mayMeet_ = mayMeet || isCaseBlind_;
+    } catch (const SystemError& error) { // what cannot be written to says so at each file
+        refusal_ = refusedBy(error);
     }
 }
 
-std::string CopyDestination::makeFolder(const CopyItem& item) {
+std::string CopyDestination::makeFolder(const std::string& relative) {
+    if (!folder_)
+        return refusal_;
     try {
-        folder_.makeFolder(item.relative);
+        // Nobody shall look into it meanwhile who may not later.
+        if (folder_->makeFolder(relative, options_.keepsMetadata() ? 0700 : 0777))
+            emptyFolder_ = relative + '/';
         return {};
     } catch (const SystemError& error) {
         return error.what();
     }
 }
 
-std::string CopyDestination::finishFolder(const CopyItem& item) {
+std::string CopyDestination::finishFolder(const std::string& relative, const std::string& source) {
+    if (!folder_)
+        return refusal_;
     try {
-        const auto refused = folder_.applyToFolder(item.relative, metadataOfFolder(item.source));
+        const auto refused = folder_->applyToFolder(relative, metadataOfFolder(source));
         return refused.empty() ? "" : withoutThese(refused);
     } catch (const SystemError& error) {
         return withoutThese({error.what()});
     }
 }
 
-bool CopyDestination::hasTakenNameInOtherCase(const CopyItem& item) const {
-    return isCaseBlind_ && placedFolded_.contains(foldCase(item.relative));
+/// Nothing need be asked about a folder that was made a moment ago: should somebody else put a file there, the name is
+/// refused in the end.
+bool CopyDestination::isFree(const std::string& relative) {
+    return !mayMeet_ && !emptyFolder_.empty() && relative.starts_with(emptyFolder_) &&
+           relative.find('/', emptyFolder_.size()) == std::string::npos;
 }
 
-std::optional<Landing> CopyDestination::chooseName(const CopyItem& item) {
-    relative_ = item.relative;
+/// What an interrupted run of this copy had put there, and nobody has touched since, is as good as not there.
+bool CopyDestination::isOurs() {
+    const CopyProofs::Note* note = proofs_ ? proofs_->find(index_, relative_) : nullptr;
+    const auto there = note ? folder_->fileState(note->place) : std::nullopt;
+    if (!there || there->inode != note->copy.inode || there->modified != note->copy.modified)
+        return false;
+    place_ = note->place;
+    isReplacing_ = note->isReplaced;
+    return true;
+}
+
+std::optional<Landing> CopyDestination::chooseName(const SourceFile& source) {
+    place_ = relative_;
     how_ = PartialFile::Place::free;
-    if (!folder_.at(relative_))
+    isReplacing_ = false;
+    if (isFree(relative_))
         return std::nullopt;
-    if (options_.conflict == CopyConflict::rename) {
-        relative_ = folder_.freeName(relative_);
+    const auto there = folder_->at(relative_);
+    if (isOurs()) {
+        how_ = PartialFile::Place::replacing;
         return std::nullopt;
     }
-    if (hasTakenNameInOtherCase(item))
-        return failure("another file of this copy has the same name there but for upper and lower case");
+    if (!there)
+        return std::nullopt;
+    if (options_.conflict == CopyConflict::rename) {
+        place_ = folder_->freeName(relative_);
+        return std::nullopt;
+    }
+    if (mayMeet_ && placed_.contains(isCaseBlind_ ? foldCase(relative_) : relative_))
+        return failure(isCaseBlind_
+                           ? "another file of this copy has the same name there but for upper and lower case"
+                           : "another file of this copy has the same name there");
     if (options_.conflict == CopyConflict::skip)
         return Landing{CopiedFileState::skipped, false, relative_, {}};
+    if (there == source.identity())
+        return failure("the source itself lies there");
     how_ = PartialFile::Place::replacing;
+    isReplacing_ = true;
     return std::nullopt;
 }
 
-bool CopyDestination::mayClone(const SourceFile& source) const {
-    return options_.cloneWhenPossible && !refusesClones_ && source.device() == folder_.device();
+bool CopyDestination::mayClone(uint64_t device) const {
+    return options_.cloneWhenPossible && !refusesClones_ && folder_ && device == folder_->device();
 }
 
-std::optional<Landing> CopyDestination::begin(const CopyItem& item, const SourceFile& source) {
+std::optional<Landing> CopyDestination::begin(const std::string& relative, const SourceFile& source) {
     written_ = 0;
     error_.clear();
+    if (!folder_)
+        return failure(refusal_, Refused::beginning);
     try {
-        if (auto verdict = chooseName(item))
+        relative_ = relative;
+        if (auto verdict = chooseName(source))
             return verdict;
         // Others come to know a file with rights of its own only when it is whole.
         const unsigned mode = options_.keepsMetadata() ? 0600 : source.metadata().mode & 0777;
-        partial_.emplace(folder_.create(relative_, mode));
-        if (!mayClone(source))
+        partial_.emplace(folder_->create(place_, mode));
+        if (!mayClone(source.device()))
             return std::nullopt;
-        if (partial_->cloneFrom(source))
+        switch (partial_->cloneFrom(source)) {
+        case PartialFile::Cloned::yes:
             return place(CopiedFileState::cloned, source);
-        refusesClones_ = true;
+        case PartialFile::Cloned::never:
+            refusesClones_ = true;
+            break;
+        case PartialFile::Cloned::notThis:
+            break;
+        }
     } catch (const SystemError& error) {
         partial_.reset();
-        return failure(refusedBy(error));
+        return failure(refusedBy(error), Refused::beginning);
     }
     return std::nullopt;
 }
@@ -107,41 +154,40 @@ void CopyDestination::write(int64_t offset, std::string_view bytes) {
     }
 }
 
-int64_t CopyDestination::copy(const SourceFile& source, int64_t offset, int64_t most) {
-    try {
-        const int64_t copied = partial_->copyFrom(source, offset, most);
-        written_ += copied;
-        return copied;
-    } catch (const SystemError& error) {
-        error_ = refusedBy(error);
-        return 0;
-    }
-}
-
 Landing CopyDestination::end(const SourceFile& source, int64_t size) {
-    if (!isGood()) {
-        partial_.reset();
-        return failure(error_);
-    }
     try {
-        if (size != written_)
+        if (isGood() && size != written_)
             partial_->setSize(size);
     } catch (const SystemError& error) {
-        partial_.reset();
-        return failure(refusedBy(error));
+        error_ = refusedBy(error);
     }
-    return place(CopiedFileState::copied, source);
+    if (isGood())
+        return place(CopiedFileState::copied, source);
+    partial_.reset();
+    return failure(error_, Refused::writing);
 }
 
 Landing CopyDestination::place(CopiedFileState state, const SourceFile& source) {
-    Landing landing{state, how_ == PartialFile::Place::replacing, relative_, {}};
+    Landing landing{state, isReplacing_, place_, {}};
     if (options_.keepsMetadata())
         if (const auto refused = partial_->apply(source.metadata()); !refused.empty())
             landing.problem = withoutThese(refused);
     try {
+        // A power cut shall not take the old file while the new one is not on the medium.
+        if (how_ == PartialFile::Place::replacing && options_.verifies())
+            partial_->flush();
+        if (proofs_)
+            proofs_->noteLanding(index_, relative_,
+                                 {place_,
+                                  source.state(),
+                                  partial_->state(),
+                                  state == CopiedFileState::cloned,
+                                  isReplacing_,
+                                  true,
+                                  {}});
         partial_->place(how_);
-        if (isCaseBlind_)
-            placedFolded_.insert(foldCase(relative_));
+        if (mayMeet_)
+            placed_.insert(isCaseBlind_ ? foldCase(place_) : place_);
     } catch (const SystemError& error) {
         landing = failure("could not be put in place (" + error.reason() + ")");
     }

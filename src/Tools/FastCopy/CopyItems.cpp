@@ -17,31 +17,32 @@ class FolderWalk {
 public:
     FolderWalk(CopyItems& found, const CancelToken& cancel) : found_(found), cancel_(cancel) {}
 
-    void walk(const std::string& folder, const std::string& relative) {
+    void walk(const std::string& path, uint32_t folder) {
         cancel_.throwIfCancelled();
         std::vector<std::string> below;
         try {
-            list(folder, relative, below);
+            list(path, folder, below);
         } catch (const SystemError& error) {
-            found_.unreadable.push_back(relative + ": " + error.reason());
+            found_.unreadable.push_back(found_.relativeOf(folder) + ": " + error.reason());
         }
-        for (const std::string& name : below) {
-            const std::string inner = folder + '/' + name, innerRelative = relative + '/' + name;
-            found_.items.push_back({inner, innerRelative, true, 0});
-            walk(inner, innerRelative);
+        for (std::string& name : below) {
+            const std::string inner = path + '/' + name;
+            const auto item = static_cast<uint32_t>(found_.items.size());
+            found_.items.push_back({std::move(name), folder, true, 0});
+            walk(inner, item);
         }
     }
 
 private:
-    void list(const std::string& folder, const std::string& relative, std::vector<std::string>& below) {
-        FolderReader reader(folder);
+    void list(const std::string& path, uint32_t folder, std::vector<std::string>& below) {
+        FolderReader reader(path);
         while (const auto entry = reader.next()) {
             std::string name(entry->name);
             if (entry->type == FileType::folder)
                 below.push_back(std::move(name));
             else if (entry->type == FileType::file)
                 if (const auto size = reader.byteSize(name)) // gone meanwhile
-                    found_.items.push_back({folder + '/' + name, relative + '/' + name, false, *size});
+                    found_.items.push_back({std::move(name), folder, false, *size});
         }
     }
 
@@ -57,24 +58,49 @@ std::string withoutTrailingSlashes(std::string path) {
 
 } // namespace
 
+std::string CopyItems::relativeOf(size_t item) const {
+    std::string path = items[item].name;
+    for (uint32_t up = items[item].folder; up != CopyItem::none; up = items[up].folder)
+        path.insert(0, items[up].name + '/');
+    return path;
+}
+
+CopyItems::Place CopyItems::placeOf(size_t item) const {
+    Place place;
+    size_t at = item;
+    for (; items[at].folder != CopyItem::none; at = items[at].folder)
+        place.inside.insert(0, place.inside.empty() ? items[at].name : items[at].name + '/');
+    place.source = &*std::prev(std::ranges::upper_bound(sources, at, {}, &Source::item));
+    return place;
+}
+
+std::string CopyItems::pathOf(size_t item) const {
+    const Place place = placeOf(item);
+    return place.inside.empty() ? place.source->path : place.source->path + '/' + place.inside;
+}
+
 CopyItems itemsOf(const std::vector<std::string>& sources, const CancelToken& cancel) {
     namespace fs = std::filesystem;
     CopyItems found;
     for (const std::string& given : sources) {
         const std::string source = withoutTrailingSlashes(given);
-        const std::string base = source.substr(source.rfind('/') + 1);
+        std::string base = source.substr(source.rfind('/') + 1);
         std::error_code error;
         const fs::file_status status = fs::status(source, error);
         if (error || !fs::exists(status))
             throw CopyError::sourceMissing(source);
+        const auto item = static_cast<uint32_t>(found.items.size());
         if (!fs::is_directory(status)) {
             const uintmax_t size = fs::file_size(source, error);
-            found.items.push_back({source, base, false, error ? 0 : static_cast<int64_t>(size)});
+            found.sources.push_back({item, source});
+            found.items.push_back(
+                {std::move(base), CopyItem::none, false, error ? 0 : static_cast<int64_t>(size)});
             continue;
         }
-        found.items.push_back({source, base, true, 0});
         const fs::path real = fs::canonical(source, error);
-        FolderWalk(found, cancel).walk(error ? source : real.string(), base);
+        found.sources.push_back({item, error ? source : real.string()});
+        found.items.push_back({std::move(base), CopyItem::none, true, 0});
+        FolderWalk(found, cancel).walk(found.sources.back().path, item);
     }
     return found;
 }

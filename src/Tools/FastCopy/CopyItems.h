@@ -8,12 +8,35 @@
 
 namespace vh::copy {
 
-/// One file or folder of a copy.
+/// One file or folder of a copy. There may be millions, so it knows its own name alone.
 struct CopyItem {
-    std::string source;   ///< absolute
-    std::string relative; ///< below a destination, beginning with the source's own name
+    static constexpr uint32_t none = UINT32_MAX;
+
+    std::string name;
+    uint32_t folder = none; ///< the item that holds it; none for a source itself
     bool isFolder = false;
     int64_t size = 0; ///< bytes, 0 for a folder
+};
+
+/// What the sources hold.
+struct CopyItems {
+    std::vector<CopyItem> items; ///< a folder before what it holds
+    struct Source {
+        uint32_t item = 0;
+        std::string path; ///< absolute; of a folder with all links followed
+    };
+    std::vector<Source> sources;
+    std::vector<std::string> unreadable; ///< why something below a source is not among them, a line each
+
+    /// Below a destination, beginning with the source's own name.
+    std::string relativeOf(size_t item) const;
+    /// The source it is or belongs to, and its path below that one, empty for the source itself.
+    struct Place {
+        const Source* source = nullptr;
+        std::string inside;
+    };
+    Place placeOf(size_t item) const;
+    std::string pathOf(size_t item) const; ///< absolute
 };
 
 /// What a copy of some sources comes to.
@@ -22,12 +45,6 @@ struct CopyPlan {
     int64_t folderCount = 0;
     int64_t bytes = 0;
     int64_t largestFile = 0;
-};
-
-/// What the sources hold.
-struct CopyItems {
-    std::vector<CopyItem> items;         ///< a folder before what it holds
-    std::vector<std::string> unreadable; ///< why something below a source is not among them, a line each
 };
 
 /// Links, pipes, sockets and devices below a source are left out. Throws CopyError (sourceMissing) or Cancelled.

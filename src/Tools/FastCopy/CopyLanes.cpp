@@ -40,6 +40,11 @@ void CopyLanes::wait() {
     done_.wait(lock, [this] { return open_ == 0; });
 }
 
+bool CopyLanes::waitFor(std::chrono::milliseconds most) {
+    std::unique_lock lock(mutex_);
+    return done_.wait_for(lock, most, [this] { return open_ == 0; });
+}
+
 void CopyLanes::serve(size_t lane) {
     for (std::unique_lock lock(mutex_);;) {
         begun_.wait(lock, [&] { return isDue_[lane] || ends_; });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <functional>
@@ -25,6 +26,8 @@ public:
     /// does not throw. Waits for what was begun before.
     void start(const std::vector<size_t>& lanes, std::function<void(size_t lane)> work);
     void wait();
+    /// False when they are still at work after that long.
+    bool waitFor(std::chrono::milliseconds most);
     void run(const std::vector<size_t>& lanes, std::function<void(size_t lane)> work) {
         start(lanes, std::move(work));
         wait();

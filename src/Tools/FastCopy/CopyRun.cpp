@@ -15,15 +15,34 @@ constexpr double stillnessBelow = 1024; ///< bytes a second
 
 } // namespace
 
+void tellWhenNobodyTookIt(const std::vector<Landing*>& landings) {
+    using Refused = Landing::Refused;
+    const auto refusing = [](Refused step) {
+        return [step](const Landing* each) {
+            return each->refused == step;
+        };
+    };
+    if (std::ranges::any_of(landings, refusing(Refused::no)))
+        return;
+    const bool begun = std::ranges::any_of(landings, refusing(Refused::writing));
+    for (Landing* each : landings) {
+        const size_t reason = each->problem.find(" (");
+        each->problem = (begun ? "Writing stopped: no destination accepted the data"
+                               : "No destination could be opened for writing") +
+                        (reason == std::string::npos ? "" : each->problem.substr(reason));
+    }
+}
+
 CopyRun::CopyRun(CopyItems found, std::vector<std::string> destinations, const CopyOptions& options,
                  const CopyControl& control, Progress progress)
-    : items_(std::move(found.items)), destinations_(std::move(destinations)), options_(options),
-      control_(control), progress_(std::move(progress)), plan_(planOf(items_)), done_(destinations_.size()),
-      deferred_(destinations_.size()), noted_(destinations_.size()) {
+    : found_(std::move(found)), destinations_(std::move(destinations)), options_(options), control_(control),
+      progress_(std::move(progress)), plan_(planOf(found_.items)), done_(destinations_.size()),
+      deferred_(destinations_.size()), fates_(destinations_.size(), std::vector<Fate>(found_.items.size())),
+      otherPlaces_(destinations_.size()), checksums_(options_.verifies() ? found_.items.size() : 0) {
     for (const std::string& path : destinations_) {
         DestinationReport report;
         report.path = path;
-        report.problems = found.unreadable;
+        report.problems = found_.unreadable;
         reports_.push_back(std::move(report));
     }
 }
@@ -59,24 +78,32 @@ CopyRun::Turn CopyRun::nextDeferred() {
     return turn;
 }
 
-CopiedFile& CopyRun::note(size_t item, size_t destination) {
-    const auto [found, isNew] = noted_[destination].emplace(item, files_.size());
-    if (isNew) {
-        files_.push_back({items_[item].relative, destinations_[destination], items_[item].size});
-        fileDestination_.push_back(destination);
-    }
-    return files_[found->second];
+bool CopyRun::hasLanded(Fate fate) {
+    return fate != 0 && fate != fateOf(CopiedFileState::skipped) && fate != fateOf(CopiedFileState::failed);
+}
+
+bool CopyRun::hasLandedSomewhere(size_t item) const {
+    return std::ranges::any_of(fates_, [item](const auto& fates) { return hasLanded(fates[item]); });
+}
+
+bool CopyRun::awaitsProof(size_t item, size_t destination) const {
+    const Fate fate = fates_[destination][item];
+    return fate == fateOf(CopiedFileState::copied) || fate == fateOf(CopiedFileState::cloned);
+}
+
+std::string CopyRun::placeOf(size_t item, size_t destination) const {
+    const auto other = otherPlaces_[destination].find(item);
+    return other == otherPlaces_[destination].end() ? relativeOf(item) : other->second;
 }
 
 void CopyRun::book(size_t item, size_t destination, const Landing& landing, int64_t counted) {
     DestinationReport& report = reports_[destination];
-    const int64_t size = items_[item].size;
+    const int64_t size = items()[item].size;
     count(destination, size - counted);
-    CopiedFile& noted = note(item, destination);
-    noted.state = landing.state;
-    noted.landedAs = landing.finalRelative == noted.relative ? "" : landing.finalRelative;
     if (!landing.problem.empty())
-        addProblem(destination, items_[item].relative + ": " + landing.problem);
+        addProblem(destination, relativeOf(item) + ": " + landing.problem);
+    const bool isFirst = hasLanded(fateOf(landing.state)) && !hasLandedSomewhere(item);
+    fates_[destination][item] = fateOf(landing.state);
     if (landing.state == CopiedFileState::skipped) {
         ++report.skipped;
         return;
@@ -88,32 +115,30 @@ void CopyRun::book(size_t item, size_t destination, const Landing& landing, int6
     ++(landing.state == CopiedFileState::cloned ? report.cloned : report.copied);
     report.replaced += landing.isReplaced ? 1 : 0;
     report.bytes += size;
-    const auto [found, isNew] = landedAt_.emplace(item, landed_.size());
-    if (isNew)
-        landed_.push_back({item, {}});
-    landed_[found->second].places.emplace_back(destination, landing.finalRelative);
+    landedFiles_ += isFirst ? 1 : 0;
+    if (landing.place != relativeOf(item))
+        otherPlaces_[destination].emplace(item, landing.place);
 }
 
 void CopyRun::addProblem(size_t destination, const std::string& line) {
     reports_[destination].problems.push_back(line);
 }
 
-void CopyRun::bookVerified(const Landed& file, size_t destination, const std::string& checksum) {
+void CopyRun::bookVerified(size_t item, size_t destination, const std::string& checksum) {
     ++reports_[destination].verified;
-    CopiedFile& noted = note(file.item, destination);
-    noted.state = CopiedFileState::verified;
-    noted.checksum = checksum;
+    fates_[destination][item] = fateOf(CopiedFileState::verified);
+    checksums_[item] = checksum;
 }
 
-void CopyRun::bookMismatch(const Landed& file, size_t destination, BadCopy bad, const std::string& problem) {
+void CopyRun::bookMismatch(size_t item, size_t destination, BadCopy bad, const std::string& problem) {
     DestinationReport& report = reports_[destination];
     ++report.mismatched;
     if (bad == BadCopy::yes) {
         ++report.badCopies;
-        report.bytes = std::max<int64_t>(0, report.bytes - items_[file.item].size);
+        report.bytes = std::max<int64_t>(0, report.bytes - items()[item].size);
     }
-    note(file.item, destination).state = CopiedFileState::mismatched;
-    addProblem(destination, items_[file.item].relative + ": " + problem);
+    fates_[destination][item] = fateOf(CopiedFileState::mismatched);
+    addProblem(destination, relativeOf(item) + ": " + problem);
 }
 
 void CopyRun::sampleRate(Clock::time_point now) {
@@ -142,7 +167,7 @@ void CopyRun::emit(Emit how, const std::string& currentFile) {
             progress.bytesDone += done_[each];
         }
     progress.bytesTotal = plan_.bytes * active;
-    progress.filesDone = static_cast<int64_t>(landed_.size());
+    progress.filesDone = landedFiles_;
     progress.filesTotal = plan_.fileCount;
     progress.currentFile = currentFile;
     progress.bytesPerSecond = rate_;
@@ -155,17 +180,40 @@ void CopyRun::emit(Emit how, const std::string& currentFile) {
     progress_(progress);
 }
 
+std::vector<CopiedFile> CopyRun::files() const {
+    std::vector<CopiedFile> files;
+    size_t count = 0;
+    for (const auto& fates : fates_)
+        count += fates.size() - static_cast<size_t>(std::ranges::count(fates, Fate{0}));
+    files.reserve(count);
+    for (size_t item = 0; item < items().size(); ++item)
+        for (size_t each = 0; each < destinations_.size(); ++each) {
+            const Fate fate = fates_[each][item];
+            if (fate == 0 || control_.isRemoved(each))
+                continue;
+            CopiedFile& file = files.emplace_back();
+            file.relative = relativeOf(item);
+            file.destination = destinations_[each];
+            file.bytes = items()[item].size;
+            file.state = static_cast<CopiedFileState>(fate - 1);
+            if (file.state == CopiedFileState::verified)
+                file.checksum = checksums_[item];
+            if (const auto other = otherPlaces_[each].find(item); other != otherPlaces_[each].end())
+                file.landedAs = other->second;
+        }
+    return files;
+}
+
 CopyReport CopyRun::finish() {
     CopyReport report;
     for (size_t each = 0; each < reports_.size(); ++each)
         reports_[each].removed = control_.isRemoved(each);
-    for (const Landed& file : landed_)
-        report.filesFinished += std::ranges::none_of(file.places, [&](const auto& place) {
-            return note(file.item, place.first).state == CopiedFileState::mismatched;
-        });
-    for (size_t each = 0; each < files_.size(); ++each)
-        if (!control_.isRemoved(fileDestination_[each]))
-            report.files.push_back(std::move(files_[each]));
+    for (size_t item = 0; item < items().size(); ++item)
+        report.filesFinished +=
+            hasLandedSomewhere(item) && std::ranges::none_of(fates_, [item](const auto& fates) {
+                return fates[item] == fateOf(CopiedFileState::mismatched);
+            });
+    report.files = files();
     report.destinations = std::move(reports_);
     report.filesPlanned = plan_.fileCount;
     report.verifyRequested = options_.verifies();

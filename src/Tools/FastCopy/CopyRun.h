@@ -19,11 +19,20 @@ namespace vh::copy {
 struct Landing {
     CopiedFileState state = CopiedFileState::failed;
     bool isReplaced = false;
-    std::string finalRelative; ///< where it landed below the destination
-    std::string problem;       ///< after the file's name, for people; empty while all is well
+    std::string place;   ///< where it landed below the destination
+    std::string problem; ///< after the file's name, for people; empty while all is well
+    enum class Refused { no, beginning, writing };
+    Refused refused = Refused::no; ///< by the destination, on which step
 };
 
-/// The bookkeeping of one copy. Engine's thread.
+/// What is said of a file that is not the same any more.
+inline constexpr const char* sourceChanged = "the source changed while it was copied";
+
+/// A file that was offered to several destinations and accepted by none of them gets the one problem that it is.
+void tellWhenNobodyTookIt(const std::vector<Landing*>& landings);
+
+/// The bookkeeping of one copy: a byte or two for each file and destination, so that millions find room. Engine's
+/// thread; items and places may be read by all while nothing is booked.
 class CopyRun {
 public:
     using Progress = std::function<void(const CopyProgress&)>;
@@ -31,14 +40,18 @@ public:
     CopyRun(CopyItems found, std::vector<std::string> destinations, const CopyOptions& options,
             const CopyControl& control, Progress progress);
 
-    const std::vector<CopyItem>& items() const { return items_; }
+    const CopyItems& found() const { return found_; }
+    const std::vector<CopyItem>& items() const { return found_.items; }
+    std::string relativeOf(size_t item) const { return found_.relativeOf(item); }
     const std::vector<std::string>& destinations() const { return destinations_; }
     const CopyOptions& options() const { return options_; }
     const CopyControl& control() const { return control_; }
 
     /// Those that are neither paused nor removed; a paused one takes the item later.
     std::vector<size_t> takersOf(size_t item);
-    void defer(size_t item, size_t destination) { deferred_[destination].push_back(item); }
+    void defer(size_t item, size_t destination) {
+        deferred_[destination].push_back(static_cast<uint32_t>(item));
+    }
     /// A deferred item and the destinations that wait for it and are ready; nobody when only paused ones wait.
     struct Turn {
         size_t item = 0;
@@ -59,15 +72,13 @@ public:
     enum class Emit { throttled, forced };
     void emit(Emit how, const std::string& currentFile);
 
-    /// A file and where it landed.
-    struct Landed {
-        size_t item = 0;
-        std::vector<std::pair<size_t, std::string>> places; ///< destination and path below it
-    };
-    const std::vector<Landed>& landed() const { return landed_; }
-    void bookVerified(const Landed& file, size_t destination, const std::string& checksum);
+    /// Whether it stands there and was not read back yet.
+    bool awaitsProof(size_t item, size_t destination) const;
+    /// Where it landed, below the destination.
+    std::string placeOf(size_t item, size_t destination) const;
+    void bookVerified(size_t item, size_t destination, const std::string& checksum);
     enum class BadCopy { yes, unknown };
-    void bookMismatch(const Landed& file, size_t destination, BadCopy bad, const std::string& problem);
+    void bookMismatch(size_t item, size_t destination, BadCopy bad, const std::string& problem);
 
     void stop() { isStopped_ = true; }
     bool isStopped() const { return isStopped_ || control_.isCancelled(); }
@@ -77,10 +88,14 @@ public:
 
 private:
     using Clock = std::chrono::steady_clock;
-    CopiedFile& note(size_t item, size_t destination);
+    using Fate = uint8_t; ///< 0 until something became of it, then the state and 1
+    static Fate fateOf(CopiedFileState state) { return static_cast<Fate>(static_cast<int>(state) + 1); }
+    static bool hasLanded(Fate fate);
+    bool hasLandedSomewhere(size_t item) const;
     void sampleRate(Clock::time_point now);
+    std::vector<CopiedFile> files() const;
 
-    const std::vector<CopyItem> items_;
+    const CopyItems found_;
     const std::vector<std::string> destinations_;
     const CopyOptions options_;
     const CopyControl& control_;
@@ -90,12 +105,11 @@ private:
 
     std::vector<DestinationReport> reports_;
     std::vector<int64_t> done_;
-    std::vector<std::deque<size_t>> deferred_;
-    std::vector<Landed> landed_;
-    std::unordered_map<size_t, size_t> landedAt_; ///< item to its place in landed_
-    std::vector<CopiedFile> files_;
-    std::vector<size_t> fileDestination_;                   ///< of each of files_
-    std::vector<std::unordered_map<size_t, size_t>> noted_; ///< per destination, item to its place in files_
+    std::vector<std::deque<uint32_t>> deferred_;
+    std::vector<std::vector<Fate>> fates_;                             ///< per destination, of each item
+    std::vector<std::unordered_map<size_t, std::string>> otherPlaces_; ///< of those that were renamed
+    std::vector<std::string> checksums_; ///< of each item; empty when nothing is verified
+    int64_t landedFiles_ = 0;
     bool isStopped_ = false;
     int64_t bytesRead_ = 0;
     int64_t sampledBytes_ = 0;

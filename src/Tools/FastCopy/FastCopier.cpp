@@ -1,15 +1,20 @@
 #include "Tools/FastCopy/FastCopier.h"
 
-#include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyDestination.h"
 #include "Tools/FastCopy/CopyError.h"
+#include "Tools/FastCopy/CopyProofs.h"
 #include "Tools/FastCopy/CopyRun.h"
+#include "Tools/FastCopy/CopySources.h"
 #include "Tools/FastCopy/CopyVerification.h"
 #include "Tools/FastCopy/LargeFile.h"
 #include "Tools/FastCopy/SmallFiles.h"
+#include "Tools/FastCopy/TakenUp.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <optional>
+#include <set>
 #include <thread>
 
 namespace vh::copy {
@@ -48,73 +53,110 @@ void refuseWhatCannotBegin(const std::vector<std::string>& sources,
     }
 }
 
+/// Two of these would have one name in a destination.
+bool haveOneName(const CopyItems& found) {
+    std::set<std::string> names;
+    return std::ranges::any_of(found.sources, [&](const CopyItems::Source& each) {
+        return !names.insert(found.items[each.item].name).second;
+    });
+}
+
 /// One copy from its first item to its last.
 class Copying {
 public:
-    Copying(CopyRun& run, CopyLanes& lanes) : run_(run), lanes_(lanes) {
-        for (const std::string& path : run.destinations())
-            destinations_.push_back(std::make_unique<CopyDestination>(path, run.options()));
+    Copying(CopyRun& run, CopyLanes& lanes, CopyProofs* proofs)
+        : run_(run), lanes_(lanes),
+          sources_(run.found(), run.options().keepsMetadata() ? SourceFile::Attributes::read
+                                                              : SourceFile::Attributes::left),
+          small_(run, sources_, destinations_, lanes), large_(run, sources_, destinations_, lanes) {
+        const bool mayMeet = haveOneName(run.found());
+        for (size_t each = 0; each < run.destinations().size(); ++each)
+            destinations_.push_back(std::make_unique<CopyDestination>(run, each, proofs, mayMeet));
+        if (proofs && !proofs->isEmpty())
+            takenUp_.emplace(run, *proofs);
     }
 
     void copyAll() {
-        SmallFiles small(run_, destinations_, lanes_);
         for (size_t item = 0; item < run_.items().size() && !run_.isStopped(); ++item)
-            process(item, run_.takersOf(item), small);
-        small.finish();
-        copyDeferred(small);
-        if (run_.options().keepsMetadata() && !run_.isStopped())
+            process(item, run_.takersOf(item));
+        small_.finish();
+        copyDeferred();
+        if (run_.options().keepsMetadata())
             finishFolders();
     }
 
 private:
-    void process(size_t item, const std::vector<size_t>& takers, SmallFiles& small) {
+    void process(size_t item, std::vector<size_t> takers) {
+        const CopyItem& each = run_.items()[item];
+        if (takenUp_ && !each.isFolder)
+            std::erase_if(takers, [&](size_t taker) { return takenUp_->takeUp(item, taker); });
         if (takers.empty())
             return;
-        if (const CopyItem& each = run_.items()[item]; each.isFolder || each.size <= SmallFiles::largest)
-            return small.add(item, takers);
-        small.finish();
-        copyLargeFile(run_, destinations_, lanes_, item, takers);
+        if (each.isFolder || each.size <= SmallFiles::largest)
+            return small_.add(item, takers);
+        small_.finish();
+        large_.copy(item, takers);
     }
 
-    void copyDeferred(SmallFiles& small) {
+    void copyDeferred() {
         while (!run_.isStopped()) {
             const CopyRun::Turn turn = run_.nextDeferred();
             if (!turn.takers.empty()) {
-                process(turn.item, turn.takers, small);
+                process(turn.item, turn.takers);
                 continue;
             }
-            small.finish();
+            small_.finish();
             if (!run_.hasDeferred())
                 return;
             run_.emit(CopyRun::Emit::forced, {});
             std::this_thread::sleep_for(whilePaused);
         }
-        small.finish();
+        small_.finish();
     }
 
-    /// What lands in a folder changes its times, so it gets its own when all is there.
+    /// What lands in a folder changes its times, so it gets its own when all is there, or when nothing more comes.
     void finishFolders() {
-        std::vector<size_t> all(destinations_.size());
-        for (size_t each = 0; each < all.size(); ++each)
-            all[each] = each;
-        std::vector<std::vector<std::string>> problems(all.size());
+        std::vector<size_t> all;
+        for (size_t each = 0; each < destinations_.size(); ++each)
+            if (!run_.control().isRemoved(each))
+                all.push_back(each);
+        std::vector<std::vector<std::string>> problems(destinations_.size());
         lanes_.run(all, [&](size_t destination) {
             for (size_t item = run_.items().size(); item-- > 0;)
-                if (const CopyItem& each = run_.items()[item];
-                    each.isFolder && !run_.control().isRemoved(destination))
-                    if (std::string problem = destinations_[destination]->finishFolder(each);
-                        !problem.empty())
-                        problems[destination].push_back(each.relative + ": " + problem);
+                if (run_.items()[item].isFolder)
+                    finishFolder(item, destination, problems[destination]);
         });
-        for (const size_t destination : all)
-            for (const std::string& each : problems[destination])
-                run_.addProblem(destination, each);
+        for (const size_t each : all)
+            for (const std::string& problem : problems[each])
+                run_.addProblem(each, problem);
+    }
+
+    void finishFolder(size_t item, size_t destination, std::vector<std::string>& problems) {
+        const std::string relative = run_.relativeOf(item);
+        const std::string problem =
+            destinations_[destination]->finishFolder(relative, run_.found().pathOf(item));
+        if (!problem.empty() && !run_.isStopped()) // a stopped copy has not made all folders
+            problems.push_back(relative + ": " + problem);
     }
 
     CopyRun& run_;
     CopyLanes& lanes_;
+    CopySources sources_;
     std::vector<std::unique_ptr<CopyDestination>> destinations_;
+    SmallFiles small_;
+    LargeFiles large_;
+    std::optional<TakenUp> takenUp_;
 };
+
+/// What hashes may be missing: better known before the first byte.
+void refuseWithoutHash(const CopyOptions& options) {
+    try {
+        if (options.verifies())
+            ContentHash{options.algorithm};
+    } catch (const std::runtime_error& error) {
+        throw CopyError::io(error.what());
+    }
+}
 
 } // namespace
 
@@ -125,18 +167,19 @@ CopyPlan FastCopier::plan(const std::vector<std::string>& sources, const CancelT
 CopyReport FastCopier::copy(const std::vector<std::string>& sources,
                             const std::vector<std::string>& destinations, const CopyOptions& options,
                             const std::function<void(const CopyProgress&)>& progress,
-                            const CancelToken& beforeBeginning, CopyProofs* /*proofs*/) {
+                            const CancelToken& beforeBeginning, CopyProofs* proofs) {
     refuseWhatCannotBegin(sources, destinations);
+    refuseWithoutHash(options);
+    if (!options.verifies())
+        proofs = nullptr;
     CopyRun run(itemsOf(sources, beforeBeginning), destinations, options, *control_, progress);
     CopyLanes lanes(destinations.size() + 1, threads_); // one more for hashing the source
-    try {
-        Copying(run, lanes).copyAll();
-    } catch (const SystemError& error) {
-        throw CopyError::io(error.what());
-    }
+    Copying(run, lanes, proofs).copyAll();
     if (options.verifies() && !run.isStopped())
-        verify(run, lanes);
+        verify(run, lanes, proofs);
     run.emit(CopyRun::Emit::forced, {});
+    if (proofs && !run.isStopped())
+        proofs->forget();
     return run.finish();
 }
 

@@ -15,11 +15,11 @@ namespace {
 /// One file on its way.
 class LargeFile {
 public:
-    LargeFile(CopyRun& run, std::vector<std::unique_ptr<CopyDestination>>& destinations, CopyLanes& lanes,
-              size_t item, const std::vector<size_t>& takers)
-        : run_(run), destinations_(destinations), lanes_(lanes), item_(item), takers_(takers),
-          source_(run.items()[item].source, run.options().keepsMetadata() ? SourceFile::Attributes::read
-                                                                          : SourceFile::Attributes::left) {}
+    LargeFile(CopyRun& run, SourceFile source, std::vector<std::unique_ptr<CopyDestination>>& destinations,
+              CopyLanes& lanes, std::unique_ptr<char[]> (&blocks)[2], size_t item,
+              const std::vector<size_t>& takers)
+        : run_(run), destinations_(destinations), lanes_(lanes), blocks_(blocks), item_(item),
+          relative_(run.relativeOf(item)), takers_(takers), source_(std::move(source)) {}
 
     void copy() {
         begin();
@@ -37,13 +37,11 @@ public:
     }
 
 private:
-    const std::string& relative() const { return run_.items()[item_].relative; }
-
     void begin() {
         for (const size_t taker : takers_)
             verdicts_[taker];
         lanes_.run(takers_, [this](size_t taker) {
-            verdicts_.find(taker)->second = destinations_[taker]->begin(run_.items()[item_], source_);
+            verdicts_.find(taker)->second = destinations_[taker]->begin(relative_, source_);
         });
         for (const auto& [taker, verdict] : verdicts_)
             if (!verdict)
@@ -69,44 +67,31 @@ private:
             leaveOutWhoIsNotTaking();
             if (run_.isStopped() || open_.empty())
                 return false;
-            const int64_t most = std::min<int64_t>(chunkSize, stretch.end - offset);
-            const int64_t copied = open_.size() == 1 ? copyInKernel(offset, most) : copyBlock(offset, most);
+            const int64_t copied = copyBlock(offset, std::min<int64_t>(chunkSize, stretch.end - offset));
             if (copied == 0)
                 return false;
             offset += copied;
             end_ = offset;
+            if (offset > source_.size())
+                return false; // it grows, which shows
             run_.countRead(copied);
-            run_.emit(CopyRun::Emit::throttled, relative());
+            run_.emit(CopyRun::Emit::throttled, relative_);
         }
         return true;
     }
 
-    int64_t copyInKernel(int64_t offset, int64_t most) {
-        waitForBlock();
-        if (open_.empty())
-            return 0;
-        CopyDestination& destination = *destinations_[open_.front()];
-        const int64_t copied = destination.copy(source_, offset, most);
-        if (!destination.isGood()) {
-            char probe = 0; // whose failure was it?
-            source_.readAt(offset, {&probe, 1});
-            open_.clear();
-        } else {
-            count(copied);
-        }
-        return copied;
-    }
-
     /// Reads while the block before is being written.
     int64_t copyBlock(int64_t offset, int64_t most) {
-        std::string& block = blocks_[turn_];
+        std::unique_ptr<char[]>& room = blocks_[turn_];
         turn_ = 1 - turn_;
-        block.resize(static_cast<size_t>(most));
+        if (!room)
+            room = std::make_unique_for_overwrite<char[]>(chunkSize);
+        const std::span<char> block(room.get(), static_cast<size_t>(most));
         const size_t got = source_.readAt(offset, block);
         waitForBlock();
         if (got == 0 || open_.empty())
             return 0;
-        lanes_.start(open_, [this, offset, bytes = std::string_view(block).substr(0, got)](size_t taker) {
+        lanes_.start(open_, [this, offset, bytes = std::string_view(block.data(), got)](size_t taker) {
             destinations_[taker]->write(offset, bytes);
         });
         count(static_cast<int64_t>(got));
@@ -166,7 +151,7 @@ private:
                     run_.defer(item_, taker);
             }
         if (source_.hasChanged())
-            failAll("the source changed while it was copied");
+            failAll(sourceChanged);
         std::vector<size_t> ending;
         for (const auto& [taker, verdict] : verdicts_)
             if (!verdict && std::ranges::count(dropped_, taker) == 0)
@@ -174,36 +159,43 @@ private:
         lanes_.run(ending, [this](size_t taker) {
             verdicts_.find(taker)->second = destinations_[taker]->end(source_, end_);
         });
+        std::vector<Landing*> streamed;
+        for (auto& [taker, verdict] : verdicts_)
+            if (verdict && verdict->state != CopiedFileState::skipped &&
+                verdict->state != CopiedFileState::cloned)
+                streamed.push_back(&*verdict);
+        if (dropped_.empty())
+            tellWhenNobodyTookIt(streamed);
         for (const auto& [taker, verdict] : verdicts_)
             if (verdict)
                 run_.book(item_, taker, *verdict, counted_[taker]);
-        run_.emit(CopyRun::Emit::throttled, relative());
+        run_.emit(CopyRun::Emit::throttled, relative_);
     }
 
     CopyRun& run_;
     std::vector<std::unique_ptr<CopyDestination>>& destinations_;
     CopyLanes& lanes_;
+    std::unique_ptr<char[]> (&blocks_)[2];
     const size_t item_;
+    const std::string relative_;
     const std::vector<size_t>& takers_;
     SourceFile source_;
     std::map<size_t, std::optional<Landing>> verdicts_;
     std::map<size_t, int64_t> counted_; ///< bytes counted as done
     std::vector<size_t> open_;          ///< those that are being written
     std::vector<size_t> dropped_;
-    std::string blocks_[2];
     int turn_ = 0;
     int64_t end_ = 0; ///< how far the source was copied
 };
 
 } // namespace
 
-void copyLargeFile(CopyRun& run, std::vector<std::unique_ptr<CopyDestination>>& destinations,
-                   CopyLanes& lanes, size_t item, const std::vector<size_t>& takers) {
+void LargeFiles::copy(size_t item, const std::vector<size_t>& takers) {
     try {
-        LargeFile(run, destinations, lanes, item, takers).copy();
+        LargeFile(run_, sources_.open(item), destinations_, lanes_, blocks_, item, takers).copy();
     } catch (const SystemError& error) { // the source cannot be opened
         for (const size_t taker : takers)
-            run.book(item, taker, {CopiedFileState::failed, false, {}, error.what()}, 0);
+            run_.book(item, taker, {CopiedFileState::failed, false, {}, error.what()}, 0);
     }
 }
 

@@ -1,8 +1,8 @@
 #include "Tools/FastCopy/SmallFiles.h"
 
-#include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
 
@@ -11,115 +11,194 @@ namespace vh::copy {
 namespace {
 
 constexpr size_t mostFiles = 256;
-constexpr size_t mostBytes = 8u << 20;
+constexpr size_t mostBytes = 4u << 20;
+constexpr size_t mostOpen = 64; ///< of a batch, when its files stay open to be cloned
 
 } // namespace
 
 struct SmallFiles::Batch {
     struct Entry {
         size_t item = 0;
+        std::string relative;
         std::optional<SourceFile> source; ///< nothing for a folder, or when it could not be read
-        std::string bytes;
-        std::string error; ///< why it could not be read
+        bool isRead = false;              ///< not when all destinations may clone it
+        std::string_view bytes;
+        std::vector<SourceFile::Stretch> stored; ///< of a file with holes
+        std::string error;                       ///< why it could not be read
     };
     std::vector<size_t> takers;
     std::vector<Entry> entries;
-    size_t bytes = 0;
+    size_t open = 0;
+    std::unique_ptr<char[]> room = std::make_unique_for_overwrite<char[]>(mostBytes + largest);
+    size_t used = 0;
     std::map<size_t, std::vector<Landing>> landings; ///< per destination, one for each entry
 
-    bool isFull() const { return entries.size() >= mostFiles || bytes >= mostBytes; }
-    void read(const CopyItem& item, size_t index, SourceFile::Attributes attributes);
-    std::vector<Landing> land(CopyDestination& destination, const std::vector<CopyItem>& items) const;
+    bool isFull() const { return entries.size() >= mostFiles || used >= mostBytes || open >= mostOpen; }
+    void clear() {
+        entries.clear();
+        landings.clear();
+        open = used = 0;
+    }
+    void read(Entry& entry); ///< throws SystemError
+    static Landing land(CopyDestination& destination, const Entry& entry, bool isFolder);
 };
 
-void SmallFiles::Batch::read(const CopyItem& item, size_t index, SourceFile::Attributes attributes) {
-    Entry entry;
-    entry.item = index;
-    try {
-        if (!item.isFolder) {
-            entry.source.emplace(item.source, attributes);
-            // A byte more shows that it has grown.
-            entry.bytes.resize(static_cast<size_t>(entry.source->size()) + 1);
-            entry.bytes.resize(entry.source->readAt(0, entry.bytes));
-            if (entry.source->hasChanged())
-                entry.error = "the source changed while it was copied";
+namespace {
+
+void readStretches(const SourceFile& source, std::vector<SourceFile::Stretch>& stored) {
+    for (int64_t offset = 0; offset < source.size();) {
+        auto stretch = source.stretchFrom(offset);
+        if (!stretch)
+            return;
+        stretch->end = offset = std::min(stretch->end, source.size());
+        stored.push_back(*stretch);
+    }
+}
+
+} // namespace
+
+void SmallFiles::Batch::read(Entry& entry) {
+    const SourceFile& source = *entry.source;
+    const std::span<char> block(room.get() + used,
+                                static_cast<size_t>(std::min(source.size(), SmallFiles::largest)));
+    const size_t got = source.readAt(0, block);
+    if (source.hasHoles())
+        readStretches(source, entry.stored);
+    if (got < static_cast<size_t>(source.size()) || source.hasChanged())
+        entry.error = sourceChanged;
+    entry.bytes = {block.data(), got};
+    entry.isRead = true;
+    used += got;
+}
+
+namespace {
+
+void writeAll(CopyDestination& destination, std::string_view bytes, bool hasHoles,
+              const std::vector<SourceFile::Stretch>& stored) {
+    if (!hasHoles)
+        return destination.write(0, bytes);
+    for (const auto& [begin, end] : stored)
+        if (destination.isGood())
+            destination.write(begin,
+                              bytes.substr(static_cast<size_t>(begin), static_cast<size_t>(end - begin)));
+}
+
+} // namespace
+
+Landing SmallFiles::Batch::land(CopyDestination& destination, const Entry& entry, bool isFolder) {
+    if (isFolder)
+        return {CopiedFileState::copied, false, {}, destination.makeFolder(entry.relative)};
+    if (!entry.error.empty())
+        return {CopiedFileState::failed, false, {}, entry.error};
+    const SourceFile& source = *entry.source;
+    if (auto verdict = destination.begin(entry.relative, source))
+        return std::move(*verdict);
+    if (entry.isRead) {
+        writeAll(destination, entry.bytes, source.hasHoles(), entry.stored);
+        return destination.end(source, source.size());
+    }
+    try { // it was to be cloned, and could not
+        std::string bytes(static_cast<size_t>(source.size()), '\0');
+        std::vector<SourceFile::Stretch> stored;
+        if (source.hasHoles())
+            readStretches(source, stored);
+        if (source.readAt(0, bytes) == bytes.size() && !source.hasChanged()) {
+            writeAll(destination, bytes, source.hasHoles(), stored);
+            return destination.end(source, source.size());
         }
+        destination.drop();
+        return {CopiedFileState::failed, false, {}, sourceChanged};
     } catch (const SystemError& error) {
-        entry.error = error.what();
+        destination.drop();
+        return {CopiedFileState::failed, false, {}, error.what()};
     }
-    bytes += entry.bytes.size();
-    entries.push_back(std::move(entry));
 }
 
-std::vector<Landing> SmallFiles::Batch::land(CopyDestination& destination,
-                                             const std::vector<CopyItem>& items) const {
-    std::vector<Landing> landed;
-    for (const Entry& entry : entries) {
-        const CopyItem& item = items[entry.item];
-        if (item.isFolder) {
-            landed.push_back({CopiedFileState::copied, false, {}, destination.makeFolder(item)});
-        } else if (!entry.error.empty()) {
-            landed.push_back({CopiedFileState::failed, false, {}, entry.error});
-        } else if (auto verdict = destination.begin(item, *entry.source)) {
-            landed.push_back(std::move(*verdict));
-        } else {
-            destination.write(0, entry.bytes);
-            landed.push_back(destination.end(*entry.source, static_cast<int64_t>(entry.bytes.size())));
-        }
-    }
-    return landed;
-}
-
-SmallFiles::SmallFiles(CopyRun& run, std::vector<std::unique_ptr<CopyDestination>>& destinations,
-                       CopyLanes& lanes)
-    : run_(run), destinations_(destinations), lanes_(lanes) {}
+SmallFiles::SmallFiles(CopyRun& run, CopySources& sources,
+                       std::vector<std::unique_ptr<CopyDestination>>& destinations, CopyLanes& lanes)
+    : run_(run), sources_(sources), destinations_(destinations), lanes_(lanes),
+      filling_(std::make_unique<Batch>()), writing_(std::make_unique<Batch>()) {}
 
 SmallFiles::~SmallFiles() {
     lanes_.wait(); // what is being written is ours
 }
 
 void SmallFiles::add(size_t item, const std::vector<size_t>& takers) {
-    if (filling_ && (filling_->takers != takers || filling_->isFull()))
+    if (filling_->takers != takers || filling_->isFull())
         begin();
-    if (!filling_) {
-        filling_ = std::make_unique<Batch>();
-        filling_->takers = takers;
+    filling_->takers = takers;
+    read(item);
+}
+
+void SmallFiles::read(size_t item) {
+    Batch::Entry& entry = filling_->entries.emplace_back();
+    entry.item = item;
+    entry.relative = run_.relativeOf(item);
+    if (run_.items()[item].isFolder)
+        return;
+    try {
+        entry.source.emplace(sources_.open(item));
+        const auto cloning = static_cast<size_t>(std::ranges::count_if(filling_->takers, [&](size_t taker) {
+            return destinations_[taker]->mayClone(entry.source->device());
+        }));
+        if (cloning < filling_->takers.size())
+            filling_->read(entry);
+        if (cloning == 0)
+            entry.source->close();
+        else
+            ++filling_->open;
+    } catch (const SystemError& error) {
+        entry.error = error.what();
+        entry.source.reset();
     }
-    filling_->read(run_.items()[item], item,
-                   run_.options().keepsMetadata() ? SourceFile::Attributes::read
-                                                  : SourceFile::Attributes::left);
 }
 
 void SmallFiles::begin() {
     book();
-    writing_ = std::move(filling_);
+    std::swap(filling_, writing_);
+    if (writing_->entries.empty())
+        return;
     for (const size_t taker : writing_->takers)
         writing_->landings[taker];
     lanes_.start(writing_->takers, [this](size_t taker) {
-        writing_->landings.find(taker)->second = writing_->land(*destinations_[taker], run_.items());
+        std::vector<Landing>& landings = writing_->landings.find(taker)->second;
+        landings.reserve(writing_->entries.size());
+        for (const Batch::Entry& entry : writing_->entries)
+            landings.push_back(Batch::land(*destinations_[taker], entry, run_.items()[entry.item].isFolder));
     });
+}
+
+void SmallFiles::bookEntry(size_t index) {
+    const Batch::Entry& entry = writing_->entries[index];
+    run_.countRead(static_cast<int64_t>(entry.bytes.size()));
+    if (run_.items()[entry.item].isFolder) {
+        for (const auto& [destination, landings] : writing_->landings)
+            if (!landings[index].problem.empty())
+                run_.addProblem(destination, entry.relative + ": " + landings[index].problem);
+        return;
+    }
+    std::vector<Landing*> streamed;
+    for (auto& [destination, landings] : writing_->landings)
+        if (const CopiedFileState state = landings[index].state;
+            state != CopiedFileState::skipped && state != CopiedFileState::cloned)
+            streamed.push_back(&landings[index]);
+    tellWhenNobodyTookIt(streamed);
+    for (const auto& [destination, landings] : writing_->landings)
+        run_.book(entry.item, destination, landings[index], 0);
 }
 
 void SmallFiles::book() {
     lanes_.wait();
-    if (!writing_)
+    if (writing_->entries.empty())
         return;
-    for (size_t each = 0; each < writing_->entries.size(); ++each) {
-        const size_t item = writing_->entries[each].item;
-        run_.countRead(static_cast<int64_t>(writing_->entries[each].bytes.size()));
-        for (const auto& [destination, landings] : writing_->landings)
-            if (!run_.items()[item].isFolder)
-                run_.book(item, destination, landings[each], 0);
-            else if (!landings[each].problem.empty())
-                run_.addProblem(destination, run_.items()[item].relative + ": " + landings[each].problem);
-    }
-    run_.emit(CopyRun::Emit::throttled, run_.items()[writing_->entries.back().item].relative);
-    writing_.reset();
+    for (size_t each = 0; each < writing_->entries.size(); ++each)
+        bookEntry(each);
+    run_.emit(CopyRun::Emit::throttled, writing_->entries.back().relative);
+    writing_->clear();
 }
 
 void SmallFiles::finish() {
-    if (filling_)
-        begin();
+    begin();
     book();
 }
 

@@ -3,6 +3,7 @@
 #include "Tools/FastCopy/CopyDestination.h"
 #include "Tools/FastCopy/CopyLanes.h"
 #include "Tools/FastCopy/CopyRun.h"
+#include "Tools/FastCopy/CopySources.h"
 
 #include <memory>
 #include <string>
@@ -16,7 +17,8 @@ public:
     /// Larger files are streamed.
     static constexpr int64_t largest = 256 << 10;
 
-    SmallFiles(CopyRun& run, std::vector<std::unique_ptr<CopyDestination>>& destinations, CopyLanes& lanes);
+    SmallFiles(CopyRun& run, CopySources& sources,
+               std::vector<std::unique_ptr<CopyDestination>>& destinations, CopyLanes& lanes);
     ~SmallFiles();
 
     /// Reads the item and copies it, sooner or later, to these destinations; items stay in order.
@@ -26,10 +28,13 @@ public:
 
 private:
     struct Batch;
+    void read(size_t item);
     void begin();
     void book();
+    void bookEntry(size_t index);
 
     CopyRun& run_;
+    CopySources& sources_;
     std::vector<std::unique_ptr<CopyDestination>>& destinations_;
     CopyLanes& lanes_;
     std::unique_ptr<Batch> filling_, writing_;
