@@ -121,6 +121,10 @@ ScheduledActions& Automation::actions() {
                                     Trigger trigger, const JobControl& control, const RunDetails& details) {
             return runner->run(OptimizeProfile::load(defaults), trigger, control, details);
         });
+        actions->setRunSync([&runner = sync()](const sync::SyncPair& pair, Trigger trigger,
+                                               const RunDetails& details, const JobControl& control) {
+            return runner.runScheduled(pair, trigger, details, control);
+        });
         return actions;
     });
 }

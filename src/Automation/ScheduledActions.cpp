@@ -29,9 +29,9 @@ RunDetails detailsOf(const ActionRequest& request) {
 class ActionRun {
 public:
     ActionRun(const AutomationWorld& world, const ActionRequest& request, const JobControl& control,
-              std::string_view moduleID = {})
-        : world_(world), request_(request), control_(control), moduleID_(moduleID), texts_(world.texts()),
-          details_(detailsOf(request)),
+              std::string_view moduleID = {}, const ScheduledActions::RunSync* runSync = nullptr)
+        : world_(world), request_(request), control_(control), moduleID_(moduleID), runSync_(runSync),
+          texts_(world.texts()), details_(detailsOf(request)),
           run_(request.within ? world.runs.log.beginPart(request.toolID, request.trigger, details_)
                               : world.runs.log.begin(request.toolID, request.trigger, details_)) {}
 
@@ -72,6 +72,7 @@ private:
     const ActionRequest& request_;
     const JobControl& control_;
     const std::string_view moduleID_; ///< through which the action works
+    const ScheduledActions::RunSync* const runSync_;
     const Texts texts_;
     const RunDetails details_;
     const std::shared_ptr<RunHandle> run_;
@@ -113,6 +114,8 @@ RunRecord ActionRun::sync() {
     if (!pair)
         return fail(texts_.text("scheduled-action.sync-pair-gone"));
     control_.report(-1, texts_.text("scheduled-action.syncing", {{"name", printable(pair->title())}}));
+    if (runSync_ && *runSync_)
+        return (*runSync_)(*pair, request_.trigger, details_, control_);
     SyncJobRequest request{.pair = *pair, .trigger = request_.trigger, .details = details_};
     request.isAttended = false;
     request.logsNothingToDo = true;
@@ -155,7 +158,7 @@ RunRecord ScheduledActions::run(ScheduledAction action, const ActionRequest& req
                                 const JobControl& control) const {
     if (action == ScheduledAction::optimize && runOptimize_)
         return runOptimize_(request.trigger, control, detailsOf(request));
-    return ActionRun(world_, request, control, rawValue(action)).run(rowOf(action).work);
+    return ActionRun(world_, request, control, rawValue(action), &runSync_).run(rowOf(action).work);
 }
 
 bool ScheduledActions::isThere(ScheduledAction action) const {

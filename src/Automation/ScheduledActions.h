@@ -10,6 +10,10 @@
 #include <memory>
 #include <string>
 
+namespace vh::sync {
+struct SyncPair;
+}
+
 namespace vh::automation {
 
 /// What a scheduled action is handed.
@@ -33,9 +37,14 @@ public:
     using RunOptimize =
         std::function<RunRecord(Trigger trigger, const JobControl& control, const RunDetails& details)>;
 
+    /// Syncs a pair of folders and shows it while it runs; without it nobody is shown.
+    using RunSync = std::function<RunRecord(const sync::SyncPair& pair, Trigger trigger,
+                                            const RunDetails& details, const JobControl& control)>;
+
     explicit ScheduledActions(const AutomationWorld& world) : world_(world) {}
     void setRunFlow(RunFlow runFlow) { runFlow_ = std::move(runFlow); }
     void setRunOptimize(RunOptimize runOptimize) { runOptimize_ = std::move(runOptimize); }
+    void setRunSync(RunSync runSync) { runSync_ = std::move(runSync); }
 
     RunRecord run(const ScheduledTask& task, Trigger trigger, const JobControl& control) const;
     RunRecord run(ScheduledAction action, const ActionRequest& request, const JobControl& control) const;
@@ -46,6 +55,7 @@ private:
     const AutomationWorld& world_;
     RunFlow runFlow_;
     RunOptimize runOptimize_;
+    RunSync runSync_;
 };
 
 } // namespace vh::automation

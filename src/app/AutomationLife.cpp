@@ -4,6 +4,7 @@
 #include "Automation/NodesRunner.h"
 #include "Automation/OptimizeRunner.h"
 #include "Automation/Scheduler.h"
+#include "Automation/SyncRunner.h"
 #include "Core/Printable.h"
 #include "Core/ScheduleStore.h"
 #include "HelperKit/HelperClient.h"
@@ -33,6 +34,7 @@ automation::Automation& AutomationLife::automation() {
     automation_ = &context_.automation();
     observingScheduler_ = automation_->scheduler().observe([this] { tellScheduler(); });
     observingOptimize_ = automation_->optimize().observe([this] { tellOptimize(); });
+    observingSync_ = automation_->sync().observe([this] { tellSync(); });
     automation_->runner().setOnActivity([this](const automation::NodesRunner::Activity& activity) {
         context_.activity().report({.key = qtText(activity.key),
                                     .active = activity.active,
@@ -79,7 +81,7 @@ QStringList AutomationLife::running() const {
     QStringList titles;
     for (const ActivityCenter::Job& job : context_.activity().running())
         if (job.id == schedulerKey || job.toolID == optimizeKey || job.toolID == flowTool ||
-            job.toolID == maintenanceTool || job.toolID == copyTool)
+            job.toolID == maintenanceTool || job.id == syncKey || job.toolID == copyTool)
             titles << job.title;
     titles.removeDuplicates(); // a task that starts the one-button run is mostly called the same
     return titles;
@@ -89,6 +91,7 @@ void AutomationLife::stop() {
     automation().scheduler().stopRunning();
     automation().runner().stopAll();
     automation().optimize().requestCancel();
+    automation().sync().stop();
 }
 
 void AutomationLife::tellScheduler() {
@@ -121,6 +124,20 @@ void AutomationLife::tellOptimize() {
     report.toolID = optimizeKey;
     if (!state.steps.empty())
         report.progress = double(ended) / double(state.steps.size());
+    context_.activity().report(report);
+}
+
+void AutomationLife::tellSync() {
+    const auto& running = automation_->sync().running();
+    if (!running) {
+        context_.activity().end(syncKey);
+        return;
+    }
+    ActivityReport report{.key = syncKey};
+    report.title = qtText(printable(running->title));
+    report.toolID = syncKey;
+    if (running->total > 0)
+        report.progress = double(running->done) / double(running->total);
     context_.activity().report(report);
 }
 

@@ -32,6 +32,8 @@ public:
     static constexpr QLatin1String copyTool{"fast-copy"};
     /// The job of the one-button run, and its tool.
     static constexpr QLatin1String optimizeKey{"optimize"};
+    /// The job of the sync that runs, and its tool.
+    static constexpr QLatin1String syncKey{"sync"};
 
     explicit AutomationLife(AppContext& context);
     ~AutomationLife() override;
@@ -62,12 +64,14 @@ private:
     void renewHelper();
     void tellScheduler();
     void tellOptimize();
+    void tellSync();
 
     AppContext& context_;
     automation::Automation* automation_ = nullptr;
     bool started_ = false;
     std::shared_ptr<void> observingScheduler_;
     std::shared_ptr<void> observingOptimize_;
+    std::shared_ptr<void> observingSync_;
     Background renewing_;
 };
 

@@ -3,6 +3,7 @@
 #include "Automation/NodesRunner.h"
 #include "Automation/RunFollowUps.h"
 #include "Automation/Scheduler.h"
+#include "Automation/SyncRunner.h"
 #include "Automation/Worker.h"
 #include "Core/Csv.h"
 #include "Core/DatabaseKeep.h"
@@ -12,6 +13,7 @@
 #include "HelperKit/HelperClient.h"
 #include "Platform/PollLoop.h"
 #include "Platform/Terminal.h"
+#include "Tools/FolderSync/SyncRecord.h"
 #include "app/Session.h"
 #include "app/SessionAutomation.h"
 #include "cli/CommandLine.h"
@@ -62,20 +64,24 @@ private:
     void beginToLead();
     void say(std::string_view key, const std::vector<TextArgument>& arguments = {}) const;
     void sayTroubles();
+    std::vector<std::string> syncTroubles();
     void flowChanged(const automation::NodesRunner::Activity& activity);
     void taskChanged();
+    void syncChanged();
     void ended(const RunRecord& record) const;
     void end();
-    bool isIdle() const { return flows_.empty() && !task_; }
+    bool isIdle() { return flows_.empty() && !task_ && !automation_.sync().running(); }
     void tidy();
 
     Context& context_;
     PollLoop loop_;
     std::set<std::string> flows_;    ///< that run, by the key of their activity
     std::optional<Uuid> task_;       ///< that runs
+    std::optional<Uuid> sync_;       ///< the pair that is being synced
     std::set<std::string> troubles_; ///< that were said
     automation::Automation automation_;
     std::shared_ptr<void> observing_;
+    std::shared_ptr<void> observingSync_;
     MainLoop::Token tidying_;
     automation::Worker worker_;
 };
@@ -97,6 +103,7 @@ void Server::begin() {
     automation_.setOnLeading([this] { beginToLead(); });
     automation_.runner().setOnActivity([this](const auto& activity) { flowChanged(activity); });
     observing_ = automation_.scheduler().observe([this] { taskChanged(); });
+    observingSync_ = automation_.sync().observe([this] { syncChanged(); });
     automation_.lead();
     if (!automation_.isLeading() && automation_.trouble().empty())
         say("cli.serve.waiting");
@@ -143,10 +150,24 @@ void Server::sayTroubles() {
     if (automation_.isLeading())
         for (const std::string& each : automation_.triggers().troubles())
             troubles.insert(each);
+    for (const std::string& each : syncTroubles())
+        troubles.insert(each);
     for (const std::string& each : troubles)
         if (!troubles_.contains(each))
             say("cli.serve.trouble", {{"text", each}});
     troubles_ = std::move(troubles);
+}
+
+/// What keeps watched pairs from being synced, in the process that leads.
+std::vector<std::string> Server::syncTroubles() {
+    if (!automation_.isLeading())
+        return {};
+    const auto states = automation_.sync().states();
+    std::vector<std::string> troubles;
+    for (const sync::SyncPair& pair : automation_.sync().pairs())
+        if (const auto state = states.find(pair.id); state != states.end() && !state->second.isHealthy())
+            troubles.push_back(pair.title() + ": " + textOf(state->second, pair, context_.session.texts()));
+    return troubles;
 }
 
 void Server::flowChanged(const automation::NodesRunner::Activity& activity) {
@@ -164,6 +185,15 @@ void Server::taskChanged() {
         say("cli.serve.task", {{"title", known->title}});
 }
 
+void Server::syncChanged() {
+    const auto& running = automation_.sync().running();
+    // One that finds nothing to do is not worth a line.
+    const auto now = running && running->total > 0 ? std::optional(running->pair) : std::nullopt;
+    if (std::exchange(sync_, now) != now && now)
+        say("cli.serve.sync", {{"title", running->title}});
+    sayTroubles();
+}
+
 void Server::ended(const RunRecord& record) const {
     const Texts& texts = context_.session.texts();
     say("cli.serve.ended", {{"tool", toolName(texts, record.toolID)},
@@ -175,6 +205,7 @@ void Server::ended(const RunRecord& record) const {
 void Server::end() {
     say("cli.serve.ending");
     automation_.scheduler().stopRunning();
+    automation_.sync().stop();
     automation_.runner().stopAll();
     const auto look = loop_.every(std::chrono::milliseconds(20), [this] {
         if (isIdle())
