@@ -5,6 +5,7 @@
 #include "Core/RunLog.h"
 #include "Core/ToolTexts.h"
 #include "Platform/SystemError.h"
+#include "Tools/FastCopy/CopyProofs.h"
 #include "Tools/FastCopy/CopyRecord.h"
 #include "Tools/FastCopy/FastCopier.h"
 
@@ -75,8 +76,11 @@ CopyResult runCopy(const CopyRequest& request, const std::string& stateFolder, c
     options.verify = options.verify || request.manifest.has_value();
     CopyResult result;
     try {
-        result.report =
-            FastCopier(control).copy(request.sources, request.destinations, options, progress, cancel);
+        std::optional<CopyProofs> proofs;
+        if (options.verifies())
+            proofs.emplace(stateFolder, request.sources, request.destinations, options.algorithm);
+        result.report = FastCopier(control).copy(request.sources, request.destinations, options, progress,
+                                                 cancel, proofs ? &*proofs : nullptr);
         if (request.manifest && result.report.outcome != CopyOutcome::stopped)
             result.manifests = writeManifests(result.report, *request.manifest, runs.log.now());
     } catch (const Cancelled&) {

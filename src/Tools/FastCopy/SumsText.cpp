@@ -99,9 +99,10 @@ ManifestEntry entryOf(std::string_view line, const std::string& where) {
 } // namespace
 
 std::string sumLine(HashAlgorithm algorithm, std::string_view hash, std::string_view path) {
-    // Readers of XXH64 lists learnt late to read what is escaped, so there a backslash alone stays as it is.
-    const std::string_view special = algorithm == HashAlgorithm::xxhash64 ? "\n" : "\n\r\\";
-    const bool isEscaped = path.find_first_of(special) != std::string_view::npos;
+    // Readers of XXH64 lists learnt late to read what is escaped, so there only what would break the line is.
+    const bool isEscaped = algorithm == HashAlgorithm::xxhash64
+                               ? path.find('\n') != std::string_view::npos || path.ends_with('\r')
+                               : path.find_first_of("\n\r\\") != std::string_view::npos;
     std::string line = (isEscaped ? "\\" : "") + std::string(hash) + "  ";
     for (const char c : path)
         if (isEscaped && c == '\n')
