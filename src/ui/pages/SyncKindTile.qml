@@ -11,7 +11,7 @@ T.AbstractButton {
     required property string countText
     required property string sizeText
     property bool chosen: false
-    property SyncMarks marks: SyncMarks {}
+    property SyncKinds marks: SyncKinds {}
 
     text: title
     implicitHeight: column.implicitHeight + 2 * Theme.space8

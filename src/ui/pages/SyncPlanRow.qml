@@ -10,7 +10,7 @@ TableRow {
     required property string path
     required property string sizeText
     required property bool isDone
-    property SyncMarks marks: SyncMarks {}
+    property SyncKinds marks: SyncKinds {}
 
     implicitHeight: Theme.rowHeight
     name: [kindTitle, path, sizeText, isDone ? Tr.t("sync-page.done") : ""].filter(part => part !== "").join(", ")
