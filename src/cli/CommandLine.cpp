@@ -31,7 +31,10 @@ void CommandLine::translateLabels(CLI::App& app) const {
 
 void CommandLine::on(CLI::App* verb, Action action) {
     verb->add_flag("--json", json_, text("cli.json"));
-    verb->callback([this, action = std::move(action)] { action_ = action; });
+    verb->callback([this, verb, action = std::move(action)] {
+        if (verb->get_subcommands().empty()) // a noun that stands alone too leaves it to its verb
+            action_ = action;
+    });
 }
 
 void CommandLine::onChange(CLI::App* verb, Action action) {

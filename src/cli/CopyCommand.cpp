@@ -9,6 +9,7 @@
 #include "cli/DiskCopyCommand.h"
 #include "cli/Reply.h"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace vh::cli {
@@ -56,7 +57,10 @@ CopyResult runWithBars(Context& context, const CopyRequest& request) {
 
 Exit copyFiles(Context& context, const CopyWords& words) {
     const Texts& texts = context.session.texts();
-    if (words.sources.empty() || words.destinations.empty())
+    const auto isMissing = [](const std::vector<std::string>& paths) {
+        return paths.empty() || std::ranges::find(paths, "") != paths.end();
+    };
+    if (isMissing(words.sources) || isMissing(words.destinations))
         throw UsageError(texts.text("cli.copy.what-and-where"));
     CopyRequest request{absolutePaths(words.sources), absolutePaths(words.destinations), optionsOf(words)};
     if (!words.manifest.empty())
@@ -98,11 +102,12 @@ void describeCopy(CLI::App& noun, CommandLine& line) {
     noun.add_option("--manifest", words->manifest, line.text("cli.copy.manifest"))
         ->check(CLI::IsMember({"sums", "mhl"}));
     noun.add_flag("--unmount", words->unmount, line.text("cli.copy.unmount"));
-    noun.immediate_callback(); // so that a verb has the last word
     line.onChange(&noun, [words](Context& context) { return copyFiles(context, *words); });
-    describeCopyVerify(noun, line,
-                       [words] { return !words->sources.empty() || !words->destinations.empty(); });
-    describeDisks(noun, line);
+    const auto hasWords = [words] {
+        return !words->sources.empty() || !words->destinations.empty();
+    };
+    describeCopyVerify(noun, line, hasWords);
+    describeDisks(noun, line, hasWords);
 }
 
 } // namespace vh::cli

@@ -144,8 +144,13 @@ DiskCopyResult run(Context& context, const automation::DiskCopyRequest& request)
 
 } // namespace
 
-void describeDisks(CLI::App& copy, CommandLine& line) {
-    line.on(copy.add_subcommand("disks", line.text("cli.copy.disks")), listDisks);
+void describeDisks(CLI::App& copy, CommandLine& line, std::function<bool()> hasWords) {
+    line.on(copy.add_subcommand("disks", line.text("cli.copy.disks")),
+            [hasWords = std::move(hasWords)](Context& context) {
+                if (hasWords())
+                    throw UsageError(context.session.texts().text("cli.copy.disks-or-copy"));
+                return listDisks(context);
+            });
 }
 
 bool holdsDisk(const std::vector<std::string>& sources) {

@@ -3,13 +3,15 @@
 #include "Tools/FastCopy/CopyOptions.h"
 #include "cli/CommandLine.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace vh::cli {
 
-/// Adds the verb that lists whole disks.
-void describeDisks(CLI::App& copy, CommandLine& line);
+/// Adds the verb that lists whole disks. `hasWords` tells whether the noun got words of its own, to which the verb does
+/// not fit.
+void describeDisks(CLI::App& copy, CommandLine& line, std::function<bool()> hasWords);
 
 /// Whether a block device is among them.
 bool holdsDisk(const std::vector<std::string>& sources);
