@@ -2,7 +2,7 @@
 # bench/sync_plan.sh [BIN] [FOLDER] [FILES] [CHANGES]: `varnholt sync` as a whole process against rsync, in turn, below
 # FOLDER (a disk: /var/tmp; in memory: /dev/shm): the plan of two equal trees of FILES files (200,000) against
 # `rsync -rtn --delete`, then CHANGES changes (20,000: four tenths new, four changed, two gone) against
-# `rsync -a --delete`. Cold, with nothing of either tree in memory and all flushed within the time, where the folder lies
+# `rsync -a --delete`. Cold, with nothing of either tree in memory and what is written flushed within the time, where the folder lies
 # on a disk and this may drop caches; then warm. Prints the medians of 5 and of 3 runs and the memory an entry takes;
 # fails when a plan takes more than 0.6 of rsync, the changes more than 0.9, or an entry 400 bytes.
 set -euo pipefail
@@ -48,7 +48,7 @@ prepare() { # STATE
     [ "$on_disk" = 0 ] || sync
     [ "$1" = warm ] || echo 3 >/proc/sys/vm/drop_caches
 }
-timed() { # STATE COMMAND…: its microseconds and its memory; a cold one ends when the disk has all
+timed() { # STATE COMMAND…: its microseconds and its memory; a cold one that writes ends when the disk has all
     local start=$EPOCHREALTIME end memory
     read -r _ memory < <("$bin/sync_bench" "${@:2}") || { echo "failed: ${*:2}" >&2; exit 1; }
     [ "$1" = warm ] || sync
@@ -72,9 +72,9 @@ compare() { # NAME ALLOWED: medians of the lines "rsync N M" and "ours N M" of t
 for state in $states; do
     for run in 0 1 2 3 4 5; do
         prepare "$state"
-        rsync=$(timed "$state" rsync -rtn --delete "$top/source/" "$top/old/")
+        rsync=$(timed warm rsync -rtn --delete "$top/source/" "$top/old/")
         prepare "$state"
-        ours=$(timed "$state" "$bin/varnholt" sync plan --delete --source "$top/source" --destination "$top/old")
+        ours=$(timed warm "$bin/varnholt" sync plan --delete --source "$top/source" --destination "$top/old")
         [ "$run" = 0 ] || printf 'rsync %s\nours %s\n' "$rsync" "$ours" # the first run warms
     done | compare "$state plan of $files files" 0.6
     for run in 1 2 3; do

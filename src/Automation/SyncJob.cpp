@@ -244,6 +244,7 @@ SyncJobResult SyncRun::hold(const SyncPlan& plan) {
 SyncJobResult SyncRun::perform(const SyncPlan& plan) {
     const auto journal = world_.runs.journals.open(world_.runs.log.begin(toolID, request_.trigger, details_),
                                                    printable(request_.pair.title()));
+    journal->expect(plan.actions.size());
     Tracking tracking(plan, request_, control_, *journal);
     SyncJobResult result = end(End::done, {});
     try {

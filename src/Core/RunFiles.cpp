@@ -74,7 +74,12 @@ std::string RunFiles::listFile(const Uuid& run) const {
 }
 
 void RunFiles::save(const Uuid& run, const std::vector<RunFileRow>& rows) const {
+    constexpr size_t besidePaths = 80;
+    size_t room = 0; // what is as long as this must not be moved as it grows
+    for (const auto& row : rows)
+        room += row.path.size() + (row.place ? row.place->size() : 0) + besidePaths;
     std::string text;
+    text.reserve(room);
     for (const auto& row : rows)
         text += encodeJson(row) + "\n";
     const DatabaseLock lock(defaults_);

@@ -97,6 +97,11 @@ void RunJournal::done(RunFileRow row) {
     settle();
 }
 
+void RunJournal::expect(size_t rows) {
+    const std::lock_guard hold(mutex_);
+    rows_.reserve(rows);
+}
+
 void RunJournal::add(std::vector<RunFileRow> rows) {
     const std::lock_guard hold(mutex_);
     std::string lines;

@@ -24,6 +24,8 @@ public:
     void doing(RunFileRow goal);
     /// After it, with what became of that path.
     void done(RunFileRow row);
+    /// How many rows are to come at most.
+    void expect(size_t rows);
     /// Rows of steps that were not announced, in one write.
     void add(std::vector<RunFileRow> rows);
     /// Writes the record and then the list of all rows; then the track goes. The list waits for the end of a step that

@@ -1,6 +1,7 @@
 #include "Automation/SyncJob.h"
 #include "Core/ByteFormat.h"
 #include "Core/Printable.h"
+#include "Platform/Terminal.h"
 #include "Tools/FolderSync/SyncEngine.h"
 #include "Tools/FolderSync/SyncRecord.h"
 #include "app/Session.h"
@@ -12,8 +13,8 @@
 #include "cli/Table.h"
 
 #include <CLI/App.hpp>
+#include <algorithm>
 #include <chrono>
-#include <fmt/format.h>
 
 namespace vh::cli {
 
@@ -64,18 +65,28 @@ const char* wordFor(SyncAction::Kind kind) {
     return "cli.sync.kind.folder";
 }
 
-template <class Actions>
-void printActions(const Actions& actions, const Texts& texts) {
-    Table table({{texts.text("cli.sync.column.what")},
-                 {texts.text("cli.column.size"), Align::right},
-                 {texts.text("cli.column.path"), Align::left, true}});
-    for (const SyncAction& each : actions)
-        table.add({texts.text(wordFor(each.kind)),
-                   each.kind == SyncAction::Kind::mkdir ? "" : sizeText(each.bytes, texts.language()),
-                   printable(each.relativePath)});
-    if (!table.isEmpty())
-        print(table.text(outputWidth()));
-}
+/// A line an action; there may be hundreds of thousands.
+class ActionLines {
+public:
+    explicit ActionLines(const Texts& texts) : texts_(texts) {
+        for (const SyncAction::Kind kind : allCases<SyncAction::Kind>())
+            widest_ = std::max(widest_, displayWidth(texts.text(wordFor(kind))));
+    }
+
+    void print(const SyncAction& action) const {
+        constexpr size_t sizeWidth = 10;
+        const std::string word = texts_.text(wordFor(action.kind));
+        const std::string size =
+            action.kind == SyncAction::Kind::mkdir ? "" : sizeText(action.bytes, texts_.language());
+        cli::print(word + std::string(widest_ - displayWidth(word), ' ') +
+                   std::string(sizeWidth - std::min(sizeWidth, displayWidth(size)), ' ') + size + "  " +
+                   printable(action.relativePath) + "\n");
+    }
+
+private:
+    const Texts& texts_;
+    size_t widest_ = 0;
+};
 
 void printTotals(const SyncPlan& plan, const Texts& texts) {
     print(texts.text("cli.sync.totals", {{"copies", plan.copies()},
@@ -100,7 +111,9 @@ Exit showPlan(Context& context, const RunWords& words) {
     if (context.format == Format::json) {
         printJson(*plan);
     } else {
-        printActions(plan->actions, context.session.texts());
+        const ActionLines lines(context.session.texts());
+        for (const SyncAction& each : plan->actions)
+            lines.print(each);
         printTotals(*plan, context.session.texts());
     }
     return plan->unreadable.empty() ? Exit::done : Exit::warnings;
@@ -114,11 +127,10 @@ std::optional<Exit> unlessAgreed(Context& context, const RunWords& words, const 
         return std::nullopt;
     const Texts& texts = context.session.texts();
     return unlessAgreed(context, words.yes, texts.text("cli.sync.ask-trash", {{"count", deletes}}), [&] {
-        std::vector<SyncAction> shown;
-        for (const SyncAction& each : plan.actions)
-            if (each.kind == SyncAction::Kind::remove && shown.size() < mostShown)
-                shown.push_back(each);
-        printActions(shown, texts);
+        const ActionLines lines(texts);
+        for (size_t shown = 0; const SyncAction& each : plan.actions)
+            if (each.kind == SyncAction::Kind::remove && shown++ < mostShown)
+                lines.print(each);
         if (deletes > mostShown)
             print(texts.text("cli.sync.more", {{"count", deletes - mostShown}}) + "\n");
         printTotals(plan, texts);
@@ -144,10 +156,17 @@ public:
                 "  " +
                 texts_.text("cli.copy.left",
                             {{"time", durationText(seconds * (1 - fraction) / fraction, texts_.language())}});
-        line_.show(fraction, what + "  " + std::string(progress.current));
+        line_.show(fraction, what + "  " + fitting(progress.current, progressBar(fraction) + what));
     }
 
 private:
+    /// The path, in what is left of a line after `before`.
+    static std::string fitting(std::string_view path, const std::string& before) {
+        constexpr size_t spaces = 3;
+        const size_t used = displayWidth(before) + spaces;
+        return shorten(printable(path), terminalWidth() - std::min(terminalWidth(), used));
+    }
+
     const Texts& texts_;
     const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
     ProgressLine line_;

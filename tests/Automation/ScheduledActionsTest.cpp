@@ -1,6 +1,7 @@
 #include "Automation/ScheduledActions.h"
 
 #include "Automation/TestWorld.h"
+#include "Platform/Files.h"
 
 #include <gtest/gtest.h>
 
@@ -61,6 +62,10 @@ TEST_F(ScheduledActionsTest, EverythingEndsAsARecord) {
          "privacy-cleaner",
          {},
          "“Clear browsing traces” cannot run yet in this version. Nothing was done."},
+        {"sync",
+         "sync",
+         {{"pair", Uuid::random().text()}},
+         "There is no such pair of folders any more: choose one in the schedule."},
         {"backups", "backups", {}, "“Back up” cannot run yet in this version. Nothing was done."},
         {"maintenance", "maintenance", {}, "No maintenance task is chosen."},
         {"maintenance", "maintenance", {{"tasks", "bogus,,Flush-DNS"}}, "No maintenance task is chosen."},
@@ -74,6 +79,23 @@ TEST_F(ScheduledActionsTest, EverythingEndsAsARecord) {
         EXPECT_EQ(record.metric(RunMetric::errors), 1) << row.summary;
         EXPECT_TRUE(world.log.find(record.id)) << row.summary;
     }
+}
+
+TEST_F(ScheduledActionsTest, SyncsThePairOfItsPayload) {
+    for (const char* folder : {"from", "to"})
+        makeFolders(dir / folder);
+    const ScheduledTask task{
+        .toolID = "sync",
+        .actionID = "sync",
+        .payload = {{"source", dir / "from"}, {"destination", dir / "to"}, {"flow", "F"}}};
+    EXPECT_EQ(run(task).summary, "“from → to” is up to date.");
+    EXPECT_EQ(said.front(), "Syncing from → to");
+    writeFileAtomically(dir / "from/file", "text");
+    const RunRecord record = run(task, Trigger::flow);
+    EXPECT_EQ(record.summary, "1 new, 0 changed, 0 moved to the Trash.");
+    EXPECT_EQ(record.trigger, Trigger::flow);
+    EXPECT_EQ(record.detail(RunDetail::flow), "F");
+    EXPECT_TRUE(actions.isThere(ScheduledAction::folderSync));
 }
 
 TEST_F(ScheduledActionsTest, MaintenanceRunsWhatItCanAndNamesTheRest) {
