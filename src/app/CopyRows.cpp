@@ -49,7 +49,6 @@ std::span<const RecordListModel<CopyJobRow>::Role> CopyJobRow::roles() {
     using Model = RecordListModel<CopyJobRow>;
     static constexpr Model::Role table[] = {
         Model::role<&CopyJobRow::id>("jobId"),
-        Model::role<&CopyJobRow::number>("number"),
         Model::role<&CopyJobRow::title>("title"),
         Model::role<&CopyJobRow::from>("from"),
         Model::role<&CopyJobRow::detail>("detail"),
@@ -60,13 +59,10 @@ std::span<const RecordListModel<CopyJobRow>::Role> CopyJobRow::roles() {
         Model::role<&CopyJobRow::isActive>("isActive"),
         Model::role<&CopyJobRow::isOver>("isOver"),
         Model::role<&CopyJobRow::isStopping>("isStopping"),
-        Model::role<&CopyJobRow::fraction>("fraction"),
         Model::role<&CopyJobRow::rateText>("rateText"),
         Model::role<&CopyJobRow::leftText>("leftText"),
         Model::role<&CopyJobRow::currentFile>("currentFile"),
         Model::role<&CopyJobRow::line>("line"),
-        Model::role<&CopyJobRow::problems>("problems"),
-        Model::role<&CopyJobRow::hasReport>("hasReport"),
         Model::role<&CopyJobRow::lanes>("lanes"),
     };
     return table;
@@ -203,7 +199,6 @@ QVariantMap CopyWords::lane(const CopyJob& job, size_t index) const {
 CopyJobRow CopyWords::row(const CopyJob& job) const {
     CopyJobRow row;
     row.id = qtText(job.id.text());
-    row.number = job.number;
     row.title = jobTitle(job);
     row.from = namesOf(job);
     row.detail = detail(job);
@@ -214,7 +209,6 @@ CopyJobRow CopyWords::row(const CopyJob& job) const {
     row.isActive = job.isActive();
     row.isOver = job.isOver();
     row.isStopping = job.stopping;
-    row.fraction = job.fraction();
     if (job.isActive() && job.rate > 0)
         row.rateText = qtText(rateText(job.rate, context_.texts().language()));
     if (job.isActive() && job.secondsRemaining)
@@ -222,8 +216,6 @@ CopyJobRow CopyWords::row(const CopyJob& job) const {
                             {{"time", durationText(*job.secondsRemaining, context_.texts().language())}});
     row.currentFile = qtText(printable(job.currentFile));
     row.line = job.isOver() ? endLine(job) : QString();
-    row.problems = job.report ? int(job.report->problems().size()) : 0;
-    row.hasReport = job.isOver();
     for (const size_t each : job.visibleIndices())
         row.lanes << lane(job, each);
     return row;

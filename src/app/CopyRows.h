@@ -16,7 +16,6 @@ class AppContext;
 /// One job of the copy queue as a view shows it.
 struct CopyJobRow {
     QString id;
-    int number = 0;
     QString title;  ///< what goes where, in a few words
     QString from;   ///< of that, what
     QString detail; ///< how much it is, and how it is copied
@@ -27,13 +26,10 @@ struct CopyJobRow {
     bool isActive = false;
     bool isOver = false;
     bool isStopping = false;
-    double fraction = -1;
     QString rateText;
     QString leftText;
     QString currentFile;
     QString line; ///< what became of it
-    int problems = 0;
-    bool hasReport = false;
     /// {index, name, path, state, stateTitle, fraction, text}: `state` is "waits", "runs", "paused", "verifies", "full",
     /// "good", "faulty" or "ended"; those that were removed are not among them.
     QVariantList lanes;

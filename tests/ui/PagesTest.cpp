@@ -1,5 +1,9 @@
 #include "WindowFixture.h"
 
+#include <QDir>
+#include <QFile>
+#include <QDir>
+#include <QFile>
 #include <map>
 #include <tuple>
 
@@ -81,6 +85,34 @@ TEST_P(Pages, showWhatTheOneButtonWouldDoAndDid) {
         << "one of the two tools is not there yet";
 }
 
+TEST_P(Pages, showWhatASyncWouldDoAndDid) {
+    for (const auto* folder :
+         {"/Photos/Rome", "/Photos/of a journey with a rather long name", "/Backup/Photos"})
+        ASSERT_TRUE(QDir().mkpath(QString::fromStdString(home().path()) + QLatin1String(folder)));
+    openWindow(look(), {960, 640});
+    openPage("sync");
+    QString fault;
+    ASSERT_TRUE(QMetaObject::invokeMethod(window().app().folderSync(), "save", Q_RETURN_ARG(QString, fault),
+                                          Q_ARG(QString, QString()),
+                                          Q_ARG(QVariantMap, QVariantMap({{"source", "~/Photos"},
+                                                                          {"destination", "~/Backup/Photos"},
+                                                                          {"deleteExtraneous", true},
+                                                                          {"compareContents", true},
+                                                                          {"watch", true}}))));
+    ASSERT_EQ(fault, "");
+    QFile gone(QString::fromStdString(home() / "Backup/Photos/gone"));
+    ASSERT_TRUE(gone.open(QIODevice::WriteOnly));
+    for (const auto* state : {"chosen", "plan", "confirm", "remove", "form"}) {
+        SCOPED_TRACE(state);
+        ASSERT_TRUE(showState(state));
+        waitUntil("it is shown", [&] { return window().quickWindow().property("settled").toBool(); });
+        EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
+        EXPECT_EQ(cutTexts(shownItems()), QStringList());
+        EXPECT_EQ(namelessStops(shownItems()), QStringList());
+    }
+    EXPECT_EQ(window().app().folderSync()->property("actionCount").toInt(), 3);
+}
+
 TEST_P(Pages, showWhatWasDone) {
     fillCaches();
     openWindow(look());
@@ -98,6 +130,28 @@ TEST_P(Pages, showWhatWasDone) {
               [&] { return window().app().activity()->property("runCount").toInt() == 1; });
     EXPECT_TRUE(showState("details"));
     EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
+}
+
+TEST_P(Pages, showWhatIsCopiedWhereAndWhatCameOfIt) {
+    for (const auto* folder : {"Documents/deep", "Archive", "Backup"})
+        ASSERT_TRUE(QDir().mkpath(QString::fromStdString(home() / folder)));
+    QFile file(QString::fromStdString(home() / "Documents/deep/some.file"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(100'000, 'x'));
+    file.close();
+    openWindow(look(), {960, 640});
+    openPage("fast-copy");
+    const auto isAtRest = [&] {
+        return window().quickWindow().property("settled").toBool();
+    };
+    for (const auto* state : {"filled", "paused", "report"}) {
+        SCOPED_TRACE(state);
+        ASSERT_TRUE(showState(state));
+        waitUntil("it is looked at or copied", isAtRest);
+        EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
+        EXPECT_EQ(cutTexts(shownItems()), QStringList());
+        EXPECT_EQ(namelessStops(shownItems()), QStringList());
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -20,7 +20,6 @@ Card {
     required property string leftText
     required property string currentFile
     required property string line
-    required property bool hasReport
     required property var lanes
 
     signal reportWanted
@@ -207,7 +206,7 @@ Card {
                 text: card.stateTitle
             }
             Button {
-                visible: card.hasReport
+                visible: card.isOver
                 text: Tr.t("copy-page.report")
                 Accessible.name: Tr.t("copy-page.report.of", {title: card.title})
                 onClicked: card.reportWanted()

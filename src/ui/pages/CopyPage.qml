@@ -44,7 +44,7 @@ Page {
         const job = queue.newest();
         if (job === null)
             return;
-        if (wanted === "report" && !job.isOver)
+        if (wanted === "report" ? !job.isOver : wanted === "running" && job.rateText === "" && !job.isOver)
             return;
         const reached = wanted;
         wanted = "";
