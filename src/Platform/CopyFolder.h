@@ -14,14 +14,22 @@
 
 namespace vh {
 
-/// A file on its way to its name: it lies beside it as "<name><suffix>" and goes when it is let go before it was placed.
-/// The next one of that name and suffix takes the place of what a killed process left; while a living one works at it,
-/// it is called otherwise, so that nobody places what another has half written. One thread at a time. What fails throws
-/// SystemError.
+/// A file on its way to its name: it has none yet, or, where the file system wants one, lies beside it as "<name><suffix>",
+/// and goes when it is let go before it was placed. The next one of that name and suffix takes the place of what a killed
+/// process left; while a living one works at it, it is called otherwise, so that nobody places what another has half
+/// written. One thread at a time. What fails throws SystemError.
 class PartialFile {
 public:
-    PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string_view suffix,
-                std::string path, unsigned mode);
+    /// What it is to become, and where.
+    struct Target {
+        std::shared_ptr<FileDescriptor> folder;
+        std::string name;
+        std::string suffix;
+        std::string path;         ///< for errors
+        bool givesLists = false;  ///< the folder gives access lists of its own to what is made in it
+        bool isUntouched = false; ///< no killed process can have left anything
+    };
+    PartialFile(Target target, unsigned mode);
     ~PartialFile();
     PartialFile(PartialFile&&) noexcept;
     PartialFile& operator=(PartialFile&&) = delete;
@@ -52,14 +60,12 @@ public:
     void place(Place how);
 
 private:
-    void begin(std::string_view suffix, unsigned mode);
+    template <class Take>
+    void nameOnTheWay(Take take);
 
-    std::shared_ptr<FileDescriptor> folder_;
-    std::string name_;
-    std::string partialName_;
-    std::string path_; ///< of its final name, for errors
+    Target target_;
+    std::string partialName_; ///< empty while it has no name
     FileDescriptor file_;
-    bool isPlaced_ = false;
 };
 
 /// A symbolic link as a copy carries it over.
@@ -104,9 +110,13 @@ public:
     std::optional<FileIdentity> at(const std::string& relative);
     /// Of the plain file that lies there; nothing when none does.
     std::optional<FileState> fileState(const std::string& relative);
-    /// Begins a file with `mode` less what the process never gives; a partial that was left over goes first. Its
-    /// folder must exist.
-    PartialFile create(const std::string& relative, unsigned mode);
+    /// Begins a file with `mode` less what the process never gives; a partial that was left over goes first, unless the
+    /// folder was made a moment ago. The folder must exist.
+    enum class Folder { known, madeJustNow };
+    PartialFile create(const std::string& relative, unsigned mode, Folder folder = Folder::known);
+    /// The same of a file that will get this metadata: nobody has rights to it sooner who will have none then.
+    PartialFile create(const std::string& relative, const FileMetadata& metadata,
+                       Folder folder = Folder::known);
     /// The first of "name 2.ext", "name 3.ext", … that is free, relative again.
     std::string freeName(const std::string& relative);
 
@@ -121,6 +131,7 @@ private:
     uint64_t device_ = 0;
     std::string parentName_;
     std::shared_ptr<FileDescriptor> parent_;
+    bool parentGivesLists_ = false;
 };
 
 } // namespace vh

@@ -30,9 +30,13 @@ FileMetadata metadataOf(const FileDescriptor& file, const std::string& path);
 /// The same of a folder at a path; a link there is followed.
 FileMetadata metadataOfFolder(const std::string& path);
 
+/// Whether the folder in which something was made may have given it access lists of its own; they are taken away.
+enum class Inherited { nothing, lists };
+
 /// Gives it to an open file or folder, as far as file system and rights allow: an owner that may not be given loses the
 /// bits with which a program runs as that owner. Returns what was refused though the file system has such a thing, a
 /// line each; empty when all is as it was.
-std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMetadata& metadata);
+std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMetadata& metadata,
+                                       Inherited inherited = Inherited::lists);
 
 } // namespace vh

@@ -41,6 +41,14 @@ std::vector<std::string> attributeNamesOf(int file) {
     return all;
 }
 
+bool isAccessList(const std::string& name) {
+    return name.starts_with("system.posix_acl_");
+}
+
+bool givesAccessLists(int folder) {
+    return ::fgetxattr(folder, "system.posix_acl_default", nullptr, 0) >= 0;
+}
+
 void removeAttribute(int file, const std::string& name) {
     ::fremovexattr(file, name.c_str());
 }

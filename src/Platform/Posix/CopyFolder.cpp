@@ -1,13 +1,16 @@
 #include "Platform/CopyFolder.h"
 
 #include "Platform/Posix/Calls.h"
+#include "Platform/Posix/ExtendedAttributes.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/Rename.h"
 #include "Platform/Posix/StatusMetadata.h"
 #include "Platform/Posix/StatusType.h"
 #include "Platform/Posix/UniqueName.h"
 
+#include <algorithm>
 #include <sys/statvfs.h>
+#include <unistd.h>
 
 namespace vh {
 
@@ -71,6 +74,7 @@ const std::shared_ptr<FileDescriptor>& CopyFolder::parentOf(std::string_view rel
     const std::string_view name = slash == std::string_view::npos ? "" : relative.substr(0, slash);
     if (!parent_ || parentName_ != name) {
         parent_ = open(name);
+        parentGivesLists_ = givesAccessLists(parent_->get());
         parentName_ = name;
     }
     return parent_;
@@ -114,8 +118,18 @@ std::optional<FileState> CopyFolder::fileState(const std::string& relative) {
     return std::nullopt;
 }
 
-PartialFile CopyFolder::create(const std::string& relative, unsigned mode) {
-    return {parentOf(relative), splitPath(relative).name, partialSuffix_, joinPath(path_, relative), mode};
+PartialFile CopyFolder::create(const std::string& relative, unsigned mode, Folder folder) {
+    return PartialFile({parentOf(relative), splitPath(relative).name, partialSuffix_,
+                        joinPath(path_, relative), parentGivesLists_, folder == Folder::madeJustNow},
+                       mode);
+}
+
+PartialFile CopyFolder::create(const std::string& relative, const FileMetadata& metadata, Folder folder) {
+    // What will be ours as it is needs no second look; a list may say less than the mode does.
+    const bool staysOurs =
+        metadata.owner == ::geteuid() && metadata.group == ::getegid() &&
+        std::ranges::none_of(metadata.attributes, [](const auto& each) { return isAccessList(each.first); });
+    return create(relative, staysOurs ? metadata.mode & 0777 : 0600, folder);
 }
 
 FileMetadata CopyFolder::metadataOfFolder(const std::string& relative) {

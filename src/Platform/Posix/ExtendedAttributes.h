@@ -11,6 +11,10 @@ std::vector<std::pair<std::string, std::string>> attributesOf(int file);
 
 /// Of an open file; none where the file system has none.
 std::vector<std::string> attributeNamesOf(int file);
+/// Whether an attribute is one in which access lists are kept.
+bool isAccessList(const std::string& name);
+/// Whether what is made in this open folder gets access lists of the folder's.
+bool givesAccessLists(int folder);
 /// Does nothing where it cannot.
 void removeAttribute(int file, const std::string& name);
 

@@ -35,7 +35,7 @@ bool isBeyondUs(int code) {
 /// A folder may give what is made in it access lists of its own, which the original does not have.
 void removeInheritedLists(const FileDescriptor& file, const FileMetadata& metadata) {
     for (const std::string& name : attributeNamesOf(file.get()))
-        if (name.starts_with("system.posix_acl_") &&
+        if (isAccessList(name) &&
             std::ranges::none_of(metadata.attributes, [&](const auto& each) { return each.first == name; }))
             removeAttribute(file.get(), name);
 }
@@ -81,7 +81,8 @@ void applyToLink(int folder, const std::string& name, const FileMetadata& metada
     std::ignore = ::utimensat(folder, name.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
 }
 
-std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMetadata& metadata) {
+std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMetadata& metadata,
+                                       Inherited inherited) {
     std::vector<std::string> refused;
     const auto refuse = [&](const std::string& what) {
         refused.push_back(what + ": " + std::strerror(errno));
@@ -97,7 +98,8 @@ std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMet
     if (!(hasOwner && (now.st_mode & 07777) == mode) &&
         ::fchmod(file.get(), static_cast<mode_t>(mode)) != 0 && !isBeyondUs(errno))
         refuse("mode");
-    removeInheritedLists(file, metadata);
+    if (inherited == Inherited::lists)
+        removeInheritedLists(file, metadata);
     for (const auto& [name, value] : metadata.attributes)
         if (!belongsToSystem(name) && !setAttribute(file.get(), name, value) && errno != ENOTSUP)
             refuse(name);

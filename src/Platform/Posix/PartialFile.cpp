@@ -7,6 +7,7 @@
 #include "Platform/Posix/StatusMetadata.h"
 #include "Platform/Posix/StatusType.h"
 #include "Platform/Posix/UniqueName.h"
+#include "Platform/Posix/UnnamedFile.h"
 
 #include <sys/file.h>
 #include <unistd.h>
@@ -29,6 +30,8 @@ bool claim(const FileDescriptor& file) {
 /// Takes away what a killed process left; false when a living one works at it.
 bool removeLeftover(int folder, const std::string& name) {
     const FileDescriptor file = openAt(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    if (!file && errno == ENOENT)
+        return true;
     if (file && !lock(file))
         return false;
     struct stat here {
@@ -42,37 +45,47 @@ bool removeLeftover(int folder, const std::string& name) {
 
 } // namespace
 
-PartialFile::PartialFile(std::shared_ptr<FileDescriptor> folder, std::string name, std::string_view suffix,
-                         std::string path, unsigned mode)
-    : folder_(std::move(folder)), name_(std::move(name)), partialName_(partialNameOf(name_, suffix)),
-      path_(std::move(path)) {
-    begin(suffix, mode);
+PartialFile::PartialFile(Target target, unsigned mode) : target_(std::move(target)) {
+    if (!target_.isUntouched)
+        removeLeftover(target_.folder->get(), partialNameOf(target_.name, target_.suffix));
+    file_ = createUnnamed(target_.folder->get(), static_cast<mode_t>(mode));
+    if (!file_ && !cannotBeUnnamed(errno))
+        throwErrno(target_.path);
+    if (file_)
+        return;
+    nameOnTheWay([&](const std::string& name) {
+        file_ = openAt(target_.folder->get(), name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW,
+                       static_cast<mode_t>(mode));
+        if (!file_ || claim(file_))
+            return static_cast<bool>(file_);
+        errno = EEXIST; // somebody took it for left over
+        return false;
+    });
 }
 
-void PartialFile::begin(std::string_view suffix, unsigned mode) {
-    constexpr int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW;
+/// `take` makes the name ours, or fails with EEXIST.
+template <class Take>
+void PartialFile::nameOnTheWay(Take take) {
     constexpr int mostTries = 100;
-    for (int tries = 0; tries < mostTries; ++tries) {
-        file_ = openAt(folder_->get(), partialName_, flags, mode);
-        if (file_ && claim(file_))
-            return;
-        if (!file_ && errno != EEXIST)
-            throwErrno(path_);
-        if (file_ || !removeLeftover(folder_->get(),
-                                     partialName_)) // a living one took it for left over, or works at it
-            partialName_ = partialNameOf(uniquePartialName(name_), suffix);
+    partialName_ = partialNameOf(target_.name, target_.suffix);
+    for (int tries = 0; tries < mostTries && !take(partialName_); ++tries) {
+        if (errno != EEXIST) {
+            const int reason = errno;
+            partialName_.clear();
+            throw SystemError(reason, target_.path);
+        }
+        if (!removeLeftover(target_.folder->get(), partialName_)) // a living one works at it
+            partialName_ = partialNameOf(uniquePartialName(target_.name), target_.suffix);
     }
-    throw SystemError(EEXIST, path_);
 }
 
 PartialFile::PartialFile(PartialFile&& other) noexcept
-    : folder_(std::move(other.folder_)), name_(std::move(other.name_)),
-      partialName_(std::move(other.partialName_)), path_(std::move(other.path_)),
-      file_(std::move(other.file_)), isPlaced_(std::exchange(other.isPlaced_, true)) {}
+    : target_(std::move(other.target_)), partialName_(std::exchange(other.partialName_, {})),
+      file_(std::move(other.file_)) {}
 
 PartialFile::~PartialFile() {
-    if (!isPlaced_)
-        ::unlinkat(folder_->get(), partialName_.c_str(), 0);
+    if (!partialName_.empty())
+        ::unlinkat(target_.folder->get(), partialName_.c_str(), 0);
 }
 
 void PartialFile::writeAt(int64_t offset, std::string_view bytes) {
@@ -80,7 +93,7 @@ void PartialFile::writeAt(int64_t offset, std::string_view bytes) {
         const ssize_t put =
             retried([&] { return ::pwrite(file_.get(), bytes.data(), bytes.size(), offset); });
         if (put < 0)
-            throwErrno(path_);
+            throwErrno(target_.path);
         bytes.remove_prefix(static_cast<size_t>(put));
         offset += put;
     }
@@ -92,34 +105,43 @@ PartialFile::Cloned PartialFile::cloneFrom(const SourceFile& source) {
 
 int64_t PartialFile::copyFrom(const SourceFile& source, int64_t offset, int64_t most) {
     return static_cast<int64_t>(
-        copyPieceAt(source.descriptor(), file_, offset, static_cast<size_t>(most), path_));
+        copyPieceAt(source.descriptor(), file_, offset, static_cast<size_t>(most), target_.path));
 }
 
 void PartialFile::setSize(int64_t bytes) {
     if (::ftruncate(file_.get(), bytes) != 0)
-        throwErrno(path_);
+        throwErrno(target_.path);
 }
 
 std::vector<std::string> PartialFile::apply(const FileMetadata& metadata) {
-    return applyMetadata(file_, metadata);
+    return applyMetadata(file_, metadata, target_.givesLists ? Inherited::lists : Inherited::nothing);
 }
 
 FileState PartialFile::state() const {
-    return stateIn(statusOfOpen(file_, path_));
+    return stateIn(statusOfOpen(file_, target_.path));
 }
 
 void PartialFile::flush() {
-    vh::flush(file_, path_);
+    vh::flush(file_, target_.path);
 }
 
 void PartialFile::place(Place how) {
-    const int folder = folder_->get();
-    const bool isDone = how == Place::free
-                            ? renameWithoutReplacing(folder, partialName_, folder, name_)
-                            : ::renameat(folder, partialName_.c_str(), folder, name_.c_str()) == 0;
+    const int folder = target_.folder->get();
+    const auto take = [&](const std::string& name) {
+        return giveName(file_, folder, name);
+    };
+    const bool isUnnamed = partialName_.empty();
+    if (isUnnamed && how == Place::replacing) {
+        lock(file_);
+        nameOnTheWay(take);
+    }
+    const bool isDone = how == Place::replacing
+                            ? ::renameat(folder, partialName_.c_str(), folder, target_.name.c_str()) == 0
+                        : isUnnamed ? take(target_.name)
+                                    : renameWithoutReplacing(folder, partialName_, folder, target_.name);
     if (!isDone)
-        throwErrno(path_);
-    isPlaced_ = true;
+        throwErrno(target_.path);
+    partialName_.clear();
 }
 
 } // namespace vh

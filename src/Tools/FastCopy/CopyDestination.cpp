@@ -124,9 +124,11 @@ std::optional<Landing> CopyDestination::begin(const std::string& relative, const
         relative_ = relative;
         if (auto verdict = chooseName(source))
             return verdict;
-        // Others come to know a file with rights of its own only when it is whole.
-        const unsigned mode = options_.keepsMetadata() ? 0600 : source.metadata().mode & 0777;
-        partial_.emplace(folder_->create(place_, mode));
+        using Folder = CopyFolder::Folder;
+        const Folder folder = isFree(place_) ? Folder::madeJustNow : Folder::known;
+        partial_.emplace(options_.keepsMetadata()
+                             ? folder_->create(place_, source.metadata(), folder)
+                             : folder_->create(place_, source.metadata().mode & 0777, folder));
         if (!mayClone(source.device()))
             return std::nullopt;
         switch (partial_->cloneFrom(source)) {

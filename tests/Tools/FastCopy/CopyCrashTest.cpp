@@ -90,6 +90,7 @@ TEST_F(CopyCrash, KilledAtAnyMomentItIsFinishedByTheNext) {
 TEST_F(CopyCrash, LeavesOldOrWholeFilesWhateverCallFails) {
     using Group = vh::test::CallGroup;
     verifies = true;
+    ContentHash{HashAlgorithm::sha256}; // its module is opened once a process, which would shift the calls
     CopyReport report;
     const auto setUp = [&] {
         prepare();
@@ -99,7 +100,10 @@ TEST_F(CopyCrash, LeavesOldOrWholeFilesWhateverCallFails) {
     };
     const auto afterFault = [&](const FaultPoint& fault) {
         const Group group = fault.what.group;
-        if (group == Group::attribute) { // its bytes were verified, what else it has is not the source's
+        const bool isLock =
+            fault.what.name == std::string_view("flock"); // where there are none, it goes without
+        if (group == Group::attribute &&
+            !isLock) { // its bytes were verified, what else it has is not the source's
             EXPECT_TRUE(report.hasProblems());
         } else {
             expectWhole();
