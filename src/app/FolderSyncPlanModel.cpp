@@ -70,7 +70,7 @@ QVariant FolderSyncPlanModel::data(const QModelIndex& index, int role) const {
     case kindRole:
         return qtText(rawValue(action.kind));
     case titleRole:
-        return kindTitle(texts_, action.kind);
+        return texts_.text(fmt::format("sync-page.each.{}", rawValue(action.kind)));
     case pathRole:
         return qtText(printable(action.relativePath));
     case sizeRole:

@@ -49,7 +49,7 @@ private:
     int64_t done_ = 0;
 };
 
-/// "New", "Changed"…
+/// "New", "Changed"… of many.
 QString kindTitle(const AppTexts& texts, sync::SyncAction::Kind kind);
 
 } // namespace vh::app

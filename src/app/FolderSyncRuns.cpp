@@ -279,6 +279,9 @@ void FolderSyncViewModel::finish(const Uuid& pair, const automation::SyncJobResu
         return;
     }
     result_ = Result{pair, QStringLiteral("success"), qtText(printable(result.message)), {}};
+    const QString numbers = context_.texts().text(
+        "folder-sync.toast-done",
+        {{"copied", done.copied}, {"updated", done.updated}, {"deleted", done.deleted}});
     for (const std::string& line : done.errors)
         result_->errors << qtText(printable(line));
     if (result.end != End::done && result.end != End::upToDate) {
@@ -289,10 +292,10 @@ void FolderSyncViewModel::finish(const Uuid& pair, const automation::SyncJobResu
         say("folder-sync.toast-stopped");
     } else if (!done.errors.empty()) {
         result_->outcome = QStringLiteral("warning");
+        result_->text = numbers; // what the message says of the errors stands below it
         say("folder-sync.toast-problems", {{"count", done.errors.size()}});
     } else {
-        say("folder-sync.toast-done",
-            {{"copied", done.copied}, {"updated", done.updated}, {"deleted", done.deleted}});
+        emit said(numbers);
     }
     if (planned_ == pair)
         forgetPlan();

@@ -13,6 +13,25 @@ Card {
 
     implicitHeight: column.implicitHeight + 2 * padding
 
+    component Rule: Row {
+        property alias icon: shape.name
+        property alias text: word.text
+
+        spacing: Theme.space4 + 2
+        rightPadding: Theme.space16
+
+        Icon {
+            id: shape
+            anchors.verticalCenter: parent.verticalCenter
+            size: Theme.space12
+            color: Theme.second
+        }
+        Label {
+            id: word
+            color: Theme.second
+        }
+    }
+
     Column {
         id: column
         width: parent.width
@@ -35,7 +54,6 @@ Card {
                 anchors.right: arrow.left
                 anchors.rightMargin: Theme.space12
                 role: Tr.t("sync-page.source")
-                title: card.pair.sourceName ?? ""
                 path: card.pair.sourcePath ?? ""
             }
             Rectangle {
@@ -56,18 +74,27 @@ Card {
                 anchors.leftMargin: Theme.space12
                 anchors.right: parent.right
                 role: Tr.t("sync-page.destination")
-                title: card.pair.destinationName ?? ""
                 path: card.pair.destinationPath ?? ""
                 isTarget: true
             }
         }
-        Label {
+        Flow {
             width: parent.width
-            text: [card.pair.deleteExtraneous ? Tr.t("sync-page.rule.delete") : Tr.t("sync-page.rule.keep"),
-                card.pair.compareContents ? Tr.t("sync-page.rule.contents") : "", card.pair.lastText ?? ""]
-                .filter(part => part !== "").join(" · ")
-            color: Theme.second
-            wrapMode: Text.Wrap
+            spacing: Theme.space4
+
+            Rule {
+                icon: card.pair.deleteExtraneous ? "trash" : "tray"
+                text: card.pair.deleteExtraneous ? Tr.t("sync-page.rule.delete") : Tr.t("sync-page.rule.keep")
+            }
+            Rule {
+                visible: card.pair.compareContents ?? false
+                icon: "magnifyingglass"
+                text: Tr.t("sync-page.rule.contents")
+            }
+            Rule {
+                icon: "clock"
+                text: card.pair.lastText ?? ""
+            }
         }
         Item {
             width: parent.width

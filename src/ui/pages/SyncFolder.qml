@@ -6,7 +6,6 @@ Item {
     id: folder
 
     property string role
-    property string title
     property string path
     property bool isTarget: false
     // Where its words end.
@@ -40,7 +39,7 @@ Item {
         Label {
             id: name
             width: parent.width
-            text: folder.title
+            text: folder.path.slice(folder.path.lastIndexOf("/") + 1)
             font: Theme.strong
             elide: Text.ElideMiddle
             Accessible.ignored: true

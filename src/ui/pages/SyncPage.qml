@@ -112,6 +112,7 @@ Page {
             width: parent.width
             height: visible ? implicitHeight : 0
             visible: (page.chosen.needTitle ?? "") !== "" && !page.works && !page.folderSync.hasPlan
+                && page.folderSync.phase !== "finished" && !failure.visible
             pair: page.chosen
             onAct: what => what === "edit" ? form.edit(page.chosen.pairId, []) : page.folderSync.compare()
         }
@@ -142,7 +143,7 @@ Page {
             anchors.topMargin: Theme.space12
             anchors.bottom: parent.bottom
             width: parent.width
-            visible: page.folderSync.phase !== "finished" && !failure.visible
+            visible: page.folderSync.phase !== "finished" && !failure.visible && !need.visible
             folderSync: page.folderSync
             onCompare: page.folderSync.compare()
         }

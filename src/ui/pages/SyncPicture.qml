@@ -10,10 +10,20 @@ Item {
     property font font: Theme.medium
     property color color: Theme.text
 
+    // Where the folders above do not fit, the names alone stand.
+    readonly property bool fits: metrics.advanceWidth(sourceName) + metrics.advanceWidth(destinationName) + 2 <= room
     readonly property real room: width - 3 * Theme.space12 - 4 * Theme.space4 - Theme.space8
 
     implicitHeight: source.implicitHeight
 
+    function shown(name: string): string {
+        return fits ? name : name.slice(name.lastIndexOf("/") + 1);
+    }
+
+    FontMetrics {
+        id: metrics
+        font: picture.font
+    }
     Row {
         height: parent.height
         spacing: Theme.space4
@@ -31,7 +41,7 @@ Item {
             Label {
                 id: source
                 width: Math.min(implicitWidth, Math.max(picture.room / 2, picture.room - destination.implicitWidth))
-                text: picture.sourceName
+                text: picture.shown(picture.sourceName)
                 font: picture.font
                 color: picture.color
                 elide: Text.ElideMiddle
@@ -53,7 +63,7 @@ Item {
         Label {
             id: destination
             width: Math.min(implicitWidth, Math.max(picture.room / 2, picture.room - source.implicitWidth))
-            text: picture.destinationName
+            text: picture.shown(picture.destinationName)
             font: picture.font
             color: picture.color
             elide: Text.ElideMiddle

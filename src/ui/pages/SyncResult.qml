@@ -11,7 +11,7 @@ Card {
 
     signal again
 
-    implicitHeight: head.height + (problems.visible ? Theme.space12 + problems.wanted : 0) + 2 * padding
+    implicitHeight: head.height + (problems.visible ? problems.y - head.height + problems.wanted : 0) + 2 * padding
     Accessible.role: Accessible.AlertMessage
     Accessible.name: result.text ?? ""
 
@@ -53,16 +53,25 @@ Card {
             }
         }
     }
+    Label {
+        id: heading
+        anchors.top: head.bottom
+        anchors.topMargin: Theme.space12
+        width: parent.width
+        visible: problems.visible
+        text: problems.name
+        color: Theme.second
+    }
     ListTable {
         id: problems
         readonly property real wanted: Math.max(1, count) * Theme.rowHeight + 2 * Theme.space4 + 1
 
-        anchors.top: head.bottom
-        anchors.topMargin: Theme.space12
+        anchors.top: heading.bottom
+        anchors.topMargin: Theme.space8
         width: parent.width
         height: Math.min(wanted, parent.height - y)
         visible: count > 0
-        name: Tr.t("sync-page.problems")
+        name: Tr.t("sync-page.problems", {count: count})
         model: card.errors
         delegate: TableRow {
             id: line
