@@ -14,6 +14,17 @@ namespace vh::cli {
 using copy::CopyPhase;
 using copy::CopyProgress;
 
+namespace {
+
+/// Where the terminal is narrow, the figure alone.
+std::string barOf(int64_t done, int64_t total) {
+    constexpr size_t narrow = 48;
+    const double share = total > 0 ? static_cast<double>(done) / static_cast<double>(total) : 1.0;
+    return terminalWidth() < narrow ? fmt::format("{:3.0f} %  ", share * 100) : progressBar(share);
+}
+
+} // namespace
+
 CopyBars::CopyBars(const std::vector<std::string>& destinations, const Texts& texts)
     : visible_(isTerminal(StandardStream::error)), destinations_(destinations), texts_(texts) {}
 
@@ -26,17 +37,13 @@ void CopyBars::show(const CopyProgress& progress) {
 }
 
 std::vector<std::string> CopyBars::linesOf(const CopyProgress& progress) const {
-    const auto share = [](int64_t done, int64_t total) {
-        return total > 0 ? static_cast<double>(done) / static_cast<double>(total) : 1.0;
-    };
     std::vector<std::string> lines;
     if (progress.phase == CopyPhase::copying)
         for (size_t i = 0; i < progress.destinationBytes.size(); ++i)
-            lines.push_back(progressBar(share(progress.destinationBytes[i], progress.bytesPerDestination)) +
+            lines.push_back(barOf(progress.destinationBytes[i], progress.bytesPerDestination) +
                             printable(destinations_[i]));
     else
-        lines.push_back(progressBar(share(progress.bytesDone, progress.bytesTotal)) +
-                        texts_.text("cli.copy.verifying"));
+        lines.push_back(barOf(progress.bytesDone, progress.bytesTotal) + texts_.text("cli.copy.verifying"));
     std::string last = rateText(progress.bytesPerSecond, texts_.language());
     if (progress.secondsRemaining)
         last += "  " + texts_.text("cli.copy.left",

@@ -23,6 +23,8 @@ void printFindings(const copy::ManifestCheck& check, const Texts& texts) {
 
 Exit verifyCopy(Context& context, const std::string& manifest) {
     app::Session& session = context.session;
+    if (manifest.empty())
+        throw UsageError(session.texts().text("cli.copy.verify-or-copy"));
     const std::string path = std::filesystem::absolute(manifest).lexically_normal().string();
     const copy::CheckResult result = [&] {
         ProgressLine line;

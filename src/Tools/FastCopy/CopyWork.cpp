@@ -105,10 +105,13 @@ CheckResult runManifestCheck(const std::string& path, Trigger trigger, const Run
     try {
         result.check = checkManifest(path, control);
         result.record = finishRun(*run, result.check, texts);
+    } catch (const ManifestError& error) {
+        result.error = path + ": " + error.what();
     } catch (const std::exception& error) {
         result.error = error.what();
-        result.record = finishFailed(*run, result.error);
     }
+    if (!result.error.empty())
+        result.record = finishFailed(*run, result.error);
     return result;
 }
 
