@@ -36,6 +36,8 @@ public:
     Landing end(const SourceFile& source, int64_t size);
     /// Removes what was begun.
     void drop() { partial_.reset(); }
+    /// Whether its path still leads to the folder that was written to.
+    bool isStillThere() const { return !folder_ || folder_->isStillThere(); }
     /// Whether it is worth trying to share a file's blocks. Any thread.
     bool mayClone(uint64_t device) const;
 

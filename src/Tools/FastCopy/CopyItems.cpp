@@ -41,8 +41,19 @@ private:
             if (entry->type == FileType::folder)
                 below.push_back(std::move(name));
             else if (entry->type == FileType::file)
-                if (const auto size = reader.byteSize(name)) // gone meanwhile
-                    found_.items.push_back({std::move(name), folder, false, *size});
+                addFile(reader, std::move(name), folder);
+        }
+    }
+
+    void addFile(const FolderReader& reader, std::string name, uint32_t folder) {
+        if (const auto size = reader.byteSize(name)) {
+            found_.items.push_back({std::move(name), folder, false, *size});
+            return;
+        }
+        try {
+            static_cast<void>(reader.stamp(name)); // gone meanwhile, or may it not be looked at?
+        } catch (const SystemError& error) {
+            found_.unreadable.push_back(found_.relativeOf(folder) + '/' + name + ": " + error.reason());
         }
     }
 

@@ -83,6 +83,9 @@ public:
         copyDeferred();
         if (run_.options().keepsMetadata())
             finishFolders();
+        for (size_t each = 0; each < destinations_.size(); ++each)
+            if (!run_.control().isRemoved(each) && !destinations_[each]->isStillThere())
+                run_.addProblem(each, run_.destinations()[each] + ": the folder is no longer there");
     }
 
 private:
