@@ -87,7 +87,7 @@ private:
             }
         }
         std::ranges::sort(facts.users);
-        facts.users.erase(std::ranges::unique(facts.users).begin(), facts.users.end());
+        facts.users.erase(std::unique(facts.users.begin(), facts.users.end()), facts.users.end());
         return facts;
     }
 
