@@ -2,8 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QDir>
-#include <QFile>
 #include <map>
 #include <tuple>
 
