@@ -28,7 +28,10 @@ struct FolderWatcher::State : std::enable_shared_from_this<State> {
     void took(const TreeChanges& changes);
     void changed();
     void say();
+    void endTimers();
     void end();
+    void drop();
+    void letGo();
     void fail(const SystemError& why);
 
     MainLoop& loop;
@@ -58,8 +61,10 @@ void FolderWatcher::State::onWorker(Work work, Done done) {
             }
         },
         [self = shared_from_this(), done, failure] {
-            if (self->isDropped)
+            if (self->isDropped) {
+                self->letGo();
                 return;
+            }
             try {
                 if (*failure)
                     std::rethrow_exception(*failure);
@@ -121,12 +126,33 @@ void FolderWatcher::State::say() {
     events.onChange();
 }
 
-void FolderWatcher::State::end() {
+void FolderWatcher::State::endTimers() {
     isRunning = false;
     listening.reset();
     pending.reset();
     latest.reset();
+}
+
+void FolderWatcher::State::end() {
+    endTimers();
+    letGo();
+}
+
+/// Of many folders, for which the kernel takes its time.
+void FolderWatcher::State::letGo() {
+    if (!tree)
+        return;
+    worker.run([gone = std::make_shared<TreeEvents>(std::move(*tree))] {}, [] {});
     tree.reset();
+}
+
+void FolderWatcher::State::drop() {
+    isDropped = true;
+    cancel.cancel();
+    const bool isAtWork = !listening;
+    endTimers();
+    if (!isAtWork) // else it is done at the end of that
+        letGo();
 }
 
 void FolderWatcher::State::fail(const SystemError& why) {
@@ -141,11 +167,7 @@ FolderWatcher::FolderWatcher(MainLoop& loop, Worker& worker, std::string folder,
 }
 
 FolderWatcher::~FolderWatcher() {
-    state_->isDropped = true;
-    state_->cancel.cancel();
-    state_->listening.reset();
-    state_->pending.reset();
-    state_->latest.reset();
+    state_->drop();
 }
 
 bool FolderWatcher::isRunning() const {
