@@ -25,9 +25,9 @@ protected:
         write(source + "/small", "new");
         ::setxattr((source + "/small").c_str(), "user.note", "kept", 4, 0);
         write(source + "/inner/new", "new too");
-        write(source + "/large", std::string(700'000, 'n'));
+        write(source + "/large", std::string(300'000, 'n'));
         write(source + "/sparse", "head");
-        fs::resize_file(source + "/sparse", 900'000);
+        fs::resize_file(source + "/sparse", 400'000);
         fs::permissions(source + "/inner", fs::perms(0750));
     }
 
@@ -70,7 +70,7 @@ protected:
 TEST_F(CopyCrash, KilledAtAnyMomentItIsFinishedByTheNext) {
     for (size_t each = 0; each < 60; ++each)
         write(source + "/inner/deep/" + std::to_string(each), std::string(each * 70, 'n'));
-    write(source + "/large", std::string((4u << 20) + 77, 'n'));
+    write(source + "/large", std::string(900'077, 'n'));
     vh::test::RandomKills kills{200, 5};
     kills.setUp = [&] {
         prepare();
