@@ -18,10 +18,19 @@ std::string_view titleOf(HashAlgorithm algorithm) {
     }
 }
 
+namespace {
+
+/// Looked for once: a copy of many small files hashes as many times.
+const DigestModule& digestModule() {
+    static const auto* const module = static_cast<const DigestModule*>(openModule("digest"));
+    return *module;
+}
+
+} // namespace
+
 ContentHash::ContentHash(HashAlgorithm algorithm)
-    : engine_(algorithm == HashAlgorithm::xxhash64
-                  ? std::make_unique<XXH64>()
-                  : static_cast<const DigestModule*>(openModule("digest"))->open(algorithm)) {}
+    : engine_(algorithm == HashAlgorithm::xxhash64 ? std::make_unique<XXH64>()
+                                                   : digestModule().open(algorithm)) {}
 ContentHash::~ContentHash() = default;
 ContentHash::ContentHash(ContentHash&&) noexcept = default;
 

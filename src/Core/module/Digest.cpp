@@ -1,7 +1,6 @@
 #include "Core/DigestModule.h"
 
 #include <array>
-#include <fmt/format.h>
 #include <openssl/evp.h>
 #include <stdexcept>
 
@@ -23,8 +22,11 @@ public:
         unsigned size = 0;
         EVP_DigestFinal_ex(context_.get(), digest.data(), &size);
         std::string text;
-        for (unsigned i = 0; i < size; ++i)
-            text += fmt::format("{:02x}", digest[i]);
+        constexpr std::string_view digits = "0123456789abcdef";
+        for (unsigned i = 0; i < size; ++i) {
+            text += digits[digest[i] >> 4];
+            text += digits[digest[i] & 15];
+        }
         return text;
     }
 

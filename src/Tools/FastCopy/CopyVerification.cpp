@@ -37,7 +37,8 @@ using Digests = std::vector<std::optional<Digest>>;
 class Verification {
 public:
     Verification(CopyRun& run, CopyLanes& lanes, CopyProofs* proofs)
-        : run_(run), lanes_(lanes), proofs_(proofs), sources_(run.found(), SourceFile::Attributes::left) {
+        : run_(run), lanes_(lanes), proofs_(proofs), sources_(run.found(), SourceFile::Attributes::left),
+          folders_(run.destinations().size()) {
         for (size_t item = 0; item < run.items().size(); ++item)
             bytesTotal_ += run.items()[item].size * static_cast<int64_t>(waitingFor(item));
     }
@@ -81,8 +82,9 @@ private:
         try {
             if (lane == laneOfSources())
                 return sources_.open(item);
-            return SourceFile(run_.destinations()[lane] + '/' + run_.placeOf(item, lane),
-                              SourceFile::Attributes::left);
+            if (!folders_[lane])
+                folders_[lane].emplace(run_.destinations()[lane]);
+            return folders_[lane]->source(run_.placeOf(item, lane), SourceFile::Attributes::left);
         } catch (const SystemError&) {
             return std::nullopt;
         }
@@ -188,6 +190,7 @@ private:
     CopyLanes& lanes_;
     CopyProofs* const proofs_;
     CopySources sources_;
+    std::vector<std::optional<CopyFolder>> folders_; ///< each for its own lane
     const Clock::time_point start_ = Clock::now();
     Clock::time_point emittedAt_{};
     std::string currentFile_;
