@@ -204,6 +204,8 @@ void SyncApply::copyFile(const SyncAction& action) {
         throw Stopped();
     if (source.hasChanged())
         throw SystemError(relative, "the source changed while it was copied");
+    if (partial.state().bytes != source.size()) // a volume may lose in silence what is too large for it
+        throw SystemError(relative, "the destination did not keep all of it");
     const auto refused = partial.apply(source.metadata());
     place(action, [&](auto how) { partial.place(how); });
     noteRefused(relative, refused);
