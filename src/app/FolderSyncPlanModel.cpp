@@ -41,10 +41,15 @@ void FolderSyncPlanModel::show() {
     }
 }
 
+int FolderSyncPlanModel::rowOf(int64_t action) const {
+    return static_cast<int>(std::ranges::lower_bound(shown_, action) - shown_.begin());
+}
+
+int FolderSyncPlanModel::rowAtWork() const {
+    return std::min(rowOf(done_), rowCount() - 1);
+}
+
 void FolderSyncPlanModel::setDone(int64_t done) {
-    const auto rowOf = [this](int64_t action) {
-        return static_cast<int>(std::ranges::lower_bound(shown_, action) - shown_.begin());
-    };
     const int first = rowOf(std::min(done, done_));
     const int end = rowOf(std::max(done, done_));
     done_ = done;

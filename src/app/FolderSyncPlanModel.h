@@ -29,6 +29,8 @@ public:
     void setFilter(std::optional<Kind> kind, const QString& search);
     /// How many actions, from the first on, have been carried out.
     void setDone(int64_t done);
+    /// The first row that is not done; -1 without rows.
+    int rowAtWork() const;
     /// The language has changed.
     void retell();
 
@@ -40,6 +42,7 @@ private:
     enum Role { kindRole = Qt::UserRole, titleRole, pathRole, sizeRole, doneRole };
 
     void show();
+    int rowOf(int64_t action) const;
 
     const AppTexts& texts_;
     Plan plan_;

@@ -184,8 +184,9 @@ QVariantList FolderSyncViewModel::kinds() const {
 }
 
 QString FolderSyncViewModel::unchangedText() const {
-    return hasPlan() ? context_.texts().text("sync-page.unchanged", {{"count", actions_.plan()->unchanged}})
-                     : QString();
+    return hasPlan() && actions_.plan()->unchanged > 0
+               ? context_.texts().text("sync-page.unchanged", {{"count", actions_.plan()->unchanged}})
+               : QString();
 }
 
 QString FolderSyncViewModel::planText() const {

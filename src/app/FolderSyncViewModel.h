@@ -47,6 +47,8 @@ class FolderSyncViewModel : public QObject {
     Q_PROPERTY(double progress READ progress NOTIFY stateChanged)
     Q_PROPERTY(QString progressText READ progressText NOTIFY stateChanged)
     Q_PROPERTY(QString currentText READ currentText NOTIFY stateChanged)
+    /// Of the shown plan while it is carried out; else -1.
+    Q_PROPERTY(int rowAtWork READ rowAtWork NOTIFY stateChanged)
 
     /// What a sync of the chosen pair would do; empty without a plan.
     Q_PROPERTY(QAbstractItemModel* plan READ plan CONSTANT)
@@ -88,6 +90,7 @@ public:
     double progress() const;
     QString progressText() const;
     QString currentText() const;
+    int rowAtWork() const { return applied_ && applied_ == selected_ ? actions_.rowAtWork() : -1; }
 
     QAbstractItemModel* plan() { return &actions_; }
     bool hasPlan() const { return actions_.plan() && planned_ == selected_; }

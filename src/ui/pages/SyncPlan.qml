@@ -7,7 +7,12 @@ Item {
 
     required property var folderSync
 
+    readonly property int rowAtWork: folderSync.rowAtWork
+
     signal compare
+
+    // What is at work stays in view, unless somebody is looking through the list.
+    onRowAtWorkChanged: if (rowAtWork >= 0 && !table.list.activeFocus) table.list.positionViewAtIndex(rowAtWork, ListView.Contain)
 
     Item {
         id: tiles
