@@ -109,6 +109,11 @@ TEST_P(Pages, showWhatASyncWouldDoAndDid) {
         EXPECT_EQ(namelessStops(shownItems()), QStringList());
     }
     EXPECT_EQ(window().app().folderSync()->property("actionCount").toInt(), 3);
+    ASSERT_TRUE(QMetaObject::invokeMethod(window().app().folderSync(), "approve"));
+    waitUntil("it is done",
+              [&] { return window().app().folderSync()->property("phase") == QLatin1String("finished"); });
+    EXPECT_EQ(cutTexts(shownItems()), QStringList());
+    EXPECT_FALSE(gone.exists());
 }
 
 TEST_P(Pages, showWhatWasDone) {
@@ -131,7 +136,7 @@ TEST_P(Pages, showWhatWasDone) {
 }
 
 TEST_P(Pages, showWhatIsCopiedWhereAndWhatCameOfIt) {
-    for (const auto* folder : {"Documents/deep", "Archive", "Backup"})
+    for (const auto* folder : {"Documents/deep", "Archive", "Backup", "Shuttle"})
         ASSERT_TRUE(QDir().mkpath(QString::fromStdString(home() / folder)));
     QFile file(QString::fromStdString(home() / "Documents/deep/some.file"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));

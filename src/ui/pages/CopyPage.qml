@@ -38,7 +38,10 @@ Page {
         if (wanted === "" || copying.isLooking)
             return;
         if (isChosen) {
-            copying.run();
+            if (copying.canRun)
+                copying.run();
+            else
+                wanted = "";
             return;
         }
         const job = queue.newest();
