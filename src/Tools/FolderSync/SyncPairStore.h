@@ -20,9 +20,6 @@ public:
         return folders.data + "/Varnholt/FolderSync/pairs.json";
     }
 
-    /// That of the user; throws SystemError when the user has no home.
-    static std::string fileOfUser() { return fileIn(Folders::ofUser()); }
-
     /// Empty when the file is missing or cannot be read.
     std::vector<SyncPair> load();
     /// Replaces all; what could not be understood until then is kept as "<file>.damaged". Throws SystemError.
