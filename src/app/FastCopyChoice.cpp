@@ -6,6 +6,7 @@
 #include "app/FastCopyViewModel.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace vh::app {
 
@@ -116,32 +117,34 @@ QVariantMap FastCopyViewModel::destinationRow(size_t row) const {
             {QStringLiteral("need"), need ? share(need->together) : 0.0}};
 }
 
-QVariantList FastCopyViewModel::sources() const {
+QVariantMap FastCopyViewModel::sourceRow(size_t row) const {
     const CopyWords words(context_);
-    QVariantList list;
-    for (size_t row = 0; row < sources_.size(); ++row) {
-        const auto* path = std::get_if<std::string>(&sources_[row]);
-        const auto* whole = std::get_if<copy::RescueDisk>(&sources_[row]);
-        const PlaceFacts* const facts = path ? places_.at(*path) : nullptr;
-        list << QVariantMap{
-            {QStringLiteral("name"), words.sourceName(sources_[row])},
-            {QStringLiteral("path"), path ? words.placePath(*path)
-                                          : qtText(printable(whole->bsdName)) + QStringLiteral(" · ") +
-                                                context_.texts().sizeText(whole->size)},
-            {QStringLiteral("icon"), whole                       ? QStringLiteral("externaldrive")
-                                     : facts && !facts->isFolder ? QStringLiteral("doc")
-                                                                 : QStringLiteral("folder")},
-            {QStringLiteral("fault"), faultOfSource(row)},
-        };
-    }
-    return list;
+    const auto* path = std::get_if<std::string>(&sources_[row]);
+    const auto* whole = std::get_if<copy::RescueDisk>(&sources_[row]);
+    const PlaceFacts* const facts = path ? places_.at(*path) : nullptr;
+    return {
+        {QStringLiteral("name"), words.sourceName(sources_[row])},
+        {QStringLiteral("path"), path ? words.placePath(*path)
+                                      : qtText(printable(whole->bsdName)) + QStringLiteral(" · ") +
+                                            context_.texts().sizeText(whole->size)},
+        {QStringLiteral("icon"), whole                       ? QStringLiteral("externaldrive")
+                                 : facts && !facts->isFolder ? QStringLiteral("doc")
+                                                             : QStringLiteral("folder")},
+        {QStringLiteral("fault"), faultOfSource(row)},
+    };
 }
 
-QVariantList FastCopyViewModel::destinations() const {
-    QVariantList list;
+void FastCopyViewModel::tellChosen() {
+    QVariantList from, to;
+    for (size_t row = 0; row < sources_.size(); ++row)
+        from << sourceRow(row);
     for (size_t row = 0; row < destinations_.size(); ++row)
-        list << destinationRow(row);
-    return list;
+        to << destinationRow(row);
+    if (from != std::exchange(sourceRows_, from))
+        emit sourcesChanged();
+    if (to != std::exchange(destinationRows_, to))
+        emit destinationsChanged();
+    emit chosenChanged();
 }
 
 QString FastCopyViewModel::planText() const {

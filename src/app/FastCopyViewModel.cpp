@@ -49,10 +49,10 @@ FastCopyViewModel::FastCopyViewModel(AppContext& context, AutomationLife& life, 
     : context_(context), life_(life), world_(world), rows_(CopyJobRow::roles()), files_(context),
       queue_(context, std::move(world)) {
     openOptions();
-    connect(&context_.texts(), &AppTexts::changed, this, &FastCopyViewModel::chosenChanged);
+    connect(&context_.texts(), &AppTexts::changed, this, &FastCopyViewModel::tellChosen);
     connect(&context_.texts(), &AppTexts::changed, this, &FastCopyViewModel::disksChanged);
     connect(&context_.texts(), &AppTexts::changed, this, &FastCopyViewModel::followQueue);
-    connect(&places_, &CopyPlaces::changed, this, &FastCopyViewModel::chosenChanged);
+    connect(&places_, &CopyPlaces::changed, this, &FastCopyViewModel::tellChosen);
     connect(&queue_, &CopyQueue::changed, this, &FastCopyViewModel::followQueue);
     connect(&queue_, &CopyQueue::ended, this, &FastCopyViewModel::tellEnd);
 }
@@ -80,7 +80,7 @@ void FastCopyViewModel::store() {
         emit said(qtText(printable(error.what())));
     }
     emit optionsChanged();
-    emit chosenChanged();
+    tellChosen();
 }
 
 QVariantMap FastCopyViewModel::options() const {
@@ -147,7 +147,7 @@ void FastCopyViewModel::addDestinations(const QStringList& paths) {
             destinations_.push_back(path);
     }
     places_.look(destinations_);
-    emit chosenChanged();
+    tellChosen();
 }
 
 void FastCopyViewModel::addDisk(const QString& bsdName) {
@@ -178,7 +178,7 @@ void FastCopyViewModel::removeDestination(int row) {
     if (row < 0 || static_cast<size_t>(row) >= destinations_.size())
         return;
     destinations_.erase(destinations_.begin() + row);
-    emit chosenChanged();
+    tellChosen();
 }
 
 void FastCopyViewModel::clear() {
@@ -207,9 +207,9 @@ void FastCopyViewModel::measure() {
                               plan_ = plan.get();
                       } catch (const std::exception&) { // what is missing stands at its row
                       }
-                      emit chosenChanged();
+                      tellChosen();
                   });
-    emit chosenChanged();
+    tellChosen();
 }
 
 void FastCopyViewModel::readHelper() {
@@ -217,7 +217,7 @@ void FastCopyViewModel::readHelper() {
                            const Background::Task&) { return hindrance(texts); },
                        [this](std::future<std::string> hindrance) {
                            diskHindrance_ = hindrance.get();
-                           emit chosenChanged();
+                           tellChosen();
                        });
 }
 

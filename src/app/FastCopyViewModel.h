@@ -24,10 +24,10 @@ class AutomationLife;
 class FastCopyViewModel : public QObject {
     Q_OBJECT
     /// {name, path, icon, fault}
-    Q_PROPERTY(QVariantList sources READ sources NOTIFY chosenChanged)
+    Q_PROPERTY(QVariantList sources READ sources NOTIFY sourcesChanged)
     /// {name, path, text, fault, isTight, used, need}: `used` and `need` are shares of the place, or -1 where it does
     /// not tell; `isTight` where what is chosen does not fit.
-    Q_PROPERTY(QVariantList destinations READ destinations NOTIFY chosenChanged)
+    Q_PROPERTY(QVariantList destinations READ destinations NOTIFY destinationsChanged)
     /// What is chosen in numbers; empty without sources.
     Q_PROPERTY(QString planText READ planText NOTIFY chosenChanged)
     Q_PROPERTY(QString largestText READ largestText NOTIFY chosenChanged)
@@ -59,8 +59,8 @@ public:
     FastCopyViewModel(AppContext& context, AutomationLife& life, CopyWorld world);
     ~FastCopyViewModel() override;
 
-    QVariantList sources() const;
-    QVariantList destinations() const;
+    QVariantList sources() const { return sourceRows_; }
+    QVariantList destinations() const { return destinationRows_; }
     QString planText() const;
     QString largestText() const;
     bool isLooking() const { return places_.isLooking() || planning_.isBusy(); }
@@ -107,6 +107,8 @@ public:
     Q_INVOKABLE void showFiles(bool faultyOnly);
 
 signals:
+    void sourcesChanged();
+    void destinationsChanged();
     void chosenChanged();
     void optionsChanged();
     void disksChanged();
@@ -123,6 +125,8 @@ private:
     };
     void openOptions();
     void store();
+    /// Tells what is chosen anew; lists only when they differ, so that the keyboard stays where it is.
+    void tellChosen();
     void measure();
     void readHelper();
     void followQueue();
@@ -135,6 +139,7 @@ private:
     std::optional<Need> needOf(size_t destination) const;
     QString faultOfSource(size_t row) const;
     QString faultOfDestination(size_t row) const;
+    QVariantMap sourceRow(size_t row) const;
     QVariantMap destinationRow(size_t row) const;
 
     AppContext& context_;
@@ -142,6 +147,7 @@ private:
     const CopyWorld world_;
     std::vector<copy::CopySource> sources_;
     std::vector<std::string> destinations_;
+    QVariantList sourceRows_, destinationRows_; ///< as they were told
     copy::CopyOptions options_;
     std::optional<copy::ManifestKind> manifest_;
     bool together_ = false;

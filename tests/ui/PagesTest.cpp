@@ -179,6 +179,37 @@ TEST_F(Window, aFormerNameOpensTheToolThatTookItOver) {
     EXPECT_EQ(window().quickWindow().property("page").toString(), "net-diagnostics");
 }
 
+TEST_F(Window, showsManyThingsToCopyToManyPlaces) {
+    const QDir place(QString::fromStdString(home().path()));
+    const QString longName =
+        QStringLiteral("a-folder-with-a-name-that-no-row-is-wide-enough-for-").repeated(3);
+    QStringList sources, places;
+    for (int each = 0; each < 20; ++each)
+        sources << place.filePath(longName + QString::number(each));
+    for (int each = 0; each < 8; ++each)
+        places << place.filePath(QStringLiteral("to/") + longName + QString::number(each));
+    for (const QString& each : sources + places)
+        ASSERT_TRUE(QDir().mkpath(each));
+    openWindow({}, {960, 640});
+    openPage("fast-copy");
+    auto* const copying = window().app().fastCopy();
+    const auto choose = [&] {
+        QMetaObject::invokeMethod(copying, "addSources", Q_ARG(QStringList, sources));
+        QMetaObject::invokeMethod(copying, "addDestinations", Q_ARG(QStringList, places));
+        waitUntil("all is looked at", [&] { return !copying->property("isLooking").toBool(); });
+    };
+    for (int each = 0; each < 10; ++each) {
+        choose();
+        QMetaObject::invokeMethod(copying, "run");
+    }
+    choose();
+    EXPECT_EQ(copying->property("jobCount").toInt(), 10);
+    EXPECT_TRUE(copying->property("canRun").toBool());
+    EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
+    EXPECT_EQ(cutTexts(shownItems()), QStringList());
+    waitUntil("all is copied", [&] { return !copying->property("isActive").toBool(); });
+}
+
 TEST_F(Window, changesItsLanguageWhileItIsOpen) {
     openWindow();
     openPage("settings");
