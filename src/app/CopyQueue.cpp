@@ -159,6 +159,7 @@ void CopyQueue::start(copy::CopyJob& job) {
     work.token.emplace(
         context_.activity().beginToken(CopyWords(context_).jobTitle(job), AutomationLife::copyTool));
     job.state = copy::CopyJob::State::running;
+    context_.runStores(); // opened here: the thread that copies may not be the first to ask
     if (job.disk())
         startDisk(job, work);
     else
