@@ -29,7 +29,7 @@ struct SyncRunner::State {
     void runNext(std::optional<Uuid> pair);
     void begin(SyncJobRequest request, const Ended& ended);
     void show(const Uuid& pair, const std::string& title, const CancelToken& cancel);
-    void progressed(int64_t done, int64_t total, const std::string& current);
+    void progressed(Running latest);
     void finished(const SyncJobRequest& request, const SyncJobResult& result, const Ended& ended);
     void notifyHeld(const SyncJobResult& result);
     /// Adds to a request that its progress is shown.
@@ -109,20 +109,27 @@ void SyncRunner::State::show(const Uuid& pair, const std::string& title, const C
 void SyncRunner::State::showProgress(SyncJobRequest& request, const CancelToken& token) {
     request.progress = [this, id = request.pair.id, title = request.pair.title(),
                         token](const SyncJobProgress& at) {
-        worker.post(
-            [this, id, title, token, done = at.done, total = at.total, current = std::string(at.current)] {
-                if (!running && queue.request(id))
-                    show(id, title, token); // one that a schedule began
-                if (running && running->pair == id)
-                    progressed(done, total, current);
-            });
+        const Running latest{.pair = id,
+                             .title = title,
+                             .done = at.done,
+                             .total = at.total,
+                             .bytes = at.bytes,
+                             .fraction = at.fraction(),
+                             .current = std::string(at.current)};
+        worker.post([this, latest, token] {
+            if (!running && queue.request(latest.pair))
+                show(latest.pair, latest.title, token); // one that a schedule began
+            if (running && running->pair == latest.pair)
+                progressed(latest);
+        });
     };
 }
 
-void SyncRunner::State::progressed(int64_t done, int64_t total, const std::string& current) {
-    running->done = done;
-    running->total = total;
-    running->current = current;
+void SyncRunner::State::progressed(Running latest) {
+    latest.isStopping = running->isStopping;
+    if (running->total > 0) // the time of comparing does not count
+        latest.since = running->since;
+    running = std::move(latest);
     observers.tell();
 }
 

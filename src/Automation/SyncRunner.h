@@ -6,6 +6,7 @@
 #include "Tools/FolderSync/SyncPlan.h"
 #include "Tools/FolderSync/WatchState.h"
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -47,8 +48,12 @@ public:
         Uuid pair;
         std::string title;
         int64_t done = 0, total = 0; ///< actions; total 0 while it compares
+        int64_t bytes = 0;           ///< copied
+        double fraction = 0;         ///< 0 to 1, of actions and bytes together
         std::string current;
         bool isStopping = false;
+        std::chrono::steady_clock::time_point since =
+            std::chrono::steady_clock::now(); ///< of the first change
     };
     const std::optional<Running>& running() const;
     void stop();

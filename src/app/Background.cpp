@@ -2,8 +2,8 @@
 
 namespace vh::app {
 
-Background::Background() {
-    pool_.setMaxThreadCount(1);
+Background::Background(int threads) {
+    pool_.setMaxThreadCount(threads);
 }
 
 Background::~Background() {

@@ -31,7 +31,8 @@ public:
         uint64_t number_;
     };
 
-    Background();
+    /// With several threads a new request need not wait until the cancelled one has noticed.
+    explicit Background(int threads = 1);
     ~Background() override;
 
     /// Calls `work(task)` on a worker and then `done(std::future of its result)` on the main thread; what work threw

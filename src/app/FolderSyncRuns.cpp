@@ -9,6 +9,7 @@
 #include "app/Session.h"
 
 #include <QPointer>
+#include <chrono>
 #include <cmath>
 
 namespace vh::app {
@@ -18,7 +19,13 @@ namespace {
 using Kind = sync::SyncAction::Kind;
 using End = automation::SyncJobResult::End;
 
-constexpr double perSecond = 1000; ///< milliseconds
+/// Before that there is no telling when a sync ends.
+constexpr double leastSeconds = 2;
+constexpr double leastFraction = 0.01;
+
+double secondsSince(std::chrono::steady_clock::time_point since) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - since).count();
+}
 
 } // namespace
 
@@ -264,15 +271,12 @@ void FolderSyncViewModel::apply() {
         return;
     }
     applied_ = pair->id;
-    pace_.emplace(*actions_.plan());
-    since_.start();
     result_.reset();
     refresh();
 }
 
 void FolderSyncViewModel::finish(const Uuid& pair, const automation::SyncJobResult& result) {
     applied_.reset();
-    pace_.reset();
     const sync::SyncResult& done = result.result;
     if (result.end == End::busy) {
         say("folder-sync.another-sync-running");
@@ -326,9 +330,7 @@ bool FolderSyncViewModel::isStopping() const {
 double FolderSyncViewModel::progress() const {
     if (!isRunningSelected() || runner_.running()->total == 0)
         return -1;
-    const automation::SyncRunner::Running& running = *runner_.running();
-    return pace_ && applied_ == selected_ ? pace_->fraction(running.done)
-                                          : double(running.done) / double(running.total);
+    return runner_.running()->fraction;
 }
 
 QString FolderSyncViewModel::progressText() const {
@@ -343,16 +345,15 @@ QString FolderSyncViewModel::progressText() const {
     if (running.total == 0)
         return texts.text("sync-page.comparing");
     QStringList parts{texts.text("sync-page.done-of", {{"done", running.done}, {"total", running.total}})};
-    if (!pace_ || applied_ != selected_)
+    const double seconds = secondsSince(running.since);
+    if (seconds < leastSeconds || running.fraction < leastFraction)
         return parts.front();
-    const double seconds = double(since_.elapsed()) / perSecond;
-    if (const auto left = pace_->secondsLeft(running.done, seconds)) {
-        parts << texts.text(
-                     "sync-page.rate",
-                     {{"size",
-                       texts.sizeText(int64_t(double(pace_->bytes(running.done)) / seconds)).toStdString()}})
-              << texts.text("sync-page.left", {{"time", texts.durationText(std::ceil(*left)).toStdString()}});
+    if (running.bytes > 0) {
+        const auto rate = static_cast<int64_t>(static_cast<double>(running.bytes) / seconds);
+        parts << texts.text("sync-page.rate", {{"size", texts.sizeText(rate).toStdString()}});
     }
+    const double left = std::ceil(seconds * (1 - running.fraction) / running.fraction);
+    parts << texts.text("sync-page.left", {{"time", texts.durationText(left).toStdString()}});
     return parts.join(QStringLiteral(" · "));
 }
 

@@ -3,11 +3,9 @@
 #include "Core/Texts.h"
 #include "Core/Uuid.h"
 #include "app/Background.h"
-#include "app/FolderSyncPace.h"
 #include "app/FolderSyncPlanModel.h"
 #include "app/FolderSyncRow.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QStringList>
 #include <QTimer>
@@ -156,6 +154,9 @@ private:
     bool store(const std::function<void()>& change);
     void tellAll();
 
+    /// A comparison that hangs on a disk without answer does not hold up the next one.
+    static constexpr int threadsOfPlans = 4;
+
     AppContext& context_;
     automation::SyncRunner& runner_;
     RecordListModel<FolderSyncRow> rows_;
@@ -170,8 +171,6 @@ private:
     QString errorMessage_;
 
     std::optional<Uuid> applied_; ///< whose plan is being carried out
-    std::optional<FolderSyncPace> pace_;
-    QElapsedTimer since_;
     struct Result {
         Uuid pair;
         QString outcome;
@@ -184,7 +183,7 @@ private:
     QTimer looking_;
     QTimer soon_; ///< many changes become one look
     std::shared_ptr<void> observing_;
-    Background work_;
+    Background work_{threadsOfPlans};
 };
 
 } // namespace vh::app

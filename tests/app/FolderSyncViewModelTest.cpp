@@ -215,16 +215,5 @@ TEST_F(FolderSync, OpensAtLoginByAnEntryOfItsOwn) {
     EXPECT_THAT(said, IsEmpty());
 }
 
-TEST(FolderSyncPace, TellsTheTimeLeftByBytes) {
-    sync::SyncPlan plan;
-    for (const int64_t bytes : {900 << 20, 100 << 20})
-        plan.actions.push_back({sync::SyncAction::Kind::copy, "a", bytes});
-    const FolderSyncPace pace(plan);
-    EXPECT_NEAR(pace.fraction(1), 0.9, 0.001);
-    EXPECT_EQ(pace.secondsLeft(1, 1), std::nullopt) << "too early to say";
-    EXPECT_NEAR(*pace.secondsLeft(1, 90), 10, 0.1);
-    EXPECT_EQ(FolderSyncPace({}).fraction(0), 1);
-}
-
 } // namespace
 } // namespace vh::app::test
