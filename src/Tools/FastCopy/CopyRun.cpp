@@ -161,11 +161,15 @@ void CopyRun::emit(Emit how, const std::string& currentFile) {
     sampleRate(now);
     CopyProgress progress;
     int64_t active = 0;
-    for (size_t each = 0; each < done_.size(); ++each)
-        if (!control_.isRemoved(each)) {
-            ++active;
-            progress.bytesDone += done_[each];
-        }
+    int64_t toWrite = 0; // to whoever lacks most of those that are not paused
+    for (size_t each = 0; each < done_.size(); ++each) {
+        if (control_.isRemoved(each))
+            continue;
+        ++active;
+        progress.bytesDone += done_[each];
+        if (!control_.isPaused(each))
+            toWrite = std::max(toWrite, plan_.bytes - done_[each]);
+    }
     progress.bytesTotal = plan_.bytes * active;
     progress.filesDone = landedFiles_;
     progress.filesTotal = plan_.fileCount;
@@ -173,10 +177,9 @@ void CopyRun::emit(Emit how, const std::string& currentFile) {
     progress.bytesPerSecond = rate_;
     progress.destinationBytes = done_;
     progress.bytesPerDestination = plan_.bytes;
-    const double together = rate_ * static_cast<double>(active);
-    if (now - start_ > beforeEstimates && progress.bytesDone > progress.bytesTotal / 20 && together > 0 &&
-        progress.bytesDone < progress.bytesTotal)
-        progress.secondsRemaining = static_cast<double>(progress.bytesTotal - progress.bytesDone) / together;
+    if (now - start_ > beforeEstimates && progress.bytesDone > progress.bytesTotal / 20 && rate_ > 0 &&
+        toWrite > 0)
+        progress.secondsRemaining = static_cast<double>(toWrite) / rate_;
     progress_(progress);
 }
 
