@@ -43,7 +43,8 @@ Item {
         anchors.right: pause.left
         anchors.rightMargin: Theme.space12
         anchors.baseline: name.baseline
-        text: row.lane.state === "runs" ? row.lane.text : row.lane.stateTitle ?? ""
+        text: row.lane.state === "runs" ? row.lane.text
+            : row.isPaused ? [row.lane.stateTitle, row.lane.text].filter(text => text).join(" · ") : row.lane.stateTitle ?? ""
         color: Theme.second
         Accessible.ignored: true
     }

@@ -100,16 +100,19 @@ Card {
             width: parent.width
             height: Math.max(switches.height, buttons.height)
 
-            Flow {
+            Grid {
                 id: switches
                 anchors.left: parent.left
                 anchors.right: buttons.left
                 anchors.rightMargin: Theme.space12
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: Theme.space12
+                rowSpacing: Theme.space4
+                // Side by side where there is room.
+                columnSpacing: Theme.space24
+                columns: first.implicitWidth + login.implicitWidth + columnSpacing <= width ? 2 : 1
 
                 Row {
-                    height: Theme.fieldHeight - Theme.space4
+                    id: first
+                    height: Theme.fieldHeight
                     spacing: Theme.space8
 
                     Switch {
@@ -128,7 +131,8 @@ Card {
                     }
                 }
                 CheckBox {
-                    height: Theme.fieldHeight - Theme.space4
+                    id: login
+                    height: Theme.fieldHeight
                     visible: card.pair.watch ?? false
                     text: Tr.t("sync-page.login")
                     checked: card.folderSync.opensAtLogin
@@ -141,7 +145,6 @@ Card {
             Row {
                 id: buttons
                 anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
                 spacing: Theme.space4
 
                 Button {

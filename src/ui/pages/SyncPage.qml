@@ -136,7 +136,6 @@ Page {
             height: Math.min(implicitHeight, parent.height - y)
             visible: page.folderSync.phase === "finished"
             folderSync: page.folderSync
-            onAgain: page.folderSync.compare()
         }
         SyncPlan {
             anchors.top: failure.bottom
@@ -145,7 +144,6 @@ Page {
             width: parent.width
             visible: page.folderSync.phase !== "finished" && !failure.visible && !need.visible
             folderSync: page.folderSync
-            onCompare: page.folderSync.compare()
         }
     }
 

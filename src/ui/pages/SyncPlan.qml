@@ -9,8 +9,6 @@ Item {
 
     readonly property int rowAtWork: folderSync.rowAtWork
 
-    signal compare
-
     // What is at work stays in view, unless somebody is looking through the list.
     onRowAtWorkChanged: if (rowAtWork >= 0 && !table.list.activeFocus) table.list.positionViewAtIndex(rowAtWork, ListView.Contain)
 
@@ -107,8 +105,6 @@ Item {
                 : isAlike ? pane.folderSync.planText : Tr.t("sync-page.no-plan")
             detail: isPlanning ? Tr.t("sync-page.comparing.detail")
                 : isRunning ? "" : isAlike ? pane.folderSync.unchangedText : Tr.t("sync-page.no-plan.detail")
-            actionText: isPlanning || isRunning || unread.visible ? "" : isAlike ? Tr.t("sync-page.compare-again") : Tr.t("sync-page.compare")
-            onAction: pane.compare()
         }
         Label {
             anchors.centerIn: parent

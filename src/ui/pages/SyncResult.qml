@@ -9,8 +9,6 @@ Card {
     readonly property var result: folderSync.result
     readonly property var errors: folderSync.errors
 
-    signal again
-
     implicitHeight: head.height + (problems.visible ? problems.y - head.height + problems.wanted : 0) + 2 * padding
     Accessible.role: Accessible.AlertMessage
     Accessible.name: result.text ?? ""
@@ -42,10 +40,6 @@ Card {
             anchors.right: parent.right
             spacing: Theme.space8
 
-            Button {
-                text: Tr.t("sync-page.compare-again")
-                onClicked: card.again()
-            }
             Button {
                 kind: "quiet"
                 text: Tr.t("shell.close")
