@@ -4,7 +4,11 @@
 #include "Platform/Linux/DiskList.h"
 #include "Platform/Posix/DiskUtility.h"
 #include "Platform/RecordedMachine.h"
+#include "Platform/Volumes.h"
+#include "support/LoopDisk.h"
+#include "support/LoopVolume.h"
 
+#include <algorithm>
 #include <fmt/ranges.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -83,6 +87,45 @@ TEST(WholeDisks, areThoseWithAMediumAndSayWhatTheyAreUsedFor) {
     stick.parts = {"/dev/sdb1"};
     EXPECT_THAT(disksAmong(BlockDevices(machine.root()), mounts),
                 ElementsAre(loop, cardDisk, system, swap, stick, disc));
+}
+
+TEST(WholeDisks, shareTheMountsOfAFileSystemOfSeveral) {
+    RecordedMachine machine;
+    machine.addDisk("8:0", "pci/ata1/sda", sectors);
+    machine.addDisk("8:16", "pci/ata2/sdb", sectors);
+    machine.addPart("8:17", "pci/ata2/sdb", "sdb1");
+    machine.addDisk("8:32", "pci/ata3/sdc", sectors);
+    machine.link("../../../../devices/pci/ata1/sda", "sys/fs/btrfs/1f0c/devices/sda");
+    machine.link("../../../../devices/pci/ata2/sdb/sdb1", "sys/fs/btrfs/1f0c/devices/sdb1");
+    std::filesystem::create_directories(machine.root() + "/dev");
+    ASSERT_EQ(::mknod((machine.root() + "/dev/sda").c_str(), S_IFBLK | 0600, makedev(8, 0)), 0)
+        << "needs the right to make devices";
+    const BlockDevices devices(machine.root());
+    const auto mounts = parseMountInfo("1 0 0:41 / /usr rw - btrfs /dev/sda rw\n"
+                                       "2 1 8:32 / /data rw - ext4 /dev/sdc rw\n"
+                                       "3 1 0:42 / /data rw - tmpfs tmpfs rw\n");
+    for (const DiskFacts& disk : disksAmong(devices, mounts)) {
+        const bool isMember = disk.bsdName != "sdc";
+        EXPECT_THAT(disk.mountPoints, ElementsAre(isMember ? "/usr" : "/data")) << disk.bsdName;
+        EXPECT_EQ(disk.holdsSystem, isMember);
+        const auto own = mountsOf(disk.bsdName, devices, mounts);
+        ASSERT_EQ(own.size(), 1u) << "not what lies over it";
+        EXPECT_EQ(own.front().id, isMember ? 1u : 2u);
+    }
+}
+
+TEST(WholeDisks, leaveAloneWhatIsMountedOverThem) {
+    const LoopVolume volume(8 << 20);
+    const auto disks = wholeDisks();
+    const auto disk = std::ranges::find_if(
+        disks, [&](const DiskFacts& each) { return each.mountPoints == std::vector{volume.path()}; });
+    ASSERT_NE(disk, disks.end());
+    LoopDisk::run({"mount", "-t", "tmpfs", "none", volume.path()});
+    EXPECT_THAT([&] { unmountDisk(*disk); },
+                testing::ThrowsMessage<std::runtime_error>(HasSubstr("something else is mounted over it")));
+    LoopDisk::run({"umount", volume.path()});
+    unmountDisk(*disk);
+    EXPECT_NE(mountPointOf(volume.path()), volume.path());
 }
 
 TEST(WholeDisks, areUnmountedByWhoeverMay) {

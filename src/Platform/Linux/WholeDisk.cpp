@@ -1,10 +1,11 @@
 #include "Platform/WholeDisk.h"
 
 #include "Platform/Files.h"
+#include "Platform/Linux/BlockTree.h"
 #include "Platform/Posix/Calls.h"
+#include "Platform/Posix/PathParts.h"
 #include "Platform/Volumes.h"
 
-#include <filesystem>
 #include <fmt/format.h>
 #include <linux/fs.h>
 #include <sstream>
@@ -18,64 +19,28 @@ namespace vh {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-fs::path kernelFolderOf(uint64_t device) {
+std::string kernelFolderOf(uint64_t device) {
     return fmt::format("/sys/dev/block/{}:{}", major(device), minor(device));
-}
-
-std::vector<fs::path> entriesOf(const fs::path& folder) {
-    std::vector<fs::path> entries;
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder, error))
-        entries.push_back(entry.path());
-    return entries;
-}
-
-uint64_t deviceNumberIn(const fs::path& folder) {
-    unsigned ofMajor = 0, ofMinor = 0;
-    char colon = 0;
-    std::istringstream(readFileIfPresent((folder / "dev").string()).value_or("")) >> ofMajor >> colon >>
-        ofMinor;
-    return makedev(ofMajor, ofMinor);
-}
-
-struct Part {
-    uint64_t device;
-    fs::path folder; ///< of the kernel
-};
-
-/// The disk itself and its partitions.
-std::vector<Part> partsOf(uint64_t disk) {
-    std::vector<Part> parts{{disk, kernelFolderOf(disk)}};
-    for (const fs::path& entry : entriesOf(kernelFolderOf(disk)))
-        if (std::error_code error; fs::exists(entry / "partition", error))
-            parts.push_back({deviceNumberIn(entry), entry});
-    return parts;
 }
 
 bool isSwappedTo(uint64_t device) {
     std::istringstream table(readFileIfPresent("/proc/swaps").value_or(""));
-    for (std::string line; std::getline(table, line);) {
-        struct stat status {};
-        if (::stat(line.substr(0, line.find(' ')).c_str(), &status) == 0 && S_ISBLK(status.st_mode) &&
-            status.st_rdev == device)
+    for (std::string line; std::getline(table, line);)
+        if (blockDeviceAt(line.substr(0, line.find_first_of(" \t"))) == device)
             return true;
-    }
     return false;
 }
 
 void refuseWhatIsUsed(const std::string& device, uint64_t disk) {
     const std::vector<MountEntry> mounts = mountTable();
-    for (const Part& part : partsOf(disk)) {
-        const std::string name = part.device == disk ? device : "/dev/" + part.folder.filename().string();
+    for (const BlockNode& part : partsOf(blockNode(kernelFolderOf(disk)))) {
+        const std::string name = part.number == disk ? device : "/dev/" + part.name;
         for (const MountEntry& mount : mounts)
-            if (mount.device == part.device)
+            if (mount.device == part.number)
                 throw std::runtime_error(fmt::format("{} is mounted at {}", name, mount.path));
-        if (const auto users = entriesOf(part.folder / "holders"); !users.empty())
-            throw std::runtime_error(
-                fmt::format("{} is part of {}", name, users.front().filename().string()));
-        if (isSwappedTo(part.device))
+        if (const auto users = namesIn(joinPath(part.folder, "holders")); !users.empty())
+            throw std::runtime_error(fmt::format("{} is part of {}", name, users.front()));
+        if (isSwappedTo(part.number))
             throw std::runtime_error(name + " is used as swap space");
     }
 }
@@ -97,7 +62,7 @@ WholeDisk::WholeDisk(const std::string& device) : device_(device) {
     const struct stat status = statusOfOpen(node, device);
     if (!S_ISBLK(status.st_mode))
         throw std::runtime_error(device + " is not a disk");
-    if (std::error_code error; fs::exists(kernelFolderOf(status.st_rdev) / "partition", error))
+    if (!wordsIn(joinPath(kernelFolderOf(status.st_rdev), "partition")).empty())
         throw std::runtime_error(device + " is a part of a disk");
     refuseWhatIsUsed(device, status.st_rdev);
     file_ = std::make_unique<FileDescriptor>(claim(node, device));

@@ -7,12 +7,17 @@
 #include "Platform/Linux/BlockTree.h"
 #include "Platform/Linux/DiskList.h"
 #include "Platform/OpenFiles.h"
+#include "Platform/Posix/Calls.h"
+#include "Platform/Posix/MountOfFolder.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/Process.h"
 
 #include <algorithm>
 #include <charconv>
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <iterator>
+#include <map>
 #include <set>
 #include <sstream>
 #include <stdexcept>
@@ -52,18 +57,55 @@ public:
         for (std::string line; std::getline(table, line);)
             if (line.starts_with('/'))
                 swaps_.insert(blockDeviceAt(devices.root() + line.substr(0, line.find_first_of(" \t"))));
+        readGroups();
     }
 
     std::vector<DiskFacts> disks() const {
         std::vector<DiskFacts> all;
-        const std::string folder = devices_.root() + "/sys/block";
-        for (const std::string& name : namesIn(folder))
-            if (const BlockNode disk = blockNode(realFolder(joinPath(folder, name))); holdsMedium(disk))
+        for (const std::string& name : namesIn(folderOfDisks()))
+            if (const BlockNode disk = diskCalled(name); holdsMedium(disk))
                 all.push_back(factsOf(disk));
         return all;
     }
 
+    std::vector<MountEntry> mountsOf(const std::string& name) const {
+        std::set<uint64_t> numbers;
+        for (const BlockNode& part : partsOf(diskCalled(name))) {
+            numbers.insert(fileSystemOn(part.number));
+            for (const BlockNode& user : usersOf(part))
+                numbers.insert(fileSystemOn(user.number));
+        }
+        std::vector<MountEntry> found;
+        std::ranges::copy_if(mounts_, std::back_inserter(found), [&](const MountEntry& mount) {
+            return numbers.contains(fileSystemOn(devices_.numberOf(mount)));
+        });
+        return found;
+    }
+
 private:
+    std::string folderOfDisks() const { return devices_.root() + "/sys/block"; }
+    BlockNode diskCalled(const std::string& name) const {
+        return blockNode(realFolder(joinPath(folderOfDisks(), name)));
+    }
+
+    /// A file system of several devices is mounted by the name of one; all of them are in use then.
+    void readGroups() {
+        const std::string folder = devices_.root() + "/sys/fs/btrfs";
+        for (const std::string& group : namesIn(folder)) {
+            const std::string members = joinPath(joinPath(folder, group), "devices");
+            uint64_t first = 0;
+            for (const std::string& name : namesIn(members)) {
+                const uint64_t number = blockNode(realFolder(joinPath(members, name))).number;
+                groups_[number] = first = first == 0 ? number : first;
+            }
+        }
+    }
+    /// The number of the device that stands for the file system on this one.
+    uint64_t fileSystemOn(uint64_t device) const {
+        const auto group = groups_.find(device);
+        return group == groups_.end() ? device : group->second;
+    }
+
     bool holdsMedium(const BlockNode& disk) const {
         if (isMadeUp(disk.name) || bytesOf(disk.folder) == 0 ||
             wordsIn(joinPath(disk.folder, "hidden")) == "1")
@@ -95,7 +137,7 @@ private:
         if (swaps_.contains(node.number))
             facts.users.emplace_back("swap");
         for (const MountEntry& mount : mounts_) {
-            if (devices_.numberOf(mount) != node.number)
+            if (fileSystemOn(devices_.numberOf(mount)) != fileSystemOn(node.number))
                 continue;
             facts.isMounted = true;
             facts.mountPoints.push_back(mount.path);
@@ -134,7 +176,15 @@ private:
     const BlockDevices& devices_;
     const std::vector<MountEntry>& mounts_;
     std::set<uint64_t> swaps_;
+    std::map<uint64_t, uint64_t> groups_; ///< the first member, by every member of a file system
 };
+
+/// Its path may lead to what somebody mounted over it since.
+bool isOnTop(const MountEntry& entry) {
+    const FileDescriptor folder = openPath(entry.path, O_PATH | O_NOFOLLOW);
+    const uint64_t mount = mountOfFolder(folder.get(), statusOfOpen(folder, entry.path));
+    return mount == entry.id || mount == entry.device;
+}
 
 void unmount(const MountEntry& entry) {
     const auto words = unmountCommand(entry, isAdministrator(), findProgram("udisksctl").has_value());
@@ -153,6 +203,11 @@ std::vector<DiskFacts> disksAmong(const BlockDevices& devices, const std::vector
     return DiskSurvey(devices, mounts).disks();
 }
 
+std::vector<MountEntry> mountsOf(const std::string& bsdName, const BlockDevices& devices,
+                                 const std::vector<MountEntry>& mounts) {
+    return DiskSurvey(devices, mounts).mountsOf(bsdName);
+}
+
 std::vector<DiskFacts> wholeDisks() {
     return disksAmong(BlockDevices(), mountTable());
 }
@@ -166,11 +221,14 @@ std::vector<std::string> unmountCommand(const MountEntry& entry, bool isAdminist
 void unmountDisk(const DiskFacts& disk) {
     if (disk.holdsSystem)
         throw std::runtime_error(disk.device + " holds the running system");
-    std::vector<MountEntry> table = mountTable();
-    std::ranges::reverse(table); // what was mounted last goes first
-    for (const MountEntry& entry : table)
-        if (std::ranges::find(disk.mountPoints, entry.path) != disk.mountPoints.end())
-            unmount(entry);
+    std::vector<MountEntry> mounts = mountsOf(disk.bsdName, BlockDevices(), mountTable());
+    std::ranges::reverse(mounts); // what was mounted last goes first
+    for (const MountEntry& entry : mounts) {
+        if (!isOnTop(entry))
+            throw std::runtime_error(
+                fmt::format("{}: something else is mounted over it; unmount that first", entry.path));
+        unmount(entry);
+    }
     for (const DiskFacts& now : wholeDisks())
         if (now.device == disk.device && now.isMounted)
             throw std::runtime_error(
