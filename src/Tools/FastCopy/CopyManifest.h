@@ -26,7 +26,7 @@ struct ManifestEntry {
     HashAlgorithm algorithm = HashAlgorithm::sha256;
     std::string hash; ///< lower-case hexadecimal
     std::optional<int64_t> bytes;
-    std::optional<Date> modified;
+    std::optional<Date> modified; ///< written, not read
 };
 
 struct Manifest {

@@ -5,6 +5,7 @@
 #include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyManifest.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
@@ -14,12 +15,12 @@ namespace vh::copy {
 namespace {
 
 /// Far beyond the list of a million files.
-constexpr int64_t largestManifest = int64_t{1} << 30;
+constexpr int64_t largestManifest = int64_t{512} << 20;
 constexpr std::chrono::milliseconds reportInterval{100};
 
 std::string textOf(const SourceFile& file) {
     if (file.size() > largestManifest)
-        throw ManifestError("The list is larger than 1 GiB");
+        throw ManifestError("The list is larger than 512 MiB");
     std::string text(static_cast<size_t>(file.size()), '\0');
     text.resize(file.readAt(0, text));
     return text;
@@ -30,45 +31,48 @@ public:
     Check(const std::string& folder, Manifest manifest, const JobControl& control)
         : folder_(folder), manifest_(std::move(manifest)), control_(control) {
         found_.files = static_cast<int64_t>(manifest_.entries.size());
-        for (const ManifestEntry& entry : manifest_.entries)
-            total_ += sizeOf(entry);
     }
 
     ManifestCheck run() {
+        for (const ManifestEntry& entry : manifest_.entries)
+            if (!isStopped())
+                total_ += sizeOf(entry);
         for (const ManifestEntry& entry : manifest_.entries) {
-            const int64_t before = done_;
+            if (isStopped())
+                break;
+            const double before = done_;
             try {
                 check(entry);
             } catch (const SystemError& error) {
-                const bool isDetour = error.code() == ELOOP || error.code() == ENOTDIR;
-                if (error.code() == ENOENT)
-                    found_.missing.push_back(entry.relative);
-                else
-                    found_.unreadable.push_back(
-                        entry.relative + ": " +
-                        (isDetour ? "a link or a file stands in the way" : error.reason()));
-            }
-            if (control_.cancel.isCancelled()) {
-                found_.stopped = true;
-                break;
+                book(entry, error);
             }
             done_ = before + sizeOf(entry);
         }
+        found_.stopped = isStopped();
         return std::move(found_);
     }
 
 private:
-    /// For the bar alone.
-    int64_t sizeOf(const ManifestEntry& entry) const {
+    bool isStopped() const { return control_.cancel.isCancelled(); }
+
+    /// Bytes, for the bar alone: what a list says of sizes may be any number.
+    double sizeOf(const ManifestEntry& entry) const {
         if (entry.bytes)
-            return *entry.bytes;
+            return static_cast<double>(*entry.bytes);
         const auto status = statusOf(folder_.path() + '/' + entry.relative);
-        return status ? status->byteSize : 0;
+        return status ? static_cast<double>(status->byteSize) : 0;
+    }
+
+    void book(const ManifestEntry& entry, const SystemError& error) {
+        const bool isDetour = error.code() == ELOOP || error.code() == ENOTDIR;
+        if (error.code() == ENOENT)
+            found_.missing.push_back(entry.relative);
+        else
+            found_.unreadable.push_back(entry.relative + ": " +
+                                        (isDetour ? "a link or a file stands in the way" : error.reason()));
     }
 
     void check(const ManifestEntry& entry) {
-        if (control_.cancel.isCancelled())
-            return;
         const SourceFile file = folder_.source(entry.relative);
         if (entry.bytes && *entry.bytes != file.size()) {
             found_.differing.push_back(entry.relative);
@@ -78,11 +82,11 @@ private:
         readBlocks(file.descriptor(), file.path(), ReadFrom::medium, [&](std::string_view block) {
             hash.update(block);
             found_.bytes += static_cast<int64_t>(block.size());
-            done_ += static_cast<int64_t>(block.size());
+            done_ += static_cast<double>(block.size());
             report(entry.relative);
-            return !control_.cancel.isCancelled();
+            return !isStopped();
         });
-        if (control_.cancel.isCancelled())
+        if (isStopped())
             return; // what was half read proves nothing
         if (hash.hex() == entry.hash)
             ++found_.matching;
@@ -95,15 +99,15 @@ private:
         if (now - reported_ < reportInterval)
             return;
         reported_ = now;
-        control_.report(total_ > 0 ? static_cast<double>(done_) / static_cast<double>(total_) : -1, relative);
+        control_.report(total_ > 0 ? std::min(done_ / total_, 1.0) : -1, relative);
     }
 
     CopyFolder folder_;
     const Manifest manifest_;
     const JobControl& control_;
     ManifestCheck found_;
-    int64_t total_ = 0; ///< bytes
-    int64_t done_ = 0;
+    double total_ = 0; ///< bytes
+    double done_ = 0;
     std::chrono::steady_clock::time_point reported_{};
 };
 

@@ -18,10 +18,12 @@ namespace {
 struct Element {
     HashAlgorithm algorithm;
     std::string_view name;
+    bool isLittleEndian = false;
 };
-/// The strongest first.
+/// The strongest first; of an algorithm that has several the first is written.
 constexpr std::array elements{Element{HashAlgorithm::sha256, "sha256"}, Element{HashAlgorithm::md5, "md5"},
-                              Element{HashAlgorithm::xxhash64, "xxhash64be"}};
+                              Element{HashAlgorithm::xxhash64, "xxhash64be"},
+                              Element{HashAlgorithm::xxhash64, "xxhash64", true}};
 
 size_t rankOf(HashAlgorithm algorithm) {
     return static_cast<size_t>(std::ranges::find(elements, algorithm, &Element::algorithm) -
@@ -34,29 +36,47 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(0, text.find_last_not_of(blanks) + 1);
 }
 
+/// The digits of a number with its bytes the other way round.
+std::string turned(std::string_view hex) {
+    std::string out;
+    for (size_t at = hex.size(); at >= 2; at -= 2)
+        out += hex.substr(at - 2, 2);
+    return out;
+}
+
 class MhlParser {
 public:
     explicit MhlParser(std::string_view text) : xml_(text) {}
 
     std::vector<ManifestEntry> entries() {
-        for (;;)
-            switch (xml_.next()) {
-            case XmlReader::Piece::start:
-                begin();
-                break;
-            case XmlReader::Piece::text:
-                content_ += xml_.text();
-                break;
-            case XmlReader::Piece::end:
-                end();
-                break;
-            case XmlReader::Piece::finished:
-                return std::move(entries_);
+        try {
+            while (takePiece()) {
             }
+        } catch (const ManifestError& error) {
+            throw ManifestError(xml_.where() + error.what());
+        }
+        return std::move(entries_);
     }
 
 private:
     static constexpr size_t rootDepth = 1, fileDepth = 2, fieldDepth = 3;
+
+    bool takePiece() {
+        switch (xml_.next()) {
+        case XmlReader::Piece::start:
+            begin();
+            return true;
+        case XmlReader::Piece::text:
+            content_ += xml_.text();
+            return true;
+        case XmlReader::Piece::end:
+            end();
+            return true;
+        case XmlReader::Piece::finished:
+            return false;
+        }
+        return false;
+    }
 
     void begin() {
         content_.clear();
@@ -71,9 +91,9 @@ private:
 
     void checkRoot() const {
         if (xml_.name() != "hashlist")
-            throw ManifestError(xml_.where() + "<" + printable(xml_.name()) + "> begins no media hash list");
+            throw ManifestError("<" + printable(xml_.name()) + "> begins no media hash list");
         if (const std::string version = xml_.attribute("version"); !version.starts_with("1."))
-            throw ManifestError(xml_.where() + "version \"" + printable(version) +
+            throw ManifestError("version \"" + printable(version) +
                                 "\" of media hash lists cannot be read, only version 1");
     }
 
@@ -88,14 +108,12 @@ private:
 
     void takeField() {
         if (xml_.name() == "file")
-            entry_.relative = pathBelow(content_, xml_.where());
+            entry_.relative = pathBelow(content_);
         else if (xml_.name() == "size")
             entry_.bytes = size();
-        else if (xml_.name() == "lastmodificationdate")
-            entry_.modified = parseIso8601(trimmed(content_));
         else if (const auto found = std::ranges::find(elements, xml_.name(), &Element::name);
                  found != elements.end())
-            takeHash(found->algorithm);
+            takeHash(*found);
     }
 
     int64_t size() const {
@@ -103,29 +121,28 @@ private:
         int64_t bytes = -1;
         const auto [rest, failed] = std::from_chars(digits.data(), digits.data() + digits.size(), bytes);
         if (failed != std::errc() || rest != digits.data() + digits.size() || bytes < 0)
-            throw ManifestError(xml_.where() + "no size: " + printable(digits.substr(0, 20)));
+            throw ManifestError("no size: " + printable(digits.substr(0, 20)));
         return bytes;
     }
 
-    void takeHash(HashAlgorithm algorithm) {
-        auto hash = hashText(algorithm, trimmed(content_));
+    void takeHash(const Element& element) {
+        auto hash = hashText(element.algorithm, trimmed(content_));
         if (!hash)
-            throw ManifestError(xml_.where() + "no " + std::string(titleOf(algorithm)) +
+            throw ManifestError("no " + std::string(titleOf(element.algorithm)) +
                                 " checksum: " + printable(trimmed(content_).substr(0, 80)));
-        if (hasHash_ && rankOf(entry_.algorithm) < rankOf(algorithm))
+        if (hasHash_ && rankOf(entry_.algorithm) < rankOf(element.algorithm))
             return;
         hasHash_ = true;
-        entry_.algorithm = algorithm;
-        entry_.hash = std::move(*hash);
+        entry_.algorithm = element.algorithm;
+        entry_.hash = element.isLittleEndian ? turned(*hash) : std::move(*hash);
     }
 
     void finishFile() {
         if (entry_.relative.empty())
-            throw ManifestError(xml_.where() + "a <hash> without its <file>");
+            throw ManifestError("a <hash> without its <file>");
         if (!hasHash_)
-            throw ManifestError(xml_.where() +
-                                "no checksum of a kind that is known here (sha256, md5, "
-                                "xxhash64be) for " +
+            throw ManifestError("no checksum of a kind that is known here (sha256, md5, "
+                                "xxhash64be, xxhash64) for " +
                                 printable(entry_.relative));
         entries_.push_back(std::move(entry_));
         isInFile_ = false;

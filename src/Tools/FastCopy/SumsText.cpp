@@ -27,7 +27,7 @@ bool isHex(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-std::string unescaped(std::string_view name, const std::string& where) {
+std::string unescaped(std::string_view name) {
     std::string plain;
     for (size_t at = 0; at < name.size(); ++at) {
         if (name[at] != '\\') {
@@ -45,7 +45,7 @@ std::string unescaped(std::string_view name, const std::string& where) {
             plain += '\\';
             break;
         default:
-            throw ManifestError(where + "a backslash that stands for nothing");
+            throw ManifestError("a backslash that stands for nothing");
         }
     }
     return plain;
@@ -81,16 +81,20 @@ std::optional<Parts> taggedParts(std::string_view line) {
     return std::nullopt;
 }
 
-ManifestEntry entryOf(std::string_view line, const std::string& where) {
+ManifestEntry entryOf(std::string_view line) {
+    if (line.size() > longestLine)
+        throw ManifestError("too long");
+    if (line.find('\0') != std::string_view::npos)
+        throw ManifestError("holds a zero byte");
     const bool isEscaped = line.starts_with('\\');
     const std::string_view rest = line.substr(isEscaped ? 1 : 0);
     auto parts = plainParts(rest);
     if (!parts)
         parts = taggedParts(rest);
     if (!parts)
-        throw ManifestError(where + "no checksum and path: " + printable(line.substr(0, mostCited)));
+        throw ManifestError("no checksum and path: " + printable(line.substr(0, mostCited)));
     ManifestEntry entry;
-    entry.relative = pathBelow(isEscaped ? unescaped(parts->name, where) : std::string(parts->name), where);
+    entry.relative = pathBelow(isEscaped ? unescaped(parts->name) : std::string(parts->name));
     entry.algorithm = parts->algorithm;
     entry.hash = std::move(parts->hash);
     return entry;
@@ -119,25 +123,25 @@ std::string sumLine(HashAlgorithm algorithm, std::string_view hash, std::string_
 std::vector<ManifestEntry> parseSums(std::string_view text) {
     std::vector<ManifestEntry> entries;
     for (size_t number = 1; !text.empty(); ++number) {
-        const std::string where = fmt::format("Line {}: ", number);
         const size_t end = std::min(text.find('\n'), text.size());
         std::string_view line = text.substr(0, end);
         text.remove_prefix(std::min(end + 1, text.size()));
-        if (line.size() > longestLine)
-            throw ManifestError(where + "too long");
-        if (line.find('\0') != std::string_view::npos)
-            throw ManifestError(where + "holds a zero byte");
         if (line.ends_with('\r'))
             line.remove_suffix(1);
-        if (!line.empty() && !line.starts_with('#'))
-            entries.push_back(entryOf(line, where));
+        if (line.empty() || line.starts_with('#'))
+            continue;
+        try {
+            entries.push_back(entryOf(line));
+        } catch (const ManifestError& error) {
+            throw ManifestError(fmt::format("Line {}: {}", number, error.what()));
+        }
     }
     return entries;
 }
 
-std::string pathBelow(std::string_view path, const std::string& where) {
+std::string pathBelow(std::string_view path) {
     const auto refuse = [&](const char* why) {
-        throw ManifestError(where + why + printable(path.substr(0, mostCited)));
+        throw ManifestError(why + printable(path.substr(0, mostCited)));
     };
     if (path.starts_with('/'))
         refuse("an absolute path: ");

@@ -16,8 +16,8 @@ std::string sumLine(HashAlgorithm algorithm, std::string_view hash, std::string_
 /// Throws ManifestError.
 std::vector<ManifestEntry> parseSums(std::string_view text);
 
-/// The path without empty and "." parts. Throws ManifestError, which begins with `where`, when it leads out of a folder.
-std::string pathBelow(std::string_view path, const std::string& where);
+/// The path without empty and "." parts. Throws ManifestError when it leads out of a folder.
+std::string pathBelow(std::string_view path);
 
 /// Hexadecimal digits in lower case; nothing when there are others or not as many as the algorithm has.
 std::optional<std::string> hashText(HashAlgorithm algorithm, std::string_view text);

@@ -90,6 +90,14 @@ TEST_F(Manifests, ReadTheListsOfOtherTools) {
         "<creatorinfo><tool>hash</tool></creatorinfo><hash a='1'>" +
             hash + "<file><![CDATA[pl]]>&#x61;in</file><size>\n16 </size></hash></hashlist>\n");
     EXPECT_EQ(check(folder / "list.mhl").matching, 1);
+
+    const std::string number = hashOfFile(folder / "plain", HashAlgorithm::xxhash64);
+    std::string turned;
+    for (size_t at = number.size(); at > 0; at -= 2)
+        turned += number.substr(at - 2, 2);
+    writeFileAtomically(folder / "list.mhl", "<hashlist version=\"1.1\"><hash><file>plain</file><xxhash64>" +
+                                                 turned + "</xxhash64></hash></hashlist>");
+    EXPECT_EQ(check(folder / "list.mhl").matching, 1);
 }
 
 TEST_F(Manifests, ListOnlyWhatWasVerifiedUnderANameThatIsFree) {
@@ -197,6 +205,14 @@ TEST(ManifestText, RefusesWhatIsNoListAndSaysWhere) {
         deep += "<hashlist version=\"1.1\">";
     EXPECT_THROW(parseManifest(deep), ManifestError);
     EXPECT_EQ(parseManifest(whole).entries.size(), 1u);
+}
+
+TEST(ManifestText, IsReadInTimeThatGrowsWithItsLengthOnly) {
+    constexpr int files = 100'000; // minutes, if the lines before each were counted
+    std::string list = "<hashlist version=\"1.1\">\n";
+    for (int i = 0; i < files; ++i)
+        list += fmt::format("<hash><file>{}</file>\n<md5>83878c91171338902e0fe0fb97a8c47a</md5></hash>\n", i);
+    EXPECT_EQ(parseManifest(list + "</hashlist>").entries.size(), files);
 }
 
 } // namespace vh::copy::test
