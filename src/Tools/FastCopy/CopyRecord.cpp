@@ -31,6 +31,17 @@ void addCount(std::string& text, const Texts& texts, const char* key, int64_t co
         text += " " + texts.text(key, {{"count", count}});
 }
 
+/// What a person might take the lists for and they are not.
+void addNotes(std::string& text, const CopyLists& lists, const CopyReport& report, const Texts& texts) {
+    if (!lists.asked || report.outcome == CopyOutcome::stopped)
+        return;
+    if (report.totalSkipped() > 0)
+        text += " " + texts.text("fast-copy.manifest.unlisted");
+    if (!lists.written.empty() && *lists.asked == ManifestKind::mhl &&
+        report.algorithm == HashAlgorithm::sha256)
+        text += " " + texts.text("fast-copy.manifest.beyond-mhl");
+}
+
 Outcome runOutcomeOf(CopyOutcome outcome) {
     switch (outcome) {
     case CopyOutcome::completed:
@@ -80,17 +91,18 @@ std::string summaryOf(const ManifestCheck& check, const Texts& texts) {
     return text;
 }
 
-RunRecord finishRun(RunJournal& run, const CopyReport& report, const std::vector<std::string>& manifests,
-                    const Texts& texts) {
+RunRecord finishRun(RunJournal& run, const CopyReport& report, const CopyLists& lists, const Texts& texts) {
+    std::string summary = summaryOf(report, texts);
+    addNotes(summary, lists, report, texts);
     const std::vector<std::string> problems = report.problems();
     const RunDetails details{
         {RunDetail::files, std::to_string(report.totalWritten())},
         {RunDetail::bytes, std::to_string(report.bytesWritten())},
         {RunDetail::verified, std::to_string(report.totalVerified())},
         {RunDetail::failed, std::to_string(report.totalFailed() + report.totalMismatched())},
-        {RunDetail::output, joinList(manifests)},
+        {RunDetail::output, joinList(lists.written)},
         {RunDetail::errors, firstLines(problems)}};
-    return run.finish(runOutcomeOf(report.outcome), summaryOf(report, texts),
+    return run.finish(runOutcomeOf(report.outcome), std::move(summary),
                       {{RunMetric::filesCopied, static_cast<double>(report.totalWritten())},
                        {RunMetric::bytesCopied, static_cast<double>(report.bytesWritten())},
                        {RunMetric::errors, static_cast<double>(problems.size())}},

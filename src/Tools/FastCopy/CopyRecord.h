@@ -5,6 +5,7 @@
 #include "Tools/FastCopy/CopyManifest.h"
 #include "Tools/FastCopy/CopyReport.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,9 +25,14 @@ RunDetails detailsOf(const std::vector<std::string>& sources, const std::vector<
 std::string summaryOf(const CopyReport& report, const Texts& texts);
 std::string summaryOf(const ManifestCheck& check, const Texts& texts);
 
+/// The lists of checksums of a copy.
+struct CopyLists {
+    std::optional<ManifestKind> asked;
+    std::vector<std::string> written; ///< paths
+};
+
 /// Finishes the run with what was done.
-RunRecord finishRun(RunJournal& run, const CopyReport& report, const std::vector<std::string>& manifests,
-                    const Texts& texts);
+RunRecord finishRun(RunJournal& run, const CopyReport& report, const CopyLists& lists, const Texts& texts);
 RunRecord finishRun(RunJournal& run, const ManifestCheck& check, const Texts& texts);
 
 /// The list of a copy's files: from where, and where each lies now.

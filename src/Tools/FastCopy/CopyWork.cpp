@@ -22,12 +22,12 @@ RunRecord finishFailed(RunJournal& run, const std::string& error) {
     return run.finish(Outcome::failed, printable(error), {{RunMetric::errors, 1}});
 }
 
-/// Stopped before anything was copied.
-CopyReport emptyReport(const CopyRequest& request) {
+/// Over before anything was copied.
+CopyReport emptyReport(const CopyRequest& request, const CopyOptions& options, CopyOutcome outcome) {
     CopyReport report;
-    report.outcome = CopyOutcome::stopped;
-    report.verifyRequested = request.options.verifies();
-    report.algorithm = request.options.algorithm;
+    report.outcome = outcome;
+    report.verifyRequested = options.verifies();
+    report.algorithm = options.algorithm;
     for (const std::string& path : request.destinations) {
         report.destinations.emplace_back();
         report.destinations.back().path = path;
@@ -47,7 +47,7 @@ std::vector<std::string> writeManifests(CopyReport& report, ManifestKind kind, D
             if (!written.path.empty())
                 paths.push_back(std::move(written.path));
             std::ranges::move(written.leftOut, std::back_inserter(destination.problems));
-        } catch (const SystemError& error) {
+        } catch (const std::exception& error) { // whatever it is, what was copied stays told
             destination.problems.push_back("the list of checksums could not be written (" +
                                            std::string(error.what()) + ")");
         }
@@ -84,15 +84,14 @@ CopyResult runCopy(const CopyRequest& request, const std::string& stateFolder, c
         if (request.manifest && result.report.outcome != CopyOutcome::stopped)
             result.manifests = writeManifests(result.report, *request.manifest, runs.log.now());
     } catch (const Cancelled&) {
-        result.report = emptyReport(request);
+        result.report = emptyReport(request, options, CopyOutcome::stopped);
     } catch (const std::exception& error) {
-        result.report = emptyReport(request);
-        result.report.outcome = CopyOutcome::failed;
+        result.report = emptyReport(request, options, CopyOutcome::failed);
         result.error = error.what();
         result.record = finishFailed(*run, result.error);
         return result;
     }
-    result.record = finishRun(*run, result.report, result.manifests, texts);
+    result.record = finishRun(*run, result.report, {request.manifest, result.manifests}, texts);
     result.trackingFailure = run->failure();
     saveRows(result, request, runs);
     return result;

@@ -15,9 +15,11 @@
 namespace vh::copy::test {
 
 namespace fs = std::filesystem;
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 /// A source, two places for it and a log of runs.
 class CopyWork : public testing::Test {
@@ -71,6 +73,17 @@ TEST_F(CopyWork, TellsOfFilesThatAManifestCannotName) {
     EXPECT_EQ(result.record.outcome, Outcome::warning);
     EXPECT_THAT(result.report.problems(), ElementsAre(HasSubstr("source/latin-\\xE9: a media hash list")));
     EXPECT_EQ(checkManifest(result.manifests.at(0), {}).files, 2);
+}
+
+TEST_F(CopyWork, SaysWhatAManifestThatWasAskedForDoesNotList) {
+    const CopyRequest request{{source}, {places[0]}, {}, ManifestKind::mhl};
+    const std::string beyond = "no place of their own for SHA-256",
+                      there = "What was there already was not read";
+    const std::string fresh = run(request).record.summary;
+    EXPECT_THAT(fresh, AllOf(HasSubstr(beyond), Not(HasSubstr(there))));
+    const CopyResult again = run(request);
+    EXPECT_THAT(again.manifests, IsEmpty());
+    EXPECT_THAT(again.record.summary, AllOf(HasSubstr(there), Not(HasSubstr(beyond))));
 }
 
 TEST_F(CopyWork, RecordsWhatCouldNotBeginAndWhatWasStopped) {
