@@ -77,7 +77,9 @@ private:
         plan_ = planDiskCopy(request_, first_, jobs_, folders_, runs_.log.now(), texts_);
         if (isStopped())
             throw Cancelled();
-        unmount();
+        unmount(); // who unmounts may be asked for a password, and think better of it meanwhile
+        if (isStopped())
+            throw Cancelled();
         const std::string id = jobs_.start({helper::DeviceJobKind::image, plan_.disk.device, plan_.image});
         result_.imagePath = plan_.image;
         watch(id);

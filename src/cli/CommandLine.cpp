@@ -9,6 +9,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 
 namespace vh::cli {
 
@@ -89,9 +90,19 @@ Exit CommandLine::perform() {
         complain(printable(error.text(session_.texts())));
         return Exit::failed;
     } catch (const std::exception& error) {
-        complain(error.what());
+        complain(printable(error.what()));
         return Exit::failed;
     }
+}
+
+std::string absolutePath(const std::string& word) {
+    namespace fs = std::filesystem;
+    fs::path path = fs::absolute(word);
+    if (std::ranges::find(path, fs::path("..")) != path.end()) // behind a link it leads elsewhere
+        path = path.filename() == ".." ? fs::weakly_canonical(path)
+                                       : fs::weakly_canonical(path.parent_path()) / path.filename();
+    path = path.lexically_normal();
+    return (path.has_filename() || path == path.root_path() ? path : path.parent_path()).string();
 }
 
 } // namespace vh::cli

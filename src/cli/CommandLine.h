@@ -58,6 +58,9 @@ private:
     bool json_ = false;
 };
 
+/// A path from the command line, absolute and without a slash at its end.
+std::string absolutePath(const std::string& word);
+
 /// One noun of the command line: a row in the table of Commands.cpp and a file of its own.
 struct Command {
     std::string_view noun;

@@ -10,7 +10,6 @@
 #include "cli/Reply.h"
 
 #include <algorithm>
-#include <filesystem>
 
 namespace vh::cli {
 
@@ -29,11 +28,10 @@ struct CopyWords {
     bool unmount = false;
 };
 
-std::vector<std::string> absolutePaths(const std::vector<std::string>& paths) {
-    std::vector<std::string> all;
-    for (const std::string& each : paths)
-        all.push_back(std::filesystem::absolute(each).lexically_normal().string());
-    return all;
+std::vector<std::string> absolutePaths(std::vector<std::string> paths) {
+    for (std::string& each : paths)
+        each = absolutePath(each);
+    return paths;
 }
 
 CopyOptions optionsOf(const CopyWords& words) {
@@ -55,8 +53,8 @@ CopyResult runWithBars(Context& context, const CopyRequest& request) {
         context.cancel);
 }
 
-Exit copyFiles(Context& context, const CopyWords& words) {
-    const Texts& texts = context.session.texts();
+/// The words as a copy of files, or of one disk.
+CopyRequest requestOf(const CopyWords& words, const Texts& texts) {
     const auto isMissing = [](const std::vector<std::string>& paths) {
         return paths.empty() || std::ranges::find(paths, "") != paths.end();
     };
@@ -65,19 +63,30 @@ Exit copyFiles(Context& context, const CopyWords& words) {
     CopyRequest request{absolutePaths(words.sources), absolutePaths(words.destinations), optionsOf(words)};
     if (!words.manifest.empty())
         request.manifest = fromRaw<ManifestKind>(words.manifest);
+    const bool isDisk = holdsDisk(request.sources);
+    if (isDisk && request.manifest)
+        throw UsageError(texts.text("cli.copy.disk-manifest"));
+    if (!isDisk && words.unmount)
+        throw UsageError(texts.text("cli.copy.unmount-disk"));
+    return request;
+}
+
+Exit copyFiles(Context& context, const CopyWords& words) {
+    const Texts& texts = context.session.texts();
+    const CopyRequest request = requestOf(words, texts);
     if (holdsDisk(request.sources))
         return copyDisk(context, request.sources, request.destinations, request.options, words.unmount);
     const CopyResult result = runWithBars(context, request);
-    if (!result.error.empty()) {
+    if (!result.error.empty())
         complain(printable(result.error));
-        return exitOf(result.record.outcome);
-    }
     if (!result.trackingFailure.empty())
         complain(texts.text("cli.copy.untracked", {{"reason", printable(result.trackingFailure)}}));
     if (context.format == Format::json) {
         printJson(result.report);
         return exitOf(result.record.outcome);
     }
+    if (!result.error.empty())
+        return exitOf(result.record.outcome);
     for (const std::string& problem : result.report.problems())
         complain(printable(problem));
     print(result.record.summary + "\n");

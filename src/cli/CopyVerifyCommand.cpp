@@ -6,8 +6,6 @@
 #include "cli/CommandLine.h"
 #include "cli/Reply.h"
 
-#include <filesystem>
-
 namespace vh::cli {
 
 namespace {
@@ -25,7 +23,7 @@ Exit verifyCopy(Context& context, const std::string& manifest) {
     app::Session& session = context.session;
     if (manifest.empty())
         throw UsageError(session.texts().text("cli.copy.verify-or-copy"));
-    const std::string path = std::filesystem::absolute(manifest).lexically_normal().string();
+    const std::string path = absolutePath(manifest);
     const copy::CheckResult result = [&] {
         ProgressLine line;
         return copy::runManifestCheck(path, Trigger::manual, session.runStores(), session.texts(),

@@ -135,11 +135,7 @@ DiskCopyResult run(Context& context, const automation::DiskCopyRequest& request)
     return automation::runDiskCopy(
         request, automation::DeviceJobs::of(session.helper()), session.folders(), session.runStores(),
         session.texts(), std::make_shared<copy::CopyControl>(),
-        [&](const DiskCopyProgress& progress) {
-            if (context.format == Format::people)
-                bars.show(image.of(progress));
-        },
-        context.cancel);
+        [&](const DiskCopyProgress& progress) { bars.show(image.of(progress)); }, context.cancel);
 }
 
 } // namespace

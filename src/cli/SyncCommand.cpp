@@ -2,25 +2,14 @@
 
 #include "Core/Printable.h"
 #include "app/Session.h"
+#include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/NamedThing.h"
-
-#include <filesystem>
 
 namespace vh::cli {
 
 using sync::SyncPair;
 using sync::SyncPairStore;
-
-namespace {
-
-/// Without a slash at its end.
-std::string absoluteFolder(const std::string& word) {
-    const auto path = std::filesystem::absolute(word).lexically_normal();
-    return path.has_filename() || path == path.root_path() ? path.string() : path.parent_path().string();
-}
-
-} // namespace
 
 SyncPairStore pairStore(Context& context) {
     return SyncPairStore(SyncPairStore::fileIn(context.session.folders()));
@@ -49,8 +38,8 @@ SyncPair FolderWords::pair(const Texts& texts) const {
     if (source.empty() || destination.empty())
         throw UsageError(texts.text("cli.sync.what"));
     SyncPair pair;
-    pair.source = absoluteFolder(source);
-    pair.destination = absoluteFolder(destination);
+    pair.source = absolutePath(source);
+    pair.destination = absolutePath(destination);
     pair.deleteExtraneous = deletes;
     pair.compareContents = contents;
     return pair;
