@@ -1,5 +1,6 @@
 #include "Automation/SyncJob.h"
 
+#include "Automation/SyncWatchFile.h"
 #include "Core/CleanState.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
@@ -11,7 +12,6 @@
 #include "Tools/FolderSync/SyncEngine.h"
 #include "Tools/FolderSync/SyncPairStore.h"
 #include "Tools/FolderSync/SyncRecord.h"
-#include "Tools/FolderSync/WatchCheck.h"
 
 #include <algorithm>
 #include <chrono>
@@ -161,6 +161,7 @@ public:
 private:
     FileLock takeTurn() const;
     SyncJobResult runInTurn();
+    std::optional<WatchState> blocker() const;
     SyncJobResult block(const WatchState& state);
     SyncJobResult hold(const SyncPlan& plan);
     SyncJobResult perform(const SyncPlan& plan);
@@ -209,12 +210,14 @@ FileLock SyncRun::takeTurn() const {
 
 SyncJobResult SyncRun::runInTurn() {
     control_.throwIfCancelled();
-    if (const auto state = WatchCheck::blocker(request_.pair))
+    if (const auto state = blocker())
         return block(*state);
     if (request_.plan)
         return perform(*request_.plan);
     control_.report(-1, titled("folder-sync.comparing"));
     const SyncPlan plan = SyncEngine::plan(request_.pair, control_.cancel);
+    if (const auto state = blocker()) // of a disk that went meanwhile an empty folder is left
+        return block(*state);
     if (plan.isEmpty()) {
         SyncJobResult result = end(End::upToDate, titled("folder-sync.up-to-date-line"));
         return request_.logsNothingToDo ? logged(std::move(result), Outcome::success) : result;
@@ -222,6 +225,13 @@ SyncJobResult SyncRun::runInTurn() {
     if (!request_.isAttended && AutoSyncGuard::holds(plan))
         return hold(plan);
     return perform(plan);
+}
+
+/// A person who looks at the plan may sync what was on a disk before.
+std::optional<WatchState> SyncRun::blocker() const {
+    const SyncMounts before =
+        request_.isAttended ? SyncMounts() : SyncWatchFile(world_.folders).mountsOf(request_.pair);
+    return lookAt(request_.pair, before).blocker;
 }
 
 SyncJobResult SyncRun::block(const WatchState& state) {
@@ -260,6 +270,8 @@ SyncJobResult SyncRun::perform(const SyncPlan& plan) {
                                     metricsOf(result.result, tracking.bytesCopied()),
                                     detailsOf(result.result, tracking.bytesCopied()));
     result.trackingFailure = journal->failure();
+    if (request_.isAttended && !result.result.stopped)
+        SyncWatchFile(world_.folders).approve(request_.pair.id);
     return result;
 }
 

@@ -61,7 +61,9 @@ void SyncRunner::State::followNews() {
 void SyncRunner::State::newsCame() {
     if (store.load() != known)
         pairsChanged();
-    else if (!watch)
+    else if (watch)
+        watch->takeApprovals();
+    else
         observers.tell();
 }
 
@@ -95,9 +97,10 @@ void SyncRunner::State::begin(SyncJobRequest request, const Ended& ended) {
     const JobControl control;
     show(request.pair.id, request.pair.title(), control.cancel);
     showProgress(request, control.cancel);
+    const auto asked = std::make_shared<SyncJobRequest>(std::move(request)); // its plan may be large
     const auto result = std::make_shared<SyncJobResult>();
-    worker.run([this, request, control, result] { *result = runSync(request, world, control); },
-               [this, request, result, ended] { finished(request, *result, ended); });
+    worker.run([this, asked, control, result] { *result = runSync(*asked, world, control); },
+               [this, asked, result, ended] { finished(*asked, *result, ended); });
     observers.tell();
 }
 
@@ -207,6 +210,10 @@ void SyncRunner::remove(const Uuid& pair) {
     });
     state_->results.erase(pair);
     state_->pairsChanged();
+}
+
+void SyncRunner::approve(const Uuid& pair) {
+    state_->file.approve(pair);
 }
 
 bool SyncRunner::apply(sync::SyncPlan plan, const SyncPair& pair, Trigger trigger, Ended ended) {

@@ -37,6 +37,8 @@ public:
     void put(const sync::SyncPair& pair); ///< new, or in the place of the one with its identifier
     void remove(const Uuid& pair);        ///< the folders stay
 
+    /// A person has seen that there is nothing to do for the pair; it is no longer held.
+    void approve(const Uuid& pair);
     /// Carries out a plan that a person has approved; `ended` is called on the main thread. False when another one runs.
     bool apply(sync::SyncPlan plan, const sync::SyncPair& pair, Trigger trigger,
                std::function<void(const SyncJobResult&)> ended = {});

@@ -1,8 +1,6 @@
 #include "Automation/SyncWatch.h"
 
 #include "Platform/SystemError.h"
-#include "Platform/Volumes.h"
-#include "Tools/FolderSync/WatchCheck.h"
 
 #include <algorithm>
 #include <chrono>
@@ -28,28 +26,11 @@ bool isAlike(const SyncPair& a, const SyncPair& b) {
            a.deleteExtraneous == b.deleteExtraneous && a.compareContents == b.compareContents;
 }
 
-bool isIn(const std::string& path, const std::string& folder) {
-    return path == folder || path.starts_with(folder == "/" ? folder : folder + "/");
-}
-
-std::string mountOf(const std::string& folder) {
-    try {
-        return mountPointOf(folder);
-    } catch (const SystemError&) {
-        return {};
-    }
-}
-
-/// Whether a disk that was there is not: its empty mount point must not be taken for its content.
-bool isUnmounted(const std::string& before, const std::string& now) {
-    return !before.empty() && now != before && isIn(before, now);
-}
-
 } // namespace
 
 WatchState SyncWatch::Watched::state() const {
     if (hold)
-        return WatchState::held(hold->deletes);
+        return WatchState::held(*hold);
     if (!syncFailure.empty())
         return WatchState::failed(syncFailure);
     if (blocker)
@@ -93,6 +74,7 @@ void SyncWatch::reconcile(bool catchUp) {
         if (isWatched(each))
             adopt(each);
     left_.clear();
+    takeApprovals();
     for (auto& [id, each] : watched_)
         look(each, catchUp);
     publish();
@@ -109,26 +91,9 @@ void SyncWatch::adopt(const SyncPair& pair) {
     if (const auto left = left_.find(pair.id); left != left_.end() && isAlike(left->second.pair, pair)) {
         const SyncWatchNote& note = left->second;
         if (note.state.kind == WatchState::Kind::held)
-            watched.hold = {note.pair, note.state.deletes};
+            watched.hold = note.state.deletes;
         watched.mounts = {note.sourceMount, note.destinationMount};
     }
-    // Somebody looked at it and approved, wherever that was.
-    if (watched.hold && watched.hold->pair.lastSync != pair.lastSync)
-        watched.hold.reset();
-}
-
-SyncWatch::Look SyncWatch::lookAt(const SyncPair& pair, const Mounts& before) {
-    Look look{sync::WatchCheck::blocker(pair), before};
-    if (look.blocker)
-        return look;
-    const Mounts now{mountOf(pair.source), mountOf(pair.destination)};
-    if (isUnmounted(before.source, now.source))
-        look.blocker = WatchState{WatchState::Kind::waitingForSource, {}, 0};
-    else if (isUnmounted(before.destination, now.destination))
-        look.blocker = WatchState{WatchState::Kind::waitingForDestination, {}, 0};
-    else
-        look.mounts = now;
-    return look;
 }
 
 void SyncWatch::look(Watched& watched, bool catchUp) {
@@ -138,12 +103,12 @@ void SyncWatch::look(Watched& watched, bool catchUp) {
         return;
     }
     watched.look = ++looks_;
-    const auto found = std::make_shared<Look>();
+    const auto found = std::make_shared<SyncLook>();
     worker_.run([pair = watched.pair, mounts = watched.mounts, found] { *found = lookAt(pair, mounts); },
                 [this, id = watched.pair.id, number = watched.look, found] { looked(id, number, *found); });
 }
 
-void SyncWatch::looked(const Uuid& pair, uint64_t number, const Look& seen) {
+void SyncWatch::looked(const Uuid& pair, uint64_t number, const SyncLook& seen) {
     Watched* const watched = find(pair);
     if (!watched || watched->look != number) // it was of the pair as it was before
         return;
@@ -204,6 +169,7 @@ void SyncWatch::rootChanged(const Uuid& pair) {
 void SyncWatch::failed(const Uuid& pair, const SystemError& why) {
     Watched& watched = *find(pair);
     watched.watcher.reset();
+    watched.isDirty = watched.isDirty || watched.watchFailure.empty(); // what it saw last, it did not tell
     const Texts texts = world_.texts();
     if (const auto* reached = dynamic_cast<const WatchLimitReached*>(&why))
         watched.watchFailure =
@@ -221,6 +187,16 @@ void SyncWatch::askForSync(Watched& watched) {
         return;
     watched.isDirty = true;
     owner_.sync(watched.pair.id);
+}
+
+void SyncWatch::takeApprovals() {
+    for (auto& [id, each] : watched_)
+        if (each.hold && file_.takeApproval(id)) {
+            each.hold.reset();
+            each.isDirty = true; // something may have changed while it was held
+            look(each, false);
+            publish();
+        }
 }
 
 void SyncWatch::mountsChanged(const std::set<std::string>& mounted, const std::set<std::string>& unmounted) {
@@ -254,17 +230,16 @@ bool SyncWatch::ended(const SyncJobRequest& request, const SyncJobResult& result
     const bool wasHeld = watched->hold.has_value();
     switch (result.end) {
     case End::done:
-        if (!result.result.stopped) {
-            watched->hold.reset();
+        if (!result.result.stopped)
             watched->syncFailure = result.result.errors.empty() ? "" : result.message;
-        }
         break;
     case End::upToDate:
         watched->hold.reset();
         watched->syncFailure.clear();
         break;
     case End::held:
-        watched->hold = {watched->pair, result.state ? result.state->deletes : 0};
+        file_.takeApproval(request.pair.id); // one from before
+        watched->hold = result.state ? result.state->deletes : 0;
         watched->syncFailure.clear();
         break;
     case End::failed:
@@ -294,9 +269,8 @@ std::map<Uuid, WatchState> SyncWatch::states() const {
 void SyncWatch::publish() {
     std::vector<SyncWatchNote> notes;
     for (const auto& [id, each] : watched_)
-        if (each.isKnown || each.hold)
-            notes.push_back({each.hold ? each.hold->pair : each.pair, each.state(), each.mounts.source,
-                             each.mounts.destination});
+        if (each.isKnown || each.hold || !each.mounts.source.empty())
+            notes.push_back({each.pair, each.state(), each.mounts.source, each.mounts.destination});
     file_.write(notes);
     if (std::map<Uuid, WatchState> now = states(); now != told_) {
         told_ = std::move(now);

@@ -3,6 +3,7 @@
 #include "Automation/AutomationWorld.h"
 #include "Automation/FolderWatcher.h"
 #include "Automation/SyncJob.h"
+#include "Automation/SyncLook.h"
 #include "Automation/SyncOccasions.h"
 #include "Automation/SyncWatchFile.h"
 #include "Automation/Worker.h"
@@ -34,25 +35,20 @@ public:
     void reconcile(bool catchUp);
     /// What changes from now on is for the sync after this one.
     void begins(const Uuid& pair);
+    /// Lets go of the held ones that a person has looked at, in whatever process.
+    void takeApprovals();
     /// True when it is held and was not before.
     bool ended(const SyncJobRequest& request, const SyncJobResult& result);
     std::map<Uuid, sync::WatchState> states() const;
 
 private:
-    struct Mounts {
-        std::string source, destination;
-    };
-    struct Hold {
-        sync::SyncPair pair; ///< as it was then
-        int64_t deletes = 0;
-    };
     struct Watched {
         sync::SyncPair pair;
         std::unique_ptr<FolderWatcher> watcher;
         std::optional<sync::WatchState> blocker;
-        std::optional<Hold> hold;
+        std::optional<int64_t> hold; ///< so many would be removed
         std::string syncFailure, watchFailure;
-        Mounts mounts;          ///< where its folders were when it was last well
+        SyncMounts mounts;      ///< where its folders were when it was last well
         bool isDirty = false;   ///< changed since its last sync began
         bool catchesUp = false; ///< is to be synced whether it changed or not
         bool isKnown = false;   ///< was looked at
@@ -62,16 +58,10 @@ private:
 
         sync::WatchState state() const;
     };
-    struct Look {
-        std::optional<sync::WatchState> blocker;
-        Mounts mounts;
-    };
-
-    static Look lookAt(const sync::SyncPair& pair, const Mounts& before);
     Watched* find(const Uuid& pair);
     void adopt(const sync::SyncPair& pair);
     void look(Watched& watched, bool catchUp);
-    void looked(const Uuid& pair, uint64_t number, const Look& seen);
+    void looked(const Uuid& pair, uint64_t number, const SyncLook& seen);
     void startWatcher(Watched& watched);
     void started(const Uuid& pair);
     void changed(const Uuid& pair);

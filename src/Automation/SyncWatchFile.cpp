@@ -3,7 +3,10 @@
 #include "Core/Codec.h"
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"
+#include "Platform/Removal.h"
 #include "Platform/SystemError.h"
+
+#include <algorithm>
 
 namespace vh::automation {
 
@@ -12,7 +15,8 @@ std::string leadLockOf(const Folders& folders) {
 }
 
 SyncWatchFile::SyncWatchFile(const Folders& folders)
-    : leadLock_(leadLockOf(folders)), file_(folders.data + "/Varnholt/FolderSync/watch.json") {}
+    : leadLock_(leadLockOf(folders)), folder_(folders.data + "/Varnholt/FolderSync"),
+      file_(folder_ + "/watch.json") {}
 
 bool SyncWatchFile::isLed() const {
     try {
@@ -32,12 +36,44 @@ std::vector<SyncWatchNote> SyncWatchFile::notes() const {
     return {};
 }
 
+SyncMounts SyncWatchFile::mountsOf(const sync::SyncPair& pair) const {
+    for (SyncWatchNote& each : notes())
+        if (each.pair.id == pair.id && each.pair.source == pair.source &&
+            each.pair.destination == pair.destination)
+            return {std::move(each.sourceMount), std::move(each.destinationMount)};
+    return {};
+}
+
+void SyncWatchFile::approve(const Uuid& pair) const {
+    const auto isHeld = [&](const SyncWatchNote& each) {
+        return each.pair.id == pair && each.state.kind == sync::WatchState::Kind::held;
+    };
+    try {
+        if (std::ranges::any_of(notes(), isHeld))
+            writeFileAtomically(approvalOf(pair), "");
+    } catch (const SystemError&) {
+        // It stays held, as everybody sees, until it is run by hand again.
+    }
+}
+
+bool SyncWatchFile::takeApproval(const Uuid& pair) const {
+    try {
+        const std::string file = approvalOf(pair);
+        if (!statusOf(file))
+            return false;
+        removePermanently(file);
+        return true;
+    } catch (const SystemError&) {
+        return false;
+    }
+}
+
 void SyncWatchFile::write(const std::vector<SyncWatchNote>& notes) {
     std::string text = encodeJson(notes) + "\n";
     if (text == written_)
         return;
     try {
-        makeFolders(file_.substr(0, file_.rfind('/')));
+        makeFolders(folder_);
         writeFileAtomically(file_, text);
         written_ = std::move(text);
     } catch (const SystemError&) {

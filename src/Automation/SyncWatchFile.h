@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Automation/SyncLook.h"
 #include "Core/Describe.h"
 #include "Platform/Folders.h"
 #include "Tools/FolderSync/SyncPair.h"
@@ -14,7 +15,7 @@ namespace automation {
 
 /// What the process that leads says of a watched pair.
 struct SyncWatchNote {
-    sync::SyncPair pair; ///< of a held one: as it was when it was held
+    sync::SyncPair pair;
     sync::WatchState state;
     /// The mount points that its folders were in when it was last well; empty before.
     std::string sourceMount, destinationMount;
@@ -30,11 +31,20 @@ public:
     bool isLed() const;
     /// What was written last, also by one that leads no longer; empty when it cannot be read.
     std::vector<SyncWatchNote> notes() const;
+    /// Where the folders of that pair were when it was last well.
+    SyncMounts mountsOf(const sync::SyncPair& pair) const;
+    /// A person has looked at the plan of that pair: where it is held, it no longer is. Any process.
+    void approve(const Uuid& pair) const;
+    /// Whether somebody has, since this was asked last. The process that leads.
+    bool takeApproval(const Uuid& pair) const;
     /// Only the process that leads calls it; what cannot be written is not said to the others.
     void write(const std::vector<SyncWatchNote>& notes);
 
 private:
+    std::string approvalOf(const Uuid& pair) const { return folder_ + "/" + pair.text() + ".approved"; }
+
     const std::string leadLock_;
+    const std::string folder_;
     const std::string file_;
     std::string written_;
 };

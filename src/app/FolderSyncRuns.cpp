@@ -122,6 +122,7 @@ void FolderSyncViewModel::failToPlan(const std::exception& error) {
 void FolderSyncViewModel::goOn() {
     const auto& plan = actions_.plan();
     if (plan->isEmpty()) {
+        runner_.approve(*planned_);
         emit said(context_.texts().text("folder-sync.toast-up-to-date") + u' ' +
                   context_.texts().text("folder-sync.nothing-to-do"));
     } else if (plan->deletes() < 1) {

@@ -1,4 +1,5 @@
 #include "Automation/SyncJob.h"
+#include "Automation/SyncWatchFile.h"
 #include "Core/ByteFormat.h"
 #include "Core/Printable.h"
 #include "Platform/Terminal.h"
@@ -209,6 +210,7 @@ Exit applyPlan(Context& context, const RunWords& words) {
     if (!plan)
         return Exit::failed;
     if (plan->isEmpty()) {
+        automation::SyncWatchFile(context.session.folders()).approve(pair->id);
         if (context.format == Format::json)
             printJson(SyncResult());
         else

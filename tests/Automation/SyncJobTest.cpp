@@ -1,5 +1,6 @@
 #include "Automation/SyncJob.h"
 
+#include "Automation/SyncWatchFile.h"
 #include "Automation/TestWorld.h"
 #include "Core/RunUndo.h"
 #include "Platform/FileLock.h"
@@ -8,6 +9,7 @@
 #include "Tools/FolderSync/SyncPairStore.h"
 #include "support/ChildWork.h"
 #include "support/FileTree.h"
+#include "support/LoopDisk.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -176,6 +178,29 @@ TEST_F(SyncJobTest, SaysWhyNothingWasDone) {
         held.reset();
     }
     EXPECT_EQ(std::distance(fs::directory_iterator(pair.destination), {}), 20) << "held back means untouched";
+}
+
+TEST_F(SyncJobTest, TakesNoEmptyMountPointForAnEmptySource) {
+    write("disk/file", "1");
+    write("destination/file", "1");
+    vh::test::LoopDisk::run({"mount", "--bind", dir / "disk", pair.source});
+    bool isMounted = true;
+    const auto unmount = [&] {
+        if (std::exchange(isMounted, false))
+            vh::test::LoopDisk::run({"umount", pair.source});
+    };
+    SyncWatchFile(world.folders).write({{pair, {}, pair.source, {}}});
+    askUnattended(true);
+    for (const char* when : {"while it is compared", "before"}) {
+        const SyncJobResult result = runSync(request, world.world, {cancel, [&](double, std::string_view) {
+                                                                        unmount();
+                                                                    }});
+        EXPECT_EQ(result.end, End::blocked) << when;
+        EXPECT_FALSE(isMounted);
+        EXPECT_TRUE(fs::exists(pair.destination + "/file")) << when;
+    }
+    request.isAttended = true; // who looks at the plan may
+    EXPECT_EQ(run().result.deleted, 1);
 }
 
 TEST_F(SyncJobTest, AScheduledOneWaitsForItsTurn) {

@@ -210,13 +210,20 @@ TEST_F(SyncRunnerTest, holdsWhatWouldRemoveMuchUntilAPersonRanIt) {
     EXPECT_TRUE(fs::exists(pair.destination + "/more"));
 }
 
-TEST_F(SyncRunnerTest, seesThatAnotherProcessRanAHeldPair) {
+TEST_F(SyncRunnerTest, letsAHeldPairGoWhenAPersonLookedAtItInAnotherProcess) {
     const SyncPair pair = held();
     runner_->start();
     EXPECT_TRUE(waitForState(pair, WatchState::held(20)));
-    SyncJobRequest byHand{.pair = pair, .plan = {}, .trigger = Trigger::manual, .details = {}};
-    EXPECT_EQ(runSync(byHand, world_.world, {}).end, SyncJobResult::End::done);
-    EXPECT_TRUE(waitForState(pair, {}));
+    SyncJobRequest request{.pair = pair, .plan = {}, .trigger = Trigger::scheduled, .details = {}};
+    request.isAttended = false;
+    fs::remove(pair.destination + "/38"); // so few that the guard lets them go
+    EXPECT_EQ(runSync(request, world_.world, {}).result.deleted, 19);
+    world_.loop.advance(minutes(6));
+    EXPECT_TRUE(waitForState(pair, WatchState::held(20))) << "no schedule is a person";
+    request.isAttended = true;
+    request.plan.emplace().unreadable = {"file: it cannot be read"};
+    EXPECT_EQ(runSync(request, world_.world, {}).result.errors.size(), 1u);
+    EXPECT_TRUE(waitForState(pair, {})) << "also when not all of it could be done";
 }
 
 TEST_F(SyncRunnerTest, runsOneAfterTheOtherAndWaitsForOtherProcesses) {

@@ -2,6 +2,7 @@
 
 #include "Core/Fold.h"
 #include "Core/ItemRemoval.h"
+#include "Platform/FolderReader.h"
 #include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 #include "Platform/Trash.h"
@@ -155,6 +156,26 @@ bool SyncApply::isFileInSource(const std::string& relative) {
     }
 }
 
+/// Whether something that a sync would copy has exactly this name in the source by now. Throws SystemError when that
+/// cannot be known, as when its disk went.
+bool SyncApply::isInSource(const std::string& relative) {
+    const std::string parent = parentOf(relative);
+    try {
+        if (!source_.at(relative))
+            return false;
+        FolderReader folder(source_.path() + '/' + parent); // which may take other letters for the same name
+        while (const auto entry = folder.next())
+            if (entry->name == std::string_view(relative).substr(parent.empty() ? 0 : parent.size() + 1))
+                return entry->type != FileType::socket && entry->type != FileType::other;
+        return false;
+    } catch (const SystemError& error) {
+        if (error.code() == ENOENT || error.code() == ENOTDIR ||
+            error.code() == ELOOP) // nor has it the folder
+            return false;
+        throw;
+    }
+}
+
 void SyncApply::remove(const std::string& relative) {
     const std::string parent = parentOf(relative);
     if (!parent.empty() && isFileInSource(parent)) {
@@ -168,6 +189,8 @@ void SyncApply::remove(const std::string& relative) {
         return; // a killed run had left it, and the file it was for is there by now
     if (!identity)
         throw SystemError(ENOENT, relative);
+    if (isInSource(relative))
+        throw SystemError(relative, "is in the source by now, and stays");
     moveToTrash(relative, identity);
     ++result_.deleted;
 }

@@ -27,6 +27,7 @@ private:
     void noteChanged(const std::string& folder);
     void finishFolders();
     void noteRefused(const std::string& relative, const std::vector<std::string>& refused);
+    bool isInSource(const std::string& relative);
     bool isFileInSource(const std::string& relative);
     void remove(const std::string& relative);
     void moveToTrash(const std::string& relative, const std::optional<FileIdentity>& identity);

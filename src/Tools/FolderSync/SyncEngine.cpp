@@ -119,6 +119,20 @@ std::string rootOf(const std::string& folder) {
     return path.ends_with('/') ? path : path + '/';
 }
 
+SyncPlan::Roots rootsAt(const std::string& source, const std::string& destination) {
+    return {identityOf(source + "/."), identityOf(destination + "/.")};
+}
+
+/// Throws SystemError when other folders than those of the plan lie there by now, as after a disk was taken away.
+void refuseOthers(const SyncPlan& plan, const std::string& source, const std::string& destination) {
+    if (!plan.roots)
+        return;
+    const SyncPlan::Roots now = rootsAt(source, destination);
+    if (now != *plan.roots)
+        throw SystemError(now.source != plan.roots->source ? source : destination,
+                          "another folder than the one that was compared lies there now");
+}
+
 } // namespace
 
 SyncPlan SyncEngine::plan(const SyncIndex& source, const SyncIndex& destination, bool deleteExtraneous,
@@ -138,6 +152,7 @@ void SyncEngine::check(const SyncPair& pair) {
 SyncPlan SyncEngine::plan(const SyncPair& pair, const CancelToken& cancel) {
     check(pair);
     const std::string source = rootOf(pair.source), destination = rootOf(pair.destination);
+    const SyncPlan::Roots roots = rootsAt(source, destination);
     auto theirs = std::async(std::launch::async, indexOf, std::cref(destination), std::cref(cancel));
     SyncIndex ours = indexOf(source, cancel);
     SyncIndex there = theirs.get();
@@ -149,11 +164,17 @@ SyncPlan SyncEngine::plan(const SyncPair& pair, const CancelToken& cancel) {
             cancel.throwIfCancelled();
             return fileEqual(source + std::string(relative), destination + std::string(relative));
         };
-    return plan(ours, there, pair.deleteExtraneous, sameContents);
+    SyncPlan plan = SyncEngine::plan(ours, there, pair.deleteExtraneous, sameContents);
+    plan.roots = roots;
+    refuseOthers(plan, source, destination); // what a disk leaves behind that goes meanwhile is empty
+    return plan;
 }
 
 SyncResult SyncEngine::apply(const SyncPlan& plan, const SyncPair& pair, const Steering& steering) {
-    return SyncApply(realPath(pair.source), realPath(pair.destination), steering).run(plan);
+    const std::string source = realPath(pair.source), destination = realPath(pair.destination);
+    SyncApply work(source, destination, steering);
+    refuseOthers(plan, source, destination);
+    return work.run(plan);
 }
 
 bool SyncEngine::fileEqual(const std::string& one, const std::string& other) {

@@ -22,7 +22,8 @@ public:
 
     /// Throws SyncError when a folder of a pair is missing or one holds the other.
     static void check(const SyncPair& pair);
-    /// Compares the two folders of a pair. Throws SyncError, SystemError when one of them cannot be listed, Cancelled.
+    /// Compares the two folders of a pair. Throws SyncError, SystemError when one of them cannot be listed or was replaced
+    /// meanwhile, Cancelled.
     static SyncPlan plan(const SyncPair& pair, const CancelToken& cancel = {});
     /// Compares two indexes. Files of one size whose dates are less than 2 s apart count as the same.
     static SyncPlan plan(const SyncIndex& source, const SyncIndex& destination, bool deleteExtraneous,
@@ -48,7 +49,8 @@ public:
     };
     /// Carries a plan out. A failed action is a line among the errors and never stops the run; what was at a name is
     /// replaced when the new file is whole, and what has to leave goes to the Trash. Holes stay holes, names of one
-    /// file become files of their own, folders in which something changed get the source's metadata. Throws SystemError when one of the folders cannot be opened.
+    /// file become files of their own, folders in which something changed get the source's metadata. Nothing is removed that the source has by then.
+    /// Throws SystemError when one of the folders cannot be opened, or is not the one that was compared.
     static SyncResult apply(const SyncPlan& plan, const SyncPair& pair, const Steering& steering = {});
 
     /// False also when one of them cannot be read.

@@ -2,6 +2,7 @@
 
 #include "Core/Date.h"
 #include "Core/Describe.h"
+#include "Platform/FileIdentity.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -44,6 +45,12 @@ struct SyncPlan {
     /// Folders that are there, but with another date than the source's, as one that a killed run had made: whatever is
     /// carried out gives them the source's metadata too. They alone are no reason for a run. Not stored.
     std::vector<std::string> folders;
+    /// Which source and destination were compared; nothing when they are of elsewhere. Not stored.
+    struct Roots {
+        std::optional<FileIdentity> source, destination;
+        bool operator==(const Roots&) const = default;
+    };
+    std::optional<Roots> roots;
 
     bool isEmpty() const { return actions.empty() && unreadable.empty(); }
     int64_t copies() const { return count(SyncAction::Kind::copy); }

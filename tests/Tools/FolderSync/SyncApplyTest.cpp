@@ -1,6 +1,7 @@
 #include "Tools/FolderSync/SyncEngine.h"
 
 #include "Platform/Files.h"
+#include "Platform/SystemError.h"
 #include "support/FaultInjector.h"
 #include "support/FileTree.h"
 #include "support/SmallDisk.h"
@@ -178,6 +179,36 @@ TEST_F(Sync, ReplacesNothingThatCameSinceThePlan) {
         EXPECT_THAT(content, HasSubstr("somebody's")) << path;
 }
 
+TEST_F(Sync, RemovesNothingThatTheSourceHasByThen) {
+    for (const char* name : {"back", "in/back", "gone", "pipe"})
+        write(to(name), "old");
+    fs::create_directory(from("in"));
+    ASSERT_EQ(::mkfifo(from("pipe").c_str(), 0600), 0);
+    const SyncPlan plan = SyncEngine::plan(pair);
+    EXPECT_EQ(plan.deletes(), 4);
+    write(from("back"), "1");
+    write(from("in/back"), "1");
+    const SyncResult result = SyncEngine::apply(plan, pair);
+    EXPECT_THAT(result.errors, ElementsAre("back: is in the source by now, and stays",
+                                           "in/back: is in the source by now, and stays"));
+    EXPECT_EQ(result.deleted, 2);
+    EXPECT_TRUE(fs::exists(to("back")) && fs::exists(to("in/back")));
+}
+
+TEST_F(Sync, CarriesNothingOutInOtherFoldersThanThoseCompared) {
+    for (std::string SyncPair::*const each : {&SyncPair::source, &SyncPair::destination}) {
+        clear();
+        write(to("extra"), "stays");
+        const SyncPlan plan = SyncEngine::plan(pair);
+        fs::rename(pair.*each, folder / "away");
+        fs::create_directory(pair.*each);
+        write(to("extra"), "stays");
+        EXPECT_THROW(SyncEngine::apply(plan, pair), SystemError);
+        EXPECT_TRUE(fs::exists(to("extra")));
+        fs::remove_all(folder / "away");
+    }
+}
+
 TEST_F(Sync, LeavesTheOldFileWhereTheNewOneChangesMeanwhile) {
     write(from("large"), std::string(9 << 20, 'n'));
     write(to("large"), "old");
@@ -240,7 +271,8 @@ TEST_F(Sync, LeavesOldOrNewWholeItemsWhateverFails) {
         fs::create_symlink("old target", to("link"));
     };
     setUp();
-    const SyncPlan plan = SyncEngine::plan(pair);
+    SyncPlan plan = SyncEngine::plan(pair);
+    plan.roots.reset(); // both folders are made anew each time
     const auto isWhole = [&] {
         EXPECT_THAT(readFile(to("file")), testing::AnyOf("old", "new file"));
         EXPECT_THAT(readFileIfPresent(to("made/inner")).value_or("new inner"), "new inner");
