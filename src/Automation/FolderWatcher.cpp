@@ -17,8 +17,8 @@ constexpr std::chrono::minutes longestBurst{5};
 
 /// Shared with a walk that may outlive the watcher.
 struct FolderWatcher::State : std::enable_shared_from_this<State> {
-    State(MainLoop& l, Worker& w, std::string f, std::chrono::milliseconds d, Events e)
-        : loop(l), worker(w), folder(std::move(f)), debounce(d), events(std::move(e)) {}
+    State(MainLoop& l, Worker& w, std::string f, std::string x, std::chrono::milliseconds d, Events e)
+        : loop(l), worker(w), folder(std::move(f)), except(std::move(x)), debounce(d), events(std::move(e)) {}
 
     template <class Work, class Done>
     void onWorker(Work work, Done done);
@@ -37,6 +37,7 @@ struct FolderWatcher::State : std::enable_shared_from_this<State> {
     MainLoop& loop;
     Worker& worker;
     const std::string folder;
+    const std::string except;
     const std::chrono::milliseconds debounce;
     const Events events;
     const CancelToken cancel;
@@ -80,7 +81,7 @@ void FolderWatcher::State::onWorker(Work work, Done done) {
 }
 
 void FolderWatcher::State::start() {
-    onWorker([](State& self) { self.tree.emplace(self.folder, self.cancel); },
+    onWorker([](State& self) { self.tree.emplace(self.folder, self.except, self.cancel); },
              [](State& self) {
                  self.isRunning = true;
                  self.listen();
@@ -160,9 +161,10 @@ void FolderWatcher::State::fail(const SystemError& why) {
     events.onFailed(why);
 }
 
-FolderWatcher::FolderWatcher(MainLoop& loop, Worker& worker, std::string folder,
+FolderWatcher::FolderWatcher(MainLoop& loop, Worker& worker, std::string folder, std::string except,
                              std::chrono::milliseconds debounce, Events events)
-    : state_(std::make_shared<State>(loop, worker, std::move(folder), debounce, std::move(events))) {
+    : state_(std::make_shared<State>(loop, worker, std::move(folder), std::move(except), debounce,
+                                     std::move(events))) {
     state_->start();
 }
 

@@ -23,9 +23,10 @@ public:
         std::function<void()> onRootChanged;                  ///< it is gone: the watcher no longer runs
         std::function<void(const SystemError& why)> onFailed; ///< it did not start, or no longer runs
     };
-    /// The worker outlives it, and may be left with a walk that ends soon.
-    FolderWatcher(MainLoop& loop, Worker& worker, std::string folder, std::chrono::milliseconds debounce,
-                  Events events);
+    /// What happens in the folder `except` is not told. The worker outlives it, and may be left with a walk that ends
+    /// soon.
+    FolderWatcher(MainLoop& loop, Worker& worker, std::string folder, std::string except,
+                  std::chrono::milliseconds debounce, Events events);
     ~FolderWatcher();
     FolderWatcher(const FolderWatcher&) = delete;
     FolderWatcher& operator=(const FolderWatcher&) = delete;

@@ -137,10 +137,10 @@ void Tracking::report(std::string_view current) {
 /// One sync between asking for its turn and its end.
 class SyncRun {
 public:
-    SyncRun(const SyncJobRequest& request, const AutomationWorld& world, const JobControl& control)
-        : request_(request), world_(world), control_(control), texts_(world.texts()),
-          store_(SyncPairStore::fileIn(world.folders)), details_(request.details) {
-        details_.merge(detailsOf(request.pair));
+    SyncRun(SyncJobRequest request, const AutomationWorld& world, const JobControl& control)
+        : request_(std::move(request)), world_(world), control_(control), texts_(world.texts()),
+          store_(SyncPairStore::fileIn(world.folders)), details_(request_.details) {
+        details_.merge(detailsOf(request_.pair));
     }
 
     SyncJobResult run() {
@@ -164,7 +164,7 @@ private:
     std::optional<WatchState> blocker() const;
     SyncJobResult block(const WatchState& state);
     SyncJobResult hold(const SyncPlan& plan);
-    SyncJobResult perform(const SyncPlan& plan);
+    SyncJobResult perform(SyncPlan plan);
     SyncJobResult stopBefore();
     SyncJobResult fail(const std::string& why);
     void noteDone();
@@ -184,7 +184,7 @@ private:
         return texts_.text(key, {{"name", printable(request_.pair.title())}});
     }
 
-    const SyncJobRequest& request_;
+    SyncJobRequest request_;
     const AutomationWorld& world_;
     const JobControl& control_;
     const Texts texts_;
@@ -213,9 +213,9 @@ SyncJobResult SyncRun::runInTurn() {
     if (const auto state = blocker())
         return block(*state);
     if (request_.plan)
-        return perform(*request_.plan);
+        return perform(std::move(*request_.plan));
     control_.report(-1, titled("folder-sync.comparing"));
-    const SyncPlan plan = SyncEngine::plan(request_.pair, control_.cancel);
+    SyncPlan plan = SyncEngine::plan(request_.pair, control_.cancel);
     if (const auto state = blocker()) // of a disk that went meanwhile an empty folder is left
         return block(*state);
     if (plan.isEmpty()) {
@@ -224,7 +224,7 @@ SyncJobResult SyncRun::runInTurn() {
     }
     if (!request_.isAttended && AutoSyncGuard::holds(plan))
         return hold(plan);
-    return perform(plan);
+    return perform(std::move(plan));
 }
 
 /// A person who looks at the plan may sync what was on a disk before.
@@ -251,7 +251,7 @@ SyncJobResult SyncRun::hold(const SyncPlan& plan) {
     return logged(std::move(result), Outcome::warning);
 }
 
-SyncJobResult SyncRun::perform(const SyncPlan& plan) {
+SyncJobResult SyncRun::perform(SyncPlan plan) {
     const auto journal = world_.runs.journals.open(world_.runs.log.begin(toolID, request_.trigger, details_),
                                                    printable(request_.pair.title()));
     journal->expect(plan.actions.size());
@@ -263,6 +263,7 @@ SyncJobResult SyncRun::perform(const SyncPlan& plan) {
         result.result.errors.push_back(error.what());
     }
     tracking.flush();
+    plan = {}; // before the list is saved, which takes its room too
     if (result.result.errors.empty() && !result.result.stopped)
         noteDone();
     result.message = summaryOf(result.result, texts_);
@@ -317,9 +318,8 @@ double SyncJobProgress::fraction() const {
     return total == 0 ? 1 : std::min(1.0, cost(done, bytes) / cost(total, bytesTotal));
 }
 
-SyncJobResult runSync(const SyncJobRequest& request, const AutomationWorld& world,
-                      const JobControl& control) {
-    return SyncRun(request, world, control).run();
+SyncJobResult runSync(SyncJobRequest request, const AutomationWorld& world, const JobControl& control) {
+    return SyncRun(std::move(request), world, control).run();
 }
 
 std::optional<SyncPair> pairOfPayload(const std::map<std::string, std::string>& payload,

@@ -97,10 +97,16 @@ void SyncRunner::State::begin(SyncJobRequest request, const Ended& ended) {
     const JobControl control;
     show(request.pair.id, request.pair.title(), control.cancel);
     showProgress(request, control.cancel);
-    const auto asked = std::make_shared<SyncJobRequest>(std::move(request)); // its plan may be large
+    // A plan may be large: the run alone has it, and lets go of it when it can.
+    const auto plan = std::make_shared<std::optional<sync::SyncPlan>>(std::exchange(request.plan, {}));
     const auto result = std::make_shared<SyncJobResult>();
-    worker.run([this, asked, control, result] { *result = runSync(*asked, world, control); },
-               [this, asked, result, ended] { finished(*asked, *result, ended); });
+    worker.run(
+        [this, request, plan, control, result] {
+            SyncJobRequest whole = request;
+            whole.plan.swap(*plan);
+            *result = runSync(std::move(whole), world, control);
+        },
+        [this, request, result, ended] { finished(request, *result, ended); });
     observers.tell();
 }
 

@@ -132,10 +132,11 @@ void SyncWatch::looked(const Uuid& pair, uint64_t number, const SyncLook& seen) 
     publish();
 }
 
+/// A sync writes down what it does: in a source that holds our own folder, that must not lead to the next.
 void SyncWatch::startWatcher(Watched& watched) {
     const Uuid id = watched.pair.id;
     watched.watcher = std::make_unique<FolderWatcher>(
-        world_.loop, worker_, watched.pair.source, debounce,
+        world_.loop, worker_, watched.pair.source, world_.folders.data + "/Varnholt", debounce,
         FolderWatcher::Events{.onStarted = [this, id] { started(id); },
                               .onChange = [this, id] { changed(id); },
                               .onRootChanged = [this, id] { rootChanged(id); },

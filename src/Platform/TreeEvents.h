@@ -41,8 +41,10 @@ struct TreeChanges {
 /// thread; then one thread at a time.
 class TreeEvents {
 public:
-    /// Throws SystemError, WatchLimitReached when the tree has more folders than may be watched, and Cancelled.
-    explicit TreeEvents(const std::string& folder, const CancelToken& cancel = {});
+    /// What happens in the folder `except` below it, if there is one, is not told. Throws SystemError, WatchLimitReached
+    /// when the tree has more folders than may be watched, and Cancelled.
+    explicit TreeEvents(const std::string& folder, const std::string& except = {},
+                        const CancelToken& cancel = {});
     ~TreeEvents();
     TreeEvents(TreeEvents&&) noexcept;
     TreeEvents& operator=(TreeEvents&&) noexcept;

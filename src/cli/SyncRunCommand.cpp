@@ -181,7 +181,7 @@ SyncJobResult carryOut(Context& context, const SyncPair& pair, SyncPlan plan) {
     request.progress = [&](const SyncJobProgress& progress) {
         line.show(progress);
     };
-    return runSync(request, world, {context.cancel, {}});
+    return runSync(std::move(request), world, {context.cancel, {}});
 }
 
 Exit printResult(Context& context, const SyncJobResult& done) {

@@ -27,7 +27,7 @@ size_t threads() {
 /// A watcher whose time the test turns.
 struct Watching {
     explicit Watching(const std::string& folder)
-        : watcher(loop, worker, folder, seconds(2),
+        : watcher(loop, worker, folder, {}, seconds(2),
                   {.onStarted = [this] { isStarted = true; },
                    .onChange = [this] { ++changes; },
                    .onRootChanged = [this] { isGone = true; },

@@ -2,6 +2,7 @@
 
 #include "Automation/SyncWatchFile.h"
 #include "Automation/TestWorld.h"
+#include "Core/DatabaseLocation.h"
 #include "Core/RunJournal.h"
 #include "Platform/Desktop.h"
 #include "Platform/FileLock.h"
@@ -134,6 +135,21 @@ TEST_F(SyncRunnerTest, syncsWhatChangesInAFolderThatIsNewItself) {
     runner_->remove(one.id);
     EXPECT_TRUE(waitFor("it is no longer watched", [&] { return !state(one); }));
     EXPECT_TRUE(fs::exists(one.destination + "/before"));
+}
+
+TEST_F(SyncRunnerTest, isNotLedOnByWhatItWritesDownItself) {
+    world_.defaults.set(DatabaseLocation::key, folder_ / "data/Varnholt"); // its usual place
+    SyncPair home = pair("home");
+    home.source = folder_ / "data";
+    runner_->put(home);
+    runner_->start();
+    write(folder_ / "data/file");
+    EXPECT_TRUE(waitForFile(home.destination + "/file"));
+    EXPECT_TRUE(waitForFile(home.destination + "/Varnholt/FolderSync/pairs.json"));
+    const size_t runs = world_.summaries().size();
+    int steps = 0;
+    EXPECT_TRUE(waitFor("some time has passed", [&] { return ++steps > 1000 && !runner_->running(); }));
+    EXPECT_LE(world_.summaries().size(), runs + 1);
 }
 
 /// A folder that is a disk as long as it is mounted.

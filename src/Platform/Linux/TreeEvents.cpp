@@ -5,6 +5,7 @@
 #include "Platform/FolderReader.h"
 #include "Platform/Linux/Inotify.h"
 #include "Platform/Posix/PathParts.h"
+#include "Platform/Posix/StatusType.h"
 
 #include <algorithm>
 #include <bit>
@@ -60,8 +61,8 @@ struct TreeEvents::State {
     };
     enum class Known { pass, walkAgain }; ///< what to do with a folder that is watched by then
 
-    State(const std::string& folder, const CancelToken& token)
-        : events(openInotify(folder)), root(folder), cancel(token) {}
+    State(const std::string& folder, const std::string& left, const CancelToken& token)
+        : events(openInotify(folder)), root(folder), except(left), cancel(token) {}
 
     void begin();
     TreeChanges take();
@@ -75,6 +76,7 @@ struct TreeEvents::State {
     void walkAgain();
     void leaveMoved();
     bool standsAt(int watch) const;
+    bool isExcepted(const std::string& name, const FolderReader& folder) const;
     template <class IsLeft>
     void leave(IsLeft isLeft);
     std::string pathOf(int watch) const;
@@ -85,6 +87,7 @@ struct TreeEvents::State {
 
     FileDescriptor events;
     const std::string root;
+    const std::string except;
     const CancelToken cancel;
     std::optional<FileIdentity> identity;
     int rootWatch = -1;
@@ -126,10 +129,18 @@ int TreeEvents::State::watchOf(const FolderReader& folder) const {
     return -1;
 }
 
+bool TreeEvents::State::isExcepted(const std::string& name, const FolderReader& folder) const {
+    struct stat opened {};
+    return !except.empty() && name == splitPath(except).name && ::fstat(folder.descriptor(), &opened) == 0 &&
+           identityIn(opened) == identityOf(except);
+}
+
 /// Watches first and lists then, so that what comes meanwhile is met by one of the two.
 void TreeEvents::State::enter(const FolderReader& above, int parent, const std::string& name, Known known) {
     cancel.throwIfCancelled();
     FolderReader folder(above, name);
+    if (isExcepted(name, folder))
+        return;
     const int watch = add(folder);
     if (watch < 0) {
         if (errno != ENOSPC)
@@ -300,8 +311,8 @@ WatchLimit TreeEvents::State::limit() const {
     return {folders.size() + unwatched, limit, std::bit_ceil(limit + unwatched)};
 }
 
-TreeEvents::TreeEvents(const std::string& folder, const CancelToken& cancel)
-    : state_(std::make_unique<State>(folder, cancel)) {
+TreeEvents::TreeEvents(const std::string& folder, const std::string& except, const CancelToken& cancel)
+    : state_(std::make_unique<State>(folder, except, cancel)) {
     state_->begin();
 }
 TreeEvents::~TreeEvents() = default;
