@@ -17,20 +17,9 @@ protected:
         ASSERT_EQ(junk().property("itemCount").toInt(), 3);
     }
 
-    /// Presses Tab until an item whose name begins like this has the keyboard.
-    void tabTo(const QString& name) {
-        for (int i = 0; i < 60; ++i) {
-            if (nameOfFocused().startsWith(name))
-                return;
-            press(Qt::Key_Tab);
-        }
-        FAIL() << "Tab does not reach " << name.toStdString();
-    }
-
     QString page() { return window().quickWindow().property("page").toString(); }
     QString stage() { return junk().property("stage").toString(); }
     int selectedCount() { return junk().property("selectedCount").toInt(); }
-    QString nameOfFocused() { return focused() ? accessibleName(focused()) : QString(); }
 };
 
 } // namespace
@@ -80,17 +69,17 @@ TEST_F(Keyboard, theReviewKeepsTheKeyboardAndEscapeClosesItWithNothingRemoved) {
         QMetaObject::invokeMethod(&junk(), "review");
         const bool forGood = std::string(method) == "permanent";
         waitUntil("the sheet has the keyboard",
-                  [&] { return nameOfFocused() == (forGood ? "Cancel" : "Move to the Trash"); });
+                  [&] { return focusedName() == (forGood ? "Cancel" : "Move to the Trash"); });
         std::set<QString> names;
         for (int i = 0; i < 6; ++i) {
             press(Qt::Key_Tab);
-            names.insert(nameOfFocused());
+            names.insert(focusedName());
         }
         EXPECT_TRUE(names.contains("Cancel"));
         EXPECT_FALSE(names.contains("Scan again")) << "the keyboard left the sheet";
         press(Qt::Key_Escape);
         EXPECT_EQ(stage(), "scanned");
-        waitUntil("the row has the keyboard again", [&] { return nameOfFocused().startsWith("large, "); });
+        waitUntil("the row has the keyboard again", [&] { return focusedName().startsWith("large, "); });
     }
     EXPECT_EQ(junk().property("itemCount").toInt(), 3);
 }
@@ -105,7 +94,7 @@ TEST_F(Keyboard, choosesAFolderWithoutTheMouse) {
     EXPECT_EQ(window().app().folderUrl("~/tmp").toLocalFile().toStdString(), home() / "tmp");
     EXPECT_EQ(window().app().folderUrl("~/not there").toLocalFile().toStdString(), home().path());
     waitUntil("the dialog has the keyboard", [&] {
-        return nameOfFocused() != "Choose…" || QGuiApplication::focusWindow() != &window().quickWindow();
+        return focusedName() != "Choose…" || QGuiApplication::focusWindow() != &window().quickWindow();
     });
 }
 
@@ -129,12 +118,12 @@ TEST_F(Keyboard, worksTheSidebarWithArrowKeys) {
     openPage("home");
     tabTo("Home");
     press(Qt::Key_Down);
-    EXPECT_EQ(nameOfFocused(), "Activity");
+    EXPECT_EQ(focusedName(), "Activity");
     press(Qt::Key_Return);
     EXPECT_EQ(page(), "activity");
     press(Qt::Key_Up);
     press(Qt::Key_Up);
-    EXPECT_EQ(nameOfFocused(), "Home");
+    EXPECT_EQ(focusedName(), "Home");
 }
 
 TEST_F(Keyboard, findsAToolFromTheSearchField) {
@@ -146,7 +135,7 @@ TEST_F(Keyboard, findsAToolFromTheSearchField) {
     press(Qt::Key_Return);
     EXPECT_EQ(page(), "system-junk");
     waitUntil("the page has come to rest", [&] { return !junk().property("isScanning").toBool(); });
-    EXPECT_EQ(nameOfFocused(), "Scan again") << "the page that was found has the keyboard";
+    EXPECT_EQ(focusedName(), "Scan again") << "the page that was found has the keyboard";
 
     press(Qt::Key_K, Qt::ControlModifier);
     press(Qt::Key_S);
@@ -163,7 +152,7 @@ TEST_F(Keyboard, theOneButtonIsSetAskedAndPressedWithoutAPointer) {
                               Q_ARG(QVariantMap, QVariantMap({{"cleanStorage", false}})));
     tabTo("What Optimize does");
     press(Qt::Key_Return);
-    waitUntil("the sheet is open", [&] { return nameOfFocused() == "Save"; });
+    waitUntil("the sheet is open", [&] { return focusedName() == "Save"; });
     tabTo("Flush DNS cache");
     tabTo("Clean caches");
     press(Qt::Key_Space);
@@ -175,11 +164,11 @@ TEST_F(Keyboard, theOneButtonIsSetAskedAndPressedWithoutAPointer) {
         tabTo("What would it do?");
         press(Qt::Key_Return);
         waitUntil("it is looked at",
-                  [&] { return nameOfFocused() == "Close" && !optimize->property("isChecking").toBool(); });
+                  [&] { return focusedName() == "Close" && !optimize->property("isChecking").toBool(); });
         if (goesOn)
             tabTo("Optimize");
         press(goesOn ? Qt::Key_Return : Qt::Key_Escape);
-        waitUntil("the sheet is closed", [&] { return nameOfFocused() == "What would it do?" || goesOn; });
+        waitUntil("the sheet is closed", [&] { return focusedName() == "What would it do?" || goesOn; });
         EXPECT_TRUE(goesOn || !optimize->property("isRunning").toBool());
     }
     waitUntil("it is done", [&] {
@@ -187,7 +176,7 @@ TEST_F(Keyboard, theOneButtonIsSetAskedAndPressedWithoutAPointer) {
     });
     tabTo("Last run");
     press(Qt::Key_Return);
-    waitUntil("the result is shown", [&] { return nameOfFocused() == "Close"; });
+    waitUntil("the result is shown", [&] { return focusedName() == "Close"; });
     tabTo("Undo");
     press(Qt::Key_Return);
     waitUntil("it is undone", [&] {

@@ -11,18 +11,9 @@ namespace {
 
 class SchedulesPage : public WindowFixture {
 protected:
-    QString focusedName() { return focused() ? accessibleName(focused()) : QString(); }
     QObject& schedules() { return *window().app().schedules(); }
     int count() { return schedules().property("taskCount").toInt(); }
     QString countText() { return schedules().property("countText").toString(); }
-    void tabTo(const QString& name) {
-        for (int i = 0; i < 80 && !focusedName().startsWith(name); ++i)
-            press(Qt::Key_Tab);
-        ASSERT_TRUE(focusedName().startsWith(name)) << "Tab does not reach " << name.toStdString();
-    }
-    void waitForFocus(const QString& name) {
-        waitUntil(qPrintable(name + " has the keyboard"), [&] { return focusedName().startsWith(name); });
-    }
 };
 
 } // namespace

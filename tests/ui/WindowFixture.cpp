@@ -2,8 +2,11 @@
 
 #include <QAccessible>
 #include <QDir>
+#include <QDropEvent>
 #include <QFile>
+#include <QMimeData>
 #include <QTest>
+#include <algorithm>
 
 namespace vh::test {
 
@@ -110,6 +113,29 @@ void WindowFixture::waitUntil(const char* what, const std::function<bool()>& hol
 
 void WindowFixture::press(int key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(&window_->quickWindow(), static_cast<Qt::Key>(key), modifiers);
+}
+
+void WindowFixture::tabTo(const QString& name) {
+    for (int i = 0; i < 80 && !focusedName().startsWith(name); ++i)
+        press(Qt::Key_Tab);
+    ASSERT_TRUE(focusedName().startsWith(name)) << "Tab does not reach " << name.toStdString();
+}
+
+void WindowFixture::waitForFocus(const QString& name) {
+    waitUntil(qPrintable(name + " has the keyboard"), [&] { return focusedName().startsWith(name); });
+}
+
+void WindowFixture::drop(const std::string& path, const QString& name) {
+    const auto items = shownItems();
+    const auto item = std::ranges::find(items, name, accessibleName);
+    ASSERT_NE(item, items.end()) << name.toStdString();
+    const QPointF where = (*item)->mapToScene((*item)->boundingRect().center());
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+    QDragEnterEvent enter(where.toPoint(), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent drop(where, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window_->quickWindow(), &enter);
+    QCoreApplication::sendEvent(&window_->quickWindow(), &drop);
 }
 
 std::vector<QQuickItem*> WindowFixture::shownItems() {

@@ -20,6 +20,9 @@ inline void PrintTo(const QStringList& list, std::ostream* out) {
 
 namespace vh::test {
 
+/// The name that assistive programs read of an item; empty when it has none.
+QString accessibleName(QQuickItem* item);
+
 /// A home of its own with something to clean in it, and a window over it. Whatever Qt or QML warns of fails the test.
 class WindowFixture : public testing::Test {
 protected:
@@ -42,6 +45,12 @@ protected:
     std::vector<QQuickItem*> shownItems();
     /// The item that has the keyboard.
     QQuickItem* focused() { return window_->quickWindow().activeFocusItem(); }
+    QString focusedName() { return focused() ? accessibleName(focused()) : QString(); }
+    /// Presses Tab until what has a name that begins so has the keyboard.
+    void tabTo(const QString& name);
+    void waitForFocus(const QString& name);
+    /// Drops a file or a folder onto the item with this name.
+    void drop(const std::string& path, const QString& name);
     QObject& junk() { return *window_->app().scanClean(QStringLiteral("system-junk")); }
 
     const TempDir& home() const { return home_; }
@@ -55,8 +64,5 @@ private:
     std::optional<app::Session> session_;
     std::optional<ui::Window> window_;
 };
-
-/// The name that assistive programs read of an item; empty when it has none.
-QString accessibleName(QQuickItem* item);
 
 } // namespace vh::test

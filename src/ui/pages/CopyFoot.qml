@@ -9,6 +9,7 @@ Item {
     readonly property bool isClone: copying.options.mode === "clone"
 
     signal helperWanted
+    signal begun(int focusReason)
 
     Icon {
         id: shape
@@ -44,13 +45,18 @@ Item {
             onClicked: foot.helperWanted()
         }
         Button {
+            id: main
             kind: "main"
             iconName: "arrow.triangle.branch"
             enabled: foot.copying.canRun
             text: foot.copying.isActive && !foot.copying.runTogether ? Tr.t("copy-page.run.queue")
                 : foot.copying.hasDisk ? Tr.t("copy-page.run.disk")
                 : foot.isClone ? Tr.t("copy-page.run.clone") : Tr.t("copy-page.run.copy")
-            onClicked: foot.copying.run()
+            onClicked: {
+                const reason = main.focusReason;
+                foot.copying.run();
+                foot.begun(reason);
+            }
         }
     }
 }

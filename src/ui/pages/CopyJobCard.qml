@@ -24,6 +24,14 @@ Card {
 
     signal reportWanted
 
+    function takeFocus(reason: int) { (isActive ? stop : isOver ? report : out).forceActiveFocus(reason); }
+
+    // A button that is hidden would keep the keyboard.
+    onIsActiveChanged: {
+        const held = [stop, report, out].find(button => button.activeFocus);
+        if (held)
+            Qt.callLater(takeFocus, held.focusReason);
+    }
     padding: Theme.space16 - 2
     implicitHeight: (isActive ? running.height : brief.height) + 2 * padding
     Accessible.role: Accessible.Pane
@@ -206,12 +214,14 @@ Card {
                 text: card.stateTitle
             }
             Button {
+                id: report
                 visible: card.isOver
                 text: Tr.t("copy-page.report")
                 Accessible.name: Tr.t("copy-page.report.of", {title: card.title})
                 onClicked: card.reportWanted()
             }
             IconButton {
+                id: out
                 anchors.verticalCenter: parent.verticalCenter
                 iconName: "xmark"
                 ink: Theme.second

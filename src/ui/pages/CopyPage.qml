@@ -97,6 +97,8 @@ Page {
         anchors.fill: parent
         copying: page.copying
         onHelperWanted: page.navigate("helper")
+        // The button goes with what was chosen; the keyboard goes on at the copy.
+        onBegun: reason => { if (!page.isChosen) queue.newest()?.takeFocus(reason); }
     }
 
     CopyChoosers {

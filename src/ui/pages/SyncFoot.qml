@@ -8,6 +8,13 @@ Item {
     required property var folderSync
     readonly property bool works: folderSync.phase === "planning" || folderSync.phase === "running"
 
+    // A button that is hidden would keep the keyboard.
+    onWorksChanged: {
+        const held = [compare, main, stop].find(button => button.activeFocus);
+        if (held)
+            (works ? stop : main.enabled ? main : compare).forceActiveFocus(held.focusReason);
+    }
+
     Label {
         visible: !foot.works
         anchors.left: parent.left
@@ -30,11 +37,13 @@ Item {
         spacing: Theme.space12
 
         Button {
+            id: compare
             text: foot.folderSync.hasPlan ? Tr.t("sync-page.compare-again") : Tr.t("sync-page.compare")
             enabled: foot.folderSync.canSync
             onClicked: foot.folderSync.compare()
         }
         Button {
+            id: main
             kind: "main"
             iconName: "arrow.triangle.2.circlepath"
             text: foot.folderSync.actionCount > 0 ? Tr.t("sync-page.sync.count", {count: foot.folderSync.actionCount}) : Tr.t("sync-page.sync")
