@@ -8,6 +8,7 @@
 #include "app/Session.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fmt/format.h>
 
 namespace vh::app {
@@ -35,6 +36,13 @@ std::string_view nameOf(CopyJob::State state) {
 
 int64_t doneAt(const CopyJob& job, size_t index) {
     return index < job.done.size() ? job.done[index] : 0;
+}
+
+/// It would run, but all of its places are paused.
+bool rests(const CopyJob& job) {
+    const auto visible = job.visibleIndices();
+    return job.state == CopyJob::State::running && !visible.empty() &&
+           std::ranges::all_of(visible, [&](size_t each) { return job.paused.contains(each); });
 }
 
 QString joined(std::initializer_list<QString> parts) {
@@ -112,7 +120,7 @@ QString CopyWords::amount(std::optional<int64_t> files, int64_t bytes) const {
 QString CopyWords::detail(const CopyJob& job) const {
     const QString how = job.disk()                                  ? text("copy-page.job.image")
                         : job.options.mode == copy::CopyMode::clone ? text("copy-page.job.clone")
-                        : job.options.verifies()                    ? text("copy-page.job.verified")
+                        : job.options.verifies() || job.manifest    ? text("copy-page.job.verified")
                                                                     : QString();
     if (!job.bytes)
         return joined({job.isOver() ? QString() : text("copy-page.measuring"), how});
@@ -122,10 +130,7 @@ QString CopyWords::detail(const CopyJob& job) const {
 QString CopyWords::stateTitle(const CopyJob& job) const {
     if (job.stopping)
         return text("copy-page.state.stopping");
-    const auto visible = job.visibleIndices();
-    const bool rests = !visible.empty() &&
-                       std::ranges::all_of(visible, [&](size_t each) { return job.paused.contains(each); });
-    if (job.state == CopyJob::State::running && rests)
+    if (rests(job))
         return text("copy-page.state.paused");
     if (job.state == CopyJob::State::finished && !job.endedWell)
         return text("copy-page.state.problems");
@@ -209,11 +214,13 @@ CopyJobRow CopyWords::row(const CopyJob& job) const {
     row.isActive = job.isActive();
     row.isOver = job.isOver();
     row.isStopping = job.stopping;
-    if (job.isActive() && job.rate > 0)
+    const bool flows = job.isActive() && !rests(job);
+    if (flows && job.rate > 0)
         row.rateText = qtText(rateText(job.rate, context_.texts().language()));
-    if (job.isActive() && job.secondsRemaining)
-        row.leftText = text("copy-page.left",
-                            {{"time", durationText(*job.secondsRemaining, context_.texts().language())}});
+    if (flows && job.secondsRemaining)
+        row.leftText =
+            text("copy-page.left",
+                 {{"time", durationText(std::ceil(*job.secondsRemaining), context_.texts().language())}});
     row.currentFile = qtText(printable(job.currentFile));
     row.line = job.isOver() ? endLine(job) : QString();
     for (const size_t each : job.visibleIndices())

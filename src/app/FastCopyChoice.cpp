@@ -186,13 +186,21 @@ QString FastCopyViewModel::hindrance() const {
 
 QVariantList FastCopyViewModel::disks() const {
     const AppTexts& texts = context_.texts();
+    const auto detailOf = [&](const DiskFacts& disk) {
+        QStringList parts;
+        if (disk.name != disk.bsdName)
+            parts << qtText(printable(disk.bsdName));
+        parts << texts.sizeText(disk.bytes);
+        if (!disk.holdsSystem && !disk.mountPoints.empty()) // where it is seen is what it is known by
+            parts << CopyWords(context_).placePath(disk.mountPoints.front());
+        return parts.join(QStringLiteral(" · "));
+    };
     QVariantList list;
     for (const DiskFacts& each : disks_)
         list << QVariantMap{
             {QStringLiteral("value"), qtText(printable(each.bsdName))},
             {QStringLiteral("title"), qtText(printable(each.name))},
-            {QStringLiteral("detail"),
-             qtText(printable(each.bsdName)) + QStringLiteral(" · ") + texts.sizeText(each.bytes)},
+            {QStringLiteral("detail"), detailOf(each)},
             {QStringLiteral("fault"),
              each.holdsSystem ? texts.text("copy-page.fault.system-disk") : QString()},
         };

@@ -149,7 +149,7 @@ TEST_F(FastCopy, LetsTheQueueGoOnWhileAllPlacesArePaused) {
     model.togglePause(idOf(0), 0);
     model.togglePause(idOf(0), 1);
     EXPECT_THAT(states(), ElementsAre("running", "running", "queued"));
-    EXPECT_EQ(value(0, "stateTitle"), "paused");
+    EXPECT_EQ(value(0, "stateTitle"), "Paused");
     model.stop(idOf(1));
     EXPECT_TRUE(value(1, "isStopping").toBool());
     model.takeOff(idOf(2));

@@ -105,7 +105,7 @@ TEST(Home, TellsWhatRunsAndWhatWasDone) {
     };
     EXPECT_THAT(home.recent(), IsEmpty()) << "nothing is read before the first frame";
     EXPECT_EQ(home.tools().size(), static_cast<qsizetype>(ToolCatalog::mainTools().size()));
-    EXPECT_EQ(line("sync"), ToolCatalog::tool("sync")->summary);
+    EXPECT_EQ(line("sync"), toolSummary(desk.context.texts().current(), "sync"));
     EXPECT_TRUE(home.isLoading());
     ASSERT_TRUE(waitFor([&] { return !home.isLoading(); }));
     EXPECT_FALSE(home.disks().isEmpty());
