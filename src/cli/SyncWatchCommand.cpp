@@ -60,7 +60,7 @@ private:
     void changed();
     void told(const SyncPair& pair, const std::map<Uuid, WatchState>& states);
     void ended(const RunRecord& record);
-    void say(const std::string& pair, const std::string& text) const;
+    void say(const std::string& pair, const std::string& text);
 
     Context& context_;
     const Texts& texts_;
@@ -69,6 +69,7 @@ private:
     automation::SyncRunner& runner_;
     std::map<Uuid, WatchState> states_;            ///< as they were said
     std::map<Uuid, std::optional<Date>> lastSync_; ///< as they were seen
+    std::map<std::string, std::string> said_;      ///< of each pair, last
     std::optional<Uuid> running_;
     bool isEnding_ = false;
 };
@@ -107,9 +108,10 @@ void Watching::told(const SyncPair& pair, const std::map<Uuid, WatchState>& stat
     const auto state = states.find(pair.id);
     if (state != states.end()) {
         const auto [known, isNew] = states_.try_emplace(pair.id, state->second);
-        if (isNew || known->second != state->second)
-            say(pair.title(), state->second.isHealthy() ? texts_.text("sync-page.state.watching")
-                                                        : textOf(state->second, pair, texts_));
+        const std::string text = state->second.isHealthy() ? texts_.text("sync-page.state.watching")
+                                                           : textOf(state->second, pair, texts_);
+        if ((isNew || known->second != state->second) && said_[pair.title()] != text)
+            say(pair.title(), text);
         known->second = state->second;
     }
     const auto [known, isNew] = lastSync_.try_emplace(pair.id, pair.lastSync);
@@ -123,11 +125,13 @@ void Watching::ended(const RunRecord& record) {
         return;
     for (const SyncPair& pair : runner_.pairs())
         if (isShown(pair) && pair.source == record.detail(RunDetail::source) &&
-            pair.destination == record.detail(RunDetail::destinations))
+            pair.destination == record.detail(RunDetail::destinations) &&
+            (record.outcome == Outcome::success || said_[pair.title()] != record.summary))
             say(pair.title(), record.summary);
 }
 
-void Watching::say(const std::string& pair, const std::string& text) const {
+void Watching::say(const std::string& pair, const std::string& text) {
+    said_.insert_or_assign(pair, text);
     const WatchLine line{systemNow(), pair, text};
     if (context_.format == Format::json)
         print(encodeJson(line) + "\n");

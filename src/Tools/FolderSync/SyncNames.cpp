@@ -100,7 +100,8 @@ void matchCaseBlind(SyncIndex& source, SyncIndex& destination) {
             kept.push_back(std::move(each));
             continue;
         }
-        const auto holder = std::ranges::find(kept, first, &SyncEntry::relative);
+        const auto holder =
+            std::ranges::lower_bound(kept, first, SyncIndex::comesBefore, &SyncEntry::relative);
         if (each.isDirectory && holder->isDirectory)
             continue; // what is in both comes together there
         if (each.isDirectory)
