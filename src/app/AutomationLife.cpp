@@ -137,7 +137,7 @@ void AutomationLife::tellSync() {
     report.title = qtText(printable(running->title));
     report.toolID = syncKey;
     if (running->total > 0)
-        report.progress = double(running->done) / double(running->total);
+        report.progress = running->fraction;
     context_.activity().report(report);
 }
 
