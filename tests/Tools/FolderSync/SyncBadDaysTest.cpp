@@ -116,6 +116,15 @@ TEST_F(SyncBadDays, NamesThatDifferInCaseAloneMeetADestinationThatDoesNotTellThe
                 ElementsAre(SyncAction{SyncAction::Kind::remove, "PHOTOS/two", 1}));
 }
 
+TEST_F(SyncBadDays, NameThatChangedItsCaseInASourceThatDoesNotTellThem) {
+    LoopVolume volume(16 << 20, LoopVolume::Kind::exfat);
+    pair.source = volume / "source";
+    write(from("Foo"), "1");
+    write(to("foo"), "1");
+    EXPECT_THAT(run().errors, IsEmpty());
+    EXPECT_TRUE(fs::exists(to("Foo")) && !fs::exists(to("foo")));
+}
+
 TEST_F(SyncBadDays, WhatTheTrashCannotTakeStays) {
     const vh::test::TmpfsMount volume(1 << 20);
     ASSERT_TRUE(volume) << "needs the right to mount";
