@@ -176,12 +176,16 @@ QVariantMap draftOf(const ScheduledTask& task) {
     return draft;
 }
 
-QVariantMap newDraft() {
+QVariantMap newDraft(AppContext& context) {
     ScheduledTask task;
     task.actionID = rawValue(ScheduledAction::cleanStorage);
     task.runIfMissed = true;
     task.schedule = DailySchedule{9, 0};
-    return draftOf(task);
+    QVariantMap draft = draftOf(task);
+    if (const auto pairs = storedPairs(context);
+        !pairs.empty()) // what was set up is meant more often than not
+        draft[QStringLiteral("pair")] = qtText(pairs.front().id.text());
+    return draft;
 }
 
 QVariantList payloadFields(AppContext& context, const QString& action) {

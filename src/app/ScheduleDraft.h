@@ -13,7 +13,7 @@ class AppContext;
 /// ("1" is Sunday), hours, runIfMissed, and the payload under its own keys.
 QVariantMap draftOf(const ScheduledTask& task);
 /// What a form begins with.
-QVariantMap newDraft();
+QVariantMap newDraft(AppContext& context);
 
 /// The fields of an action's payload: {key, kind: "pair", "tasks", "folder" or "flag", title, options: of a pair}. Where
 /// a stored pair is chosen, its folders and flag are not asked for.

@@ -161,7 +161,7 @@ QVariantList SchedulesViewModel::payloadFields(const QString& action) const {
 QVariantMap SchedulesViewModel::draft(const QString& id) const {
     const auto uuid = idOf(id);
     const auto task = uuid ? store().task(*uuid) : std::nullopt;
-    return task ? draftOf(*task) : newDraft();
+    return task ? draftOf(*task) : newDraft(context_);
 }
 
 QString SchedulesViewModel::save(const QString& id, const QVariantMap& draft) {
