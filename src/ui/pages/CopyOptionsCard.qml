@@ -18,7 +18,7 @@ Card {
 
         Flow {
             width: parent.width
-            spacing: Theme.space24
+            spacing: Theme.space16
 
             FormRow {
                 width: modes.implicitWidth

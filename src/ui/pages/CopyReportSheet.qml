@@ -8,6 +8,9 @@ ConfirmSheet {
     required property var copying
     readonly property var report: copying.report
     readonly property int problemCount: report.problemCount ?? 0
+    readonly property int manifestCount: (report.manifests ?? []).length
+    // Of a list: all of the sheet stays on a small window.
+    readonly property int rows: Math.max(2, Math.min(6, 9 - manifestCount))
     property string shown: "files"
 
     function openFor(id: string) {
@@ -43,16 +46,23 @@ ConfirmSheet {
                 }
             }
         }
-        Repeater {
-            model: sheet.report.manifests ?? []
+        Column {
+            width: parent.width
+            visible: sheet.manifestCount > 0
 
-            FactRow {
-                required property string modelData
+            Repeater {
+                model: sheet.report.manifests ?? []
 
-                width: parent.width
-                labelWidth: Theme.fieldWidthMiddle
-                label: Tr.t("copy-page.report.written-lists")
-                value: modelData
+                FactRow {
+                    required property string modelData
+                    required property int index
+
+                    width: parent.width
+                    labelWidth: Theme.fieldWidthMiddle
+                    label: index === 0 ? Tr.t("copy-page.report.written-lists") : ""
+                    value: modelData
+                    Accessible.name: Tr.t("copy-page.report.written-lists") + ": " + modelData
+                }
             }
         }
         SegmentedControl {
@@ -67,7 +77,7 @@ ConfirmSheet {
         }
         ListTable {
             width: parent.width
-            height: 6 * Theme.rowHeightTwo
+            height: sheet.rows * Theme.rowHeightTwo
             visible: sheet.shown === "problems"
             name: Tr.t("copy-page.report.problems")
             model: sheet.report.problems ?? []
@@ -99,7 +109,7 @@ ConfirmSheet {
         }
         ListTable {
             width: parent.width
-            height: Math.min(6, Math.max(2, count)) * Theme.rowHeightTwo + 2 * Theme.space4
+            height: Math.min(sheet.rows, Math.max(2, count)) * Theme.rowHeightTwo + 2 * Theme.space4
             visible: sheet.shown === "files" && sheet.report.fileCount > 0
             name: Tr.t("copy-page.report.files")
             model: sheet.visible ? sheet.copying.reportFiles : null
