@@ -77,7 +77,7 @@ ConfirmSheet {
         }
         ListTable {
             width: parent.width
-            height: sheet.rows * Theme.rowHeightTwo
+            height: Math.min(sheet.rows, Math.max(2, count)) * Theme.rowHeightTwo + 2 * Theme.space4
             visible: sheet.shown === "problems"
             name: Tr.t("copy-page.report.problems")
             model: sheet.report.problems ?? []
