@@ -10,6 +10,18 @@
 
 namespace vh::app {
 
+namespace {
+
+const QString separator = QStringLiteral(" · ");
+
+/// "sdb · 64 GB", or the size alone where the disk has no other name.
+QString diskText(const AppTexts& texts, const std::string& bsdName, const std::string& name, int64_t bytes) {
+    const QString size = texts.sizeText(bytes);
+    return bsdName == name ? size : qtText(printable(bsdName)) + separator + size;
+}
+
+} // namespace
+
 std::vector<std::string> FastCopyViewModel::sourcePaths() const {
     std::vector<std::string> paths;
     for (const copy::CopySource& each : sources_)
@@ -125,8 +137,7 @@ QVariantMap FastCopyViewModel::sourceRow(size_t row) const {
     return {
         {QStringLiteral("name"), words.sourceName(sources_[row])},
         {QStringLiteral("path"), path ? words.placePath(*path)
-                                      : qtText(printable(whole->bsdName)) + QStringLiteral(" · ") +
-                                            context_.texts().sizeText(whole->size)},
+                                      : diskText(context_.texts(), whole->bsdName, whole->name, whole->size)},
         {QStringLiteral("icon"), whole                       ? QStringLiteral("externaldrive")
                                  : facts && !facts->isFolder ? QStringLiteral("doc")
                                                              : QStringLiteral("folder")},
@@ -187,13 +198,10 @@ QString FastCopyViewModel::hindrance() const {
 QVariantList FastCopyViewModel::disks() const {
     const AppTexts& texts = context_.texts();
     const auto detailOf = [&](const DiskFacts& disk) {
-        QStringList parts;
-        if (disk.name != disk.bsdName)
-            parts << qtText(printable(disk.bsdName));
-        parts << texts.sizeText(disk.bytes);
-        if (!disk.holdsSystem && !disk.mountPoints.empty()) // where it is seen is what it is known by
-            parts << CopyWords(context_).placePath(disk.mountPoints.front());
-        return parts.join(QStringLiteral(" · "));
+        const QString text = diskText(texts, disk.bsdName, disk.name, disk.bytes);
+        return disk.holdsSystem || disk.mountPoints.empty()
+                   ? text // where it is seen is what it is known by
+                   : text + separator + CopyWords(context_).placePath(disk.mountPoints.front());
     };
     QVariantList list;
     for (const DiskFacts& each : disks_)

@@ -29,7 +29,10 @@ T.Popup {
     padding: Theme.space4
     focus: true
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
-    onOpened: list.forceActiveFocus(Qt.TabFocusReason)
+    onOpened: {
+        list.currentIndex = 0;
+        list.forceActiveFocus(Qt.TabFocusReason);
+    }
     background: FloatingSurface {}
 
     contentItem: ListView {
