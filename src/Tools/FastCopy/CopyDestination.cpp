@@ -160,7 +160,8 @@ Landing CopyDestination::end(const SourceFile& source, int64_t size) {
     try {
         if (isGood() && size != written_)
             partial_->setSize(size);
-        if (isGood() && partial_->state().bytes != size) // a volume may lose in silence what is too large for it
+        if (isGood() &&
+            partial_->state().bytes != size) // a volume may lose in silence what is too large for it
             error_ = "the destination did not keep all of the file";
     } catch (const SystemError& error) {
         error_ = refusedBy(error);

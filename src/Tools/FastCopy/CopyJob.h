@@ -37,7 +37,7 @@ struct CopyJob {
     double verified = 0;     ///< 0 to 1, while it verifies
     bool stopping = false;   ///< asked to, and not ended yet
     std::string error;       ///< for people; why it could not begin or failed as a whole
-    std::string summary;        ///< for people; of its record, once it is over
+    std::string summary;     ///< for people; of its record, once it is over
     bool endedWell = false;  ///< over, and nothing is to be said against it
     std::shared_ptr<const CopyReport> report;
     std::vector<std::string> manifests;   ///< that were written
