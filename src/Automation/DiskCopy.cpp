@@ -7,6 +7,7 @@
 #include "Core/Texts.h"
 #include "Core/ToolTexts.h"
 #include "HelperKit/HelperClient.h"
+#include "Platform/PartialSuffix.h"
 #include "Tools/FastCopy/CopyError.h"
 #include "Tools/FastCopy/CopyRecord.h"
 #include "Tools/FastCopy/FastCopier.h"
@@ -111,7 +112,7 @@ private:
             tell();
         } catch (const HelperClientError& error) {
             std::error_code ignored;
-            std::filesystem::remove(plan_.image + ".varnholt-partial", ignored);
+            std::filesystem::remove(plan_.image + std::string(partialSuffix), ignored);
             if (error.kind == HelperClientError::Kind::refused)
                 throw HelperClientError(HelperClientError::Kind::restarted, error.words);
             throw;

@@ -4,6 +4,7 @@
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
 #include "Platform/Folders.h"
+#include "Platform/PartialSuffix.h"
 #include "Platform/Trash.h"
 
 #include <algorithm>
@@ -82,7 +83,7 @@ std::optional<std::string> ScriptLibrary::faultOf(std::string_view name) {
         return "scripts.fault.empty";
     if (name.size() > longestName)
         return "scripts.fault.long";
-    if (name.front() == '.' || name.ends_with(".varnholt-partial"))
+    if (name.front() == '.' || name.ends_with(partialSuffix))
         return "scripts.fault.hidden";
     const auto isBad = [](char c) {
         return c == '/' || static_cast<unsigned char>(c) < 0x20 || c == 0x7f;

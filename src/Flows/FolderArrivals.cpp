@@ -2,6 +2,7 @@
 
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
+#include "Platform/PartialSuffix.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ constexpr std::chrono::milliseconds retryAfter{2000};
 
 /// Names that programs give to what they are still writing.
 bool isUnderWay(std::string_view name) {
-    static constexpr std::array<std::string_view, 5> endings{".varnholt-partial", ".part", ".partial",
+    static constexpr std::array<std::string_view, 5> endings{partialSuffix, ".part", ".partial",
                                                              ".crdownload", ".download"};
     return name.starts_with('.') || name.ends_with('~') ||
            std::any_of(endings.begin(), endings.end(), [&](std::string_view ending) {

@@ -1,7 +1,6 @@
-#include "Tools/FolderSync/SyncEngine.h"
-
 #include "Platform/Files.h"
 #include "Platform/SystemError.h"
+#include "Tools/FolderSync/SyncFolders.h"
 #include "support/FaultInjector.h"
 #include "support/FileTree.h"
 #include "support/SmallDisk.h"
@@ -23,39 +22,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using vh::test::treeOf;
 
-/// A source, a destination, and a Trash of its own.
-class Sync : public testing::Test {
-protected:
-    Sync() {
-        ::setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
-        pair.source = folder / "source";
-        pair.destination = folder / "destination";
-        pair.deleteExtraneous = true;
-        clear();
-    }
-    ~Sync() override { ::unsetenv("XDG_DATA_HOME"); }
-
-    void clear() {
-        fs::remove_all(folder / "data");
-        for (const std::string& each : {pair.source, pair.destination}) {
-            fs::remove_all(each);
-            fs::create_directories(each);
-        }
-    }
-    std::string from(const std::string& relative) const { return pair.source + "/" + relative; }
-    std::string to(const std::string& relative) const { return pair.destination + "/" + relative; }
-    static void write(const std::string& path, const std::string& text) {
-        fs::create_directories(fs::path(path).parent_path());
-        writeFileAtomically(path, text);
-    }
-    SyncResult run(const SyncEngine::Steering& steering = {}) const {
-        return SyncEngine::apply(SyncEngine::plan(pair), pair, steering);
-    }
-
-    vh::test::TempDir folder;
-    const std::string trash = folder / "data/Trash/files";
-    SyncPair pair;
-};
+class Sync : public SyncFolders {};
 
 std::string accessListOf(const std::string& path) {
     std::string list(256, '\0');

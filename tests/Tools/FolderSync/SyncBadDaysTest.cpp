@@ -1,6 +1,6 @@
 #include "Platform/Files.h"
 #include "Platform/Trash.h"
-#include "Tools/FolderSync/SyncEngine.h"
+#include "Tools/FolderSync/SyncFolders.h"
 #include "support/FileTree.h"
 #include "support/LoopVolume.h"
 #include "support/SmallDisk.h"
@@ -24,32 +24,7 @@ using testing::IsEmpty;
 using vh::test::LoopVolume;
 using vh::test::treeOf;
 
-/// A source and a destination on which bad days befall.
-class SyncBadDays : public testing::Test {
-protected:
-    SyncBadDays() {
-        ::setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
-        pair.source = folder / "source";
-        pair.destination = folder / "destination";
-        pair.deleteExtraneous = true;
-        fs::create_directories(pair.source);
-        fs::create_directories(pair.destination);
-    }
-    ~SyncBadDays() override { ::unsetenv("XDG_DATA_HOME"); }
-
-    std::string from(const std::string& relative) const { return pair.source + "/" + relative; }
-    std::string to(const std::string& relative) const { return pair.destination + "/" + relative; }
-    static void write(const std::string& path, const std::string& text) {
-        fs::create_directories(fs::path(path).parent_path());
-        writeFileAtomically(path, text);
-    }
-    SyncResult run(const SyncEngine::Steering& steering = {}) const {
-        return SyncEngine::apply(SyncEngine::plan(pair), pair, steering);
-    }
-
-    vh::test::TempDir folder;
-    SyncPair pair;
-};
+class SyncBadDays : public SyncFolders {};
 
 TEST_F(SyncBadDays, DestinationIsTakenAwayInTheMiddle) {
     struct Case {
