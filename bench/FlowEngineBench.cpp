@@ -1,5 +1,5 @@
-#include "Automation/NodeThreads.h"
-#include "Flows/FlowEngine.h"
+#include "Features/Flows/FlowEngine.h"
+#include "Features/Flows/work/NodeThreads.h"
 
 #include <benchmark/benchmark.h>
 #include <fstream>

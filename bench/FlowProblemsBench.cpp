@@ -1,6 +1,6 @@
-#include "Flows/FlowProblem.h"
+#include "Features/Flows/FlowProblem.h"
 
-#include "Flows/Flow.h"
+#include "Features/Flows/Flow.h"
 
 #include <benchmark/benchmark.h>
 

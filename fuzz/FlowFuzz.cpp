@@ -1,7 +1,7 @@
 #include "Core/Codec.h"
-#include "Flows/FlowFields.h"
-#include "Flows/FlowProblem.h"
-#include "Flows/FlowRun.h"
+#include "Features/Flows/FlowFields.h"
+#include "Features/Flows/FlowProblem.h"
+#include "Features/Flows/FlowRun.h"
 
 #include <cstdlib>
 

@@ -2,7 +2,7 @@
 
 #include "Core/Describe.h"
 #include "Core/Uuid.h"
-#include "Flows/FlowRun.h"
+#include "Features/Flows/FlowRun.h"
 
 #include <optional>
 #include <string>

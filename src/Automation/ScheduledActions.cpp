@@ -1,13 +1,13 @@
 #include "Automation/ScheduledActions.h"
 
-#include "Automation/SyncJob.h"
-#include "Automation/TaskList.h"
-#include "Automation/TasksRun.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Core/SuiteModule.h"
 #include "Core/ToolTexts.h"
+#include "HelperKit/TaskList.h"
 #include "Tools/FolderSync/SyncPairStore.h"
+#include "Tools/FolderSync/work/SyncJob.h"
+#include "Tools/Maintenance/work/TasksRun.h"
 
 #include <algorithm>
 #include <array>

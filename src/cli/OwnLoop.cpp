@@ -1,6 +1,6 @@
 #include "cli/OwnLoop.h"
 
-#include "Automation/RunFollowUps.h"
+#include "Features/FollowUps/work/RunFollowUps.h"
 #include "app/SessionAutomation.h"
 
 namespace vh::cli {

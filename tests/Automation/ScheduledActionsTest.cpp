@@ -1,7 +1,7 @@
 #include "Automation/ScheduledActions.h"
 
-#include "Automation/TestWorld.h"
 #include "Platform/Files.h"
+#include "support/TestWorld.h"
 
 #include <gtest/gtest.h>
 

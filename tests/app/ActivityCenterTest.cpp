@@ -1,6 +1,6 @@
 #include "app/ActivityCenter.h"
 
-#include "app/Desk.h"
+#include "support/view/Desk.h"
 
 #include <limits>
 #include <thread>

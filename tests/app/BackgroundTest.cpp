@@ -1,9 +1,9 @@
 #include "app/Background.h"
 
-#include "app/FakeModule.h"
-#include "app/MainThread.h"
 #include "app/MainThreadDoor.h"
 #include "app/RecordListModel.h"
+#include "support/FakeModule.h"
+#include "support/view/MainThread.h"
 
 #include <gmock/gmock.h>
 #include <optional>

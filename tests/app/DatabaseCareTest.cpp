@@ -1,6 +1,6 @@
 #include "app/DatabaseCare.h"
 
-#include "app/Desk.h"
+#include "support/view/Desk.h"
 
 namespace vh::app::test {
 namespace {

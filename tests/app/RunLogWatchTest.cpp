@@ -1,6 +1,6 @@
 #include "app/RunLogWatch.h"
 
-#include "app/Desk.h"
+#include "support/view/Desk.h"
 
 #include <thread>
 

@@ -1,8 +1,8 @@
 #include "app/ScanCleanViewModel.h"
 
 #include "Tools/SystemJunk/SystemJunkModule.h"
-#include "app/Desk.h"
-#include "app/FakeModule.h"
+#include "support/FakeModule.h"
+#include "support/view/Desk.h"
 
 namespace vh::app::test {
 namespace {

@@ -1,12 +1,12 @@
-#include "app/HomeViewModel.h"
-#include "app/SettingsViewModel.h"
+#include "Features/Home/view/HomeViewModel.h"
+#include "Features/Settings/view/SettingsViewModel.h"
 #include "app/ShellViewModel.h"
 
 #include "Core/ToolCatalog.h"
 #include "Core/ToolTexts.h"
 #include "app/DatabaseCare.h"
-#include "app/Desk.h"
 #include "app/PathText.h"
+#include "support/view/Desk.h"
 
 namespace vh::app::test {
 namespace {

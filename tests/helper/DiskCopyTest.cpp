@@ -1,4 +1,4 @@
-#include "Automation/DiskCopy.h"
+#include "Tools/FastCopy/work/DiskCopy.h"
 
 #include "Core/CleanJob.h"
 #include "Core/DatabaseLocation.h"

@@ -5,7 +5,7 @@
 #include "Core/RunLog.h"
 #include "Core/ScheduleStore.h"
 #include "Core/UserDefaults.h"
-#include "Flows/NodesStore.h"
+#include "Features/Flows/NodesStore.h"
 #include "support/TempDir.h"
 #include "support/WaitUntil.h"
 

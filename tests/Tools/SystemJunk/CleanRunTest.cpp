@@ -1,9 +1,9 @@
 #include "Core/RunUndo.h"
 
 #include "Platform/Trash.h"
-#include "Tools/SystemJunk/Sandbox.h"
 #include "Tools/SystemJunk/SystemJunkModule.h"
 #include "support/FaultInjector.h"
+#include "support/Sandbox.h"
 #include "support/SmallDisk.h"
 
 #include <gtest/gtest.h>

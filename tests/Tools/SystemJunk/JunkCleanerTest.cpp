@@ -1,8 +1,8 @@
 #include "Tools/SystemJunk/JunkCleaner.h"
 
 #include "Platform/Trash.h"
-#include "Tools/SystemJunk/Sandbox.h"
 #include "Tools/SystemJunk/SystemJunkModule.h"
+#include "support/Sandbox.h"
 
 #include <gtest/gtest.h>
 

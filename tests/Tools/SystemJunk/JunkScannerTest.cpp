@@ -4,8 +4,8 @@
 
 #include "Platform/FileDescriptor.h"
 #include "Platform/Removal.h"
-#include "Tools/SystemJunk/Sandbox.h"
 #include "support/ChildWork.h"
+#include "support/Sandbox.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,139 @@
+#include "Features/Activity/command/RunsCommand.h"
+
+#include "Core/Csv.h"
+#include "Core/Printable.h"
+#include "Core/RunReportDocument.h"
+#include "Core/ToolTexts.h"
+#include "Features/Activity/command/RunFilterOptions.h"
+#include "app/Session.h"
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/NamedThing.h"
+#include "cli/Reply.h"
+#include "cli/Table.h"
+
+namespace vh {
+
+namespace cli {
+
+/// One run with all that it touched.
+struct RunReply {
+    RunRecord record;
+    std::vector<RunFileRow> files;
+};
+
+} // namespace cli
+
+template <>
+inline constexpr auto describe<cli::RunReply> = record(field("record", &cli::RunReply::record),
+                                                       field("files", &cli::RunReply::files));
+
+} // namespace vh
+
+namespace vh::cli {
+
+namespace {
+
+struct ListOptions {
+    RunFilterOptions filter;
+    size_t limit = 30;
+};
+
+std::string outcomeTitle(const Texts& texts, Outcome outcome) {
+    return texts.text(fmt::format("outcome.{}", rawValue(outcome)));
+}
+
+Exit listRuns(Context& context, const ListOptions& options) {
+    const size_t limit = options.limit > 0 ? options.limit : RunLog::defaultMaxRecords;
+    auto runs = matchingRuns(context.session, options.filter.filter(LocalCalendar()), limit + 1);
+    const bool isCut = runs.size() > limit;
+    runs.resize(std::min(runs.size(), limit));
+    if (context.format == Format::json) {
+        printJson(runs);
+        return Exit::done;
+    }
+    const Texts& texts = context.session.texts();
+    if (runs.empty()) {
+        print(texts.text("cli.runs.none") + "\n");
+        return Exit::done;
+    }
+    printRuns(runs, texts);
+    if (isCut)
+        print(texts.text("cli.runs.more") + "\n");
+    return Exit::done;
+}
+
+void printReport(const RunReportDocument& report) {
+    print(fmt::format("{}  {}\n{}\n\n", report.title, report.identity, report.meta));
+    for (const auto& [label, value] : report.facts) {
+        const auto lines = splitList(value);
+        print(label + (lines.size() > 1 ? ":\n" : ": "));
+        for (const std::string& line : lines)
+            print((lines.size() > 1 ? "  " : "") + printable(line) + "\n");
+    }
+    for (const auto& total : report.totals)
+        print(fmt::format("{}: {}\n", total.label, total.value));
+    std::vector<Column> columns;
+    for (size_t i = 0; i < report.columns.size(); ++i)
+        columns.push_back({report.columns[i], report.numeric.contains(i) ? Align::right : Align::left,
+                           !report.numeric.contains(i)});
+    Table table(std::move(columns));
+    for (const auto& line : report.lines)
+        table.add(line.cells);
+    if (!table.isEmpty())
+        print("\n" + table.text(outputWidth()));
+}
+
+Exit showRun(Context& context, const std::string& word) {
+    const auto run = findRun(context, word);
+    if (!run)
+        return Exit::failed;
+    const auto files = context.session.runFiles().rows(run->id);
+    if (context.format == Format::json) {
+        printJson(RunReply{*run, files});
+        return Exit::done;
+    }
+    printReport(RunReportDocument::of(*run, files, context.session.texts(), LocalCalendar()));
+    return Exit::done;
+}
+
+} // namespace
+
+void printRuns(const std::vector<RunRecord>& runs, const Texts& texts) {
+    const LocalCalendar calendar;
+    Table table({{texts.text("cli.column.id")},
+                 {texts.text("cli.column.date")},
+                 {texts.text("cli.column.tool")},
+                 {texts.text("cli.column.outcome")},
+                 {texts.text("cli.column.trigger")},
+                 {texts.text("cli.column.summary"), Align::left, true}});
+    for (const RunRecord& run : runs)
+        table.add({run.id.text().substr(0, 8), timestamp(run.startedAt, calendar).substr(0, 16),
+                   printable(toolName(texts, run.toolID)), outcomeTitle(texts, run.outcome),
+                   texts.text(fmt::format("trigger.{}", rawValue(run.trigger))), printable(run.summary)});
+    print(table.text(outputWidth()));
+}
+
+std::optional<RunRecord> findRun(Context& context, const std::string& word) {
+    return findNamed(context, context.session.runLog().all(), word,
+                     {"cli.runs.unknown", "cli.runs.ambiguous"});
+}
+
+void describeRuns(CLI::App& noun, CommandLine& line) {
+    noun.require_subcommand(1);
+    auto options = std::make_shared<ListOptions>();
+    CLI::App* list = noun.add_subcommand("list", line.text("cli.runs.list"));
+    options->filter.addTo(*list, line);
+    list->add_option("--limit", options->limit, line.text("cli.runs.limit"))->type_name("N");
+    line.on(list, [options](Context& context) { return listRuns(context, *options); });
+
+    auto word = std::make_shared<std::string>();
+    CLI::App* show = noun.add_subcommand("show", line.text("cli.runs.show"));
+    show->add_option("id", *word, line.text("cli.runs.id"))->required()->type_name("ID");
+    line.on(show, [word](Context& context) { return showRun(context, *word); });
+
+    describeRunsReport(noun, line);
+    describeRunsUpkeep(noun, line);
+}
+
+} // namespace vh::cli

@@ -1,0 +1,58 @@
+#include "Automation/RunReportFile.h"
+#include "Core/Printable.h"
+#include "Features/Activity/command/RunsCommand.h"
+#include "Platform/Files.h"
+#include "app/Session.h"
+#include "cli/CommandLine.h"
+#include "cli/Consent.h"
+#include "cli/Reply.h"
+
+#include <CLI/App.hpp>
+#include <filesystem>
+
+namespace vh::cli {
+
+namespace {
+
+constexpr unsigned reportMode = 0644;
+
+struct ReportOptions {
+    std::string word;
+    std::string format = "pdf";
+    std::string output;
+    bool yes = false;
+};
+
+Exit writeReport(Context& context, const ReportOptions& options) {
+    const Texts& texts = context.session.texts();
+    const auto format = fromRaw<automation::ReportFormat>(options.format);
+    if (!format)
+        throw UsageError(texts.text("cli.follow-ups.bad-format", {{"format", printable(options.format)}}));
+    const auto run = findRun(context, options.word);
+    if (!run)
+        return Exit::failed;
+    const auto report = automation::reportFileOf(*run, context.session.runFiles().rows(run->id), *format,
+                                                 texts, LocalCalendar());
+    const std::string file =
+        std::filesystem::absolute(options.output.empty() ? report.name : options.output).native();
+    if (const auto exit = unlessReplaceable(context, options.yes, file))
+        return *exit;
+    writeFileAtomically(file, report.bytes, reportMode);
+    complain(texts.text("cli.runs.reported", {{"path", printable(file)}}));
+    return Exit::done;
+}
+
+} // namespace
+
+void describeRunsReport(CLI::App& noun, CommandLine& line) {
+    auto options = std::make_shared<ReportOptions>();
+    CLI::App* report = noun.add_subcommand("report", line.text("cli.runs.report"));
+    report->add_option("id", options->word, line.text("cli.runs.id"))->required()->type_name("ID");
+    report->add_option("--format", options->format, line.text("cli.runs.report-format"))
+        ->type_name("pdf|csv");
+    report->add_option("--output,-o", options->output, line.text("cli.runs.output"))->type_name("FILE");
+    report->add_flag("--yes,-y", options->yes, line.text("cli.yes"));
+    line.on(report, [options](Context& context) { return writeReport(context, *options); });
+}
+
+} // namespace vh::cli

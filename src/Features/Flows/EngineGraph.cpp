@@ -1,0 +1,94 @@
+#include "Features/Flows/EngineGraph.h"
+
+#include <algorithm>
+#include <functional>
+#include <queue>
+
+namespace vh::flows {
+
+EngineGraph::EngineGraph(const Flow& flow) : flow_(flow), nodes_(flow.nodes.size()) {
+    places_.reserve(flow.nodes.size());
+    for (size_t i = 0; i < flow.nodes.size(); ++i)
+        places_.emplace(flow.nodes[i].id, i);
+    for (const FlowEdge& edge : flow.edges) {
+        const size_t to = placeOf(edge.to);
+        if (to == nowhere)
+            continue;
+        const size_t from = placeOf(edge.from);
+        nodes_[to].inputs.push_back({from, edge.condition});
+        if (from != nowhere)
+            nodes_[from].outputs.push_back(to);
+    }
+}
+
+size_t EngineGraph::placeOf(const Uuid& id) const {
+    const auto found = places_.find(id);
+    return found == places_.end() ? nowhere : found->second;
+}
+
+std::vector<size_t> EngineGraph::ancestors(size_t node) const {
+    std::vector<bool> seen(nodes_.size());
+    std::vector<size_t> found;
+    std::vector<size_t> open{node};
+    while (!open.empty()) {
+        const size_t at = open.back();
+        open.pop_back();
+        for (const Input& input : nodes_[at].inputs)
+            if (input.from != nowhere && !seen[input.from]) {
+                seen[input.from] = true;
+                found.push_back(input.from);
+                open.push_back(input.from);
+            }
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+std::vector<size_t> EngineGraph::order() const {
+    std::vector<size_t> missing(nodes_.size());
+    std::priority_queue<size_t, std::vector<size_t>, std::greater<>> ready;
+    for (size_t i = 0; i < nodes_.size(); ++i) {
+        missing[i] = nodes_[i].inputs.size();
+        if (missing[i] == 0)
+            ready.push(i);
+    }
+    std::vector<size_t> order;
+    while (!ready.empty()) {
+        order.push_back(ready.top());
+        ready.pop();
+        for (const size_t to : nodes_[order.back()].outputs)
+            if (--missing[to] == 0)
+                ready.push(to);
+    }
+    return order;
+}
+
+std::vector<FlowComputer> EngineGraph::computers() const {
+    struct Met {
+        const FlowComputer* only = nullptr;
+        bool several = false;
+        void meet(const FlowComputer& computer) {
+            several = several || (only && *only != computer);
+            only = &computer;
+        }
+    };
+    std::vector<Met> met(nodes_.size());
+    for (const size_t at : order())
+        for (const Input& input : nodes_[at].inputs) {
+            if (const auto* computer = std::get_if<ComputerNode>(&flow_.nodes[input.from].kind))
+                met[at].meet(computer->computer);
+            if (met[input.from].only)
+                met[at].meet(*met[input.from].only);
+            met[at].several = met[at].several || met[input.from].several;
+        }
+    std::vector<FlowComputer> computers(nodes_.size(), ThisMac{});
+    for (size_t i = 0; i < nodes_.size(); ++i) {
+        if (const auto* own = std::get_if<ComputerNode>(&flow_.nodes[i].kind))
+            computers[i] = own->computer;
+        else if (met[i].only && !met[i].several)
+            computers[i] = *met[i].only;
+    }
+    return computers;
+}
+
+} // namespace vh::flows

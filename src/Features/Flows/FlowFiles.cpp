@@ -1,0 +1,169 @@
+#include "Features/Flows/FlowFiles.h"
+
+#include "Core/Codec.h"
+#include "Features/Flows/NodesStore.h"
+#include "Platform/Files.h"
+#include "Platform/FolderReader.h"
+#include "Platform/SystemError.h"
+
+#include <algorithm>
+
+namespace vh::flows {
+
+std::optional<Uuid> idOfName(std::string_view name, std::string_view suffix) {
+    constexpr size_t length = 36;
+    if (name.size() != length + suffix.size() || !name.ends_with(suffix))
+        return std::nullopt;
+    const auto id = Uuid::parse(name.substr(0, length));
+    return id && id->text() == name.substr(0, length) ? id : std::nullopt;
+}
+
+bool FlowFolder::refresh() {
+    std::map<Uuid, Known> now;
+    bool isUnreadable = false;
+    try {
+        now = look();
+    } catch (const SystemError&) {
+        isUnreadable = true;
+    }
+    const bool isSame =
+        isUnreadable == isUnreadable_ && std::ranges::equal(now, known_, [](const auto& a, const auto& b) {
+            return a.first == b.first && a.second.stamp == b.second.stamp;
+        });
+    isUnreadable_ = isUnreadable;
+    known_ = std::move(now);
+    return !isSame;
+}
+
+std::map<Uuid, FlowFolder::Known> FlowFolder::look() const {
+    std::map<Uuid, Known> now;
+    if (!statusOf(path_))
+        return now;
+    FolderReader reader(path_);
+    while (const auto entry = reader.next()) {
+        const auto id = idOfName(entry->name, ".json");
+        if (!id || entry->type != FileType::file)
+            continue;
+        const auto stamp = stampOf(fileOf(*id));
+        if (!stamp)
+            continue; // gone by now
+        const auto before = known_.find(*id);
+        now[*id] =
+            before != known_.end() && before->second.stamp == *stamp
+                ? before->second
+                : Known{*stamp, stamp->byteSize > NodesStore::largestFile ? nullptr : read(fileOf(*id), *id)};
+    }
+    return now;
+}
+
+std::shared_ptr<const CompanyFlow> FlowFolder::read(const std::string& file, const Uuid& id) const {
+    try {
+        const std::string text = readFile(file);
+        auto flow = isCompany_ ? decodeJson<CompanyFlow>(text) : CompanyFlow{decodeJson<Flow>(text), ""};
+        // Saved under its own name it would be there twice.
+        return flow.flow.id == id ? std::make_shared<const CompanyFlow>(std::move(flow)) : nullptr;
+    } catch (const DecodeError&) {
+        return nullptr;
+    } catch (const SystemError&) {
+        return nullptr;
+    }
+}
+
+std::vector<CompanyFlow> FlowFolder::flows() const {
+    std::vector<CompanyFlow> all;
+    for (const auto& [id, known] : known_)
+        if (known.flow)
+            all.push_back(*known.flow);
+    return all;
+}
+
+std::vector<std::string> FlowFolder::damaged() const {
+    std::vector<std::string> files;
+    if (isUnreadable_)
+        files.push_back(path_);
+    for (const auto& [id, known] : known_)
+        if (!known.flow)
+            files.push_back(fileOf(id));
+    return files;
+}
+
+bool FlowFolder::contains(const Uuid& id) const {
+    const auto found = known_.find(id);
+    return found != known_.end() && found->second.flow;
+}
+
+std::vector<FlowRun> readRuns(const std::string& file) {
+    std::vector<FlowRun> runs;
+    const auto text = readFileIfPresent(file);
+    if (!text)
+        return runs;
+    try {
+        JsonDocument document;
+        const JsonView root = document.parse(*text);
+        if (root.kind() == JsonKind::array)
+            root.forEachElement([&](size_t, JsonView each) {
+                try {
+                    runs.push_back(decodeJson<FlowRun>(each));
+                } catch (const DecodeError&) {
+                    // A run of a version that says more than this one knows hides no other.
+                }
+            });
+    } catch (const DecodeError&) {
+        return {};
+    }
+    return runs;
+}
+
+namespace {
+
+/// A line of a note after its first, which is the run itself.
+struct NotedResult {
+    Uuid node;
+    FlowNodeResult result;
+};
+
+} // namespace
+
+} // namespace vh::flows
+
+namespace vh {
+template <>
+inline constexpr auto describe<flows::NotedResult> = record(field("node", &flows::NotedResult::node),
+                                                            field("result", &flows::NotedResult::result));
+} // namespace vh
+
+namespace vh::flows {
+
+std::optional<FlowRun> readRunNote(const std::string& file) {
+    const auto text = readFileIfPresent(file);
+    if (!text)
+        return std::nullopt;
+    std::optional<FlowRun> run;
+    for (size_t start = 0; start < text->size();) {
+        const size_t end = std::min(text->find('\n', start), text->size());
+        const auto line = std::string_view(*text).substr(start, end - start);
+        start = end + 1;
+        try {
+            if (!run) {
+                run = decodeJson<FlowRun>(line);
+                continue;
+            }
+            NotedResult noted = decodeJson<NotedResult>(line);
+            run->results.insert_or_assign(noted.node, std::move(noted.result));
+        } catch (const DecodeError&) {
+            if (!run)
+                return std::nullopt;
+        }
+    }
+    return run;
+}
+
+void writeRunNote(const std::string& file, const FlowRun& run) {
+    writeFileAtomically(file, encodeJson(run) + "\n");
+}
+
+void addToRunNote(const std::string& file, const Uuid& node, const FlowNodeResult& result) {
+    appendToFile(file, encodeJson(NotedResult{node, result}) + "\n");
+}
+
+} // namespace vh::flows

@@ -1,0 +1,25 @@
+#include "Features/Flows/work/NodesExecutor.h"
+
+#include "Core/Printable.h"
+#include "Features/Flows/work/NodeResults.h"
+
+namespace vh::automation {
+
+using namespace flows;
+
+FlowNodeResult FlowOutpost::run(const FlowStep& step, const FlowNodeKind& expanded, const Texts& texts,
+                                const CancelToken&) {
+    const auto* machine = std::get_if<FlowMachine>(&step.computer);
+    if (machine && runsOnComputer(expanded))
+        return failure(texts.text("nodes.fail.not-in-company", {{"computer", printable(machine->label)}}));
+    if (const auto* install = std::get_if<InstallNode>(&expanded))
+        return failure(
+            texts.text(install->entries.empty() ? "nodes.fail.no-entries" : "nodes.fail.no-catalog"));
+    if (std::holds_alternative<RecipeNode>(expanded))
+        return failure(texts.text("nodes.fail.no-recipe"));
+    if (std::holds_alternative<AgentNode>(expanded))
+        return failure(texts.text("nodes.fail.no-model"));
+    return failure(texts.text("nodes.fail.nothing-sent"));
+}
+
+} // namespace vh::automation

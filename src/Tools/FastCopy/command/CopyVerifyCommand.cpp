@@ -1,0 +1,58 @@
+#include "Tools/FastCopy/command/CopyVerifyCommand.h"
+
+#include "Core/Printable.h"
+#include "Tools/FastCopy/CopyWork.h"
+#include "app/Session.h"
+#include "cli/CommandLine.h"
+#include "cli/Reply.h"
+
+namespace vh::cli {
+
+namespace {
+
+void printFindings(const copy::ManifestCheck& check, const Texts& texts) {
+    for (const std::string& path : check.differing)
+        complain(texts.text("cli.copy.verify.differs", {{"path", printable(path)}}));
+    for (const std::string& path : check.missing)
+        complain(texts.text("cli.copy.verify.missing", {{"path", printable(path)}}));
+    for (const std::string& line : check.unreadable)
+        complain(printable(line));
+}
+
+Exit verifyCopy(Context& context, const std::string& manifest) {
+    app::Session& session = context.session;
+    if (manifest.empty())
+        throw UsageError(session.texts().text("cli.copy.verify-or-copy"));
+    const std::string path = absolutePath(manifest);
+    const copy::CheckResult result = [&] {
+        ProgressLine line;
+        return copy::runManifestCheck(path, Trigger::manual, session.runStores(), session.texts(),
+                                      line.control(context.cancel));
+    }();
+    if (!result.error.empty()) {
+        complain(printable(result.error));
+        return exitOf(result.record.outcome);
+    }
+    if (context.format == Format::json) {
+        printJson(result.check);
+        return exitOf(result.record.outcome);
+    }
+    printFindings(result.check, session.texts());
+    print(result.record.summary + "\n");
+    return exitOf(result.record.outcome);
+}
+
+} // namespace
+
+void describeCopyVerify(CLI::App& copy, CommandLine& line, std::function<bool()> hasWords) {
+    const auto manifest = std::make_shared<std::string>();
+    CLI::App* verb = copy.add_subcommand("verify", line.text("cli.copy.verify-list"));
+    verb->add_option("MANIFEST", *manifest, line.text("cli.copy.verify-list.file"))->required();
+    line.onChange(verb, [manifest, hasWords = std::move(hasWords)](Context& context) {
+        if (hasWords())
+            throw UsageError(context.session.texts().text("cli.copy.verify-or-copy"));
+        return verifyCopy(context, *manifest);
+    });
+}
+
+} // namespace vh::cli

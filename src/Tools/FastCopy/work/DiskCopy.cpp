@@ -1,0 +1,275 @@
+#include "Tools/FastCopy/work/DiskCopy.h"
+
+#include "Core/ByteFormat.h"
+#include "Core/Printable.h"
+#include "Core/RunJournal.h"
+#include "Core/Texts.h"
+#include "Core/ToolTexts.h"
+#include "HelperKit/HelperClient.h"
+#include "Platform/PartialSuffix.h"
+#include "Tools/FastCopy/CopyError.h"
+#include "Tools/FastCopy/CopyRecord.h"
+#include "Tools/FastCopy/FastCopier.h"
+#include "Tools/FastCopy/HashSidecar.h"
+#include "Tools/FastCopy/work/DiskCopyCheck.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fmt/format.h>
+#include <thread>
+
+namespace vh::automation {
+
+namespace {
+
+using copy::CopyControl;
+using copy::CopyProgress;
+using helper::DeviceJobPhase;
+using helper::DeviceJobStatus;
+using helper::HelperClientError;
+using End = DiskCopyResult::End;
+
+/// One image on its way, with its record.
+class DiskCopying {
+public:
+    DiskCopying(const DiskCopyRequest& request, const DeviceJobs& jobs, const Folders& folders,
+                const RunStores& runs, const Texts& texts, std::shared_ptr<CopyControl> control,
+                const std::function<void(const DiskCopyProgress&)>& progress, const CancelToken& cancel)
+        : request_(request), jobs_(jobs), folders_(folders), runs_(runs), texts_(texts),
+          control_(std::move(control)), report_(progress) {
+        control_->follow(cancel);
+    }
+
+    DiskCopyResult run() {
+        const auto run =
+            runs_.log.begin(copy::toolID, request_.trigger,
+                            copy::detailsOf({"/dev/" + request_.disk.bsdName}, request_.destinations));
+        journal_ = runs_.journals.open(run, toolName(texts_, copy::toolID));
+        try {
+            image();
+        } catch (const DiskCopyRefusal& error) {
+            fail(error.what());
+        } catch (const Cancelled&) {
+            stop();
+        } catch (const HelperClientError& error) {
+            failOrStop(error.text(texts_));
+        } catch (const std::exception& error) {
+            failOrStop(printable(error.what()));
+        }
+        if (result_.end == End::imaged)
+            copyOn();
+        finish();
+        return std::move(result_);
+    }
+
+private:
+    bool isStopped() const { return control_->isCancelled() || control_->isRemoved(first_); }
+
+    /// The first that nobody has taken out.
+    void chooseFirst() {
+        while (first_ < request_.destinations.size() && control_->isRemoved(first_))
+            ++first_;
+        if (first_ == request_.destinations.size())
+            throw Cancelled();
+    }
+
+    void image() {
+        chooseFirst();
+        plan_ = planDiskCopy(request_, first_, jobs_, folders_, runs_.log.now(), texts_);
+        if (isStopped())
+            throw Cancelled();
+        unmount(); // who unmounts may be asked for a password, and think better of it meanwhile
+        if (isStopped())
+            throw Cancelled();
+        const std::string id = jobs_.start({helper::DeviceJobKind::image, plan_.disk.device, plan_.image});
+        result_.imagePath = plan_.image;
+        watch(id);
+        conclude();
+    }
+
+    void unmount() {
+        if (!plan_.disk.isMounted)
+            return;
+        try {
+            jobs_.unmount(plan_.disk);
+        } catch (const std::exception& error) {
+            throw DiskCopyRefusal(
+                texts_.text("fast-copy.disk-unmount-failed",
+                            {{"disk", printable(plan_.disk.name)}, {"reason", printable(error.what())}}));
+        }
+    }
+
+    /// Until the job is over. A helper that knows it no longer was started anew, and what the old one left goes.
+    void watch(const std::string& id) {
+        bool isAsked = false;
+        try {
+            for (now_.image = jobs_.status(id); !now_.image.isOver(); now_.image = jobs_.status(id)) {
+                tell();
+                if (isStopped() && !std::exchange(isAsked, true))
+                    jobs_.cancel(id);
+                std::this_thread::sleep_for(jobs_.interval);
+            }
+            tell();
+        } catch (const HelperClientError& error) {
+            std::error_code ignored;
+            std::filesystem::remove(plan_.image + std::string(partialSuffix), ignored);
+            if (error.kind == HelperClientError::Kind::refused)
+                throw HelperClientError(HelperClientError::Kind::restarted, error.words);
+            throw;
+        }
+    }
+
+    void conclude() {
+        const DeviceJobStatus& job = now_.image;
+        result_.badBlocks = job.badBlocks;
+        if (job.phase != DeviceJobPhase::done)
+            return failOrStop(printable(job.error));
+        result_.end = End::imaged;
+        result_.sha256 = job.sha256;
+        const std::string name = printable(plan_.disk.name);
+        result_.message = job.badBlocks > 0 ? texts_.text("fast-copy.disk-image-with-holes",
+                                                          {{"disk", name}, {"blocks", job.badBlocks}})
+                                            : texts_.text("fast-copy.disk-image-complete", {{"disk", name}});
+        journal_->done({plan_.disk.device, plan_.image, job.bytesTotal, "copied", job.sha256});
+        try {
+            copy::writeHashSidecar(plan_.image, job.sha256);
+        } catch (const std::exception& error) {
+            result_.sidecarFailure =
+                texts_.text("fast-copy.disk-sidecar-failed", {{"reason", printable(error.what())}});
+        }
+    }
+
+    void fail(std::string why) {
+        result_.end = End::failed;
+        result_.message = std::move(why);
+    }
+    void stop() {
+        result_.end = End::stopped;
+        result_.message = texts_.text(result_.imagePath.empty() ? "fast-copy.summary.stopped"
+                                                                : "fast-copy.disk-cancelled-partial-removed");
+    }
+    void failOrStop(std::string why) {
+        if (isStopped() || now_.image.phase == DeviceJobPhase::cancelled)
+            stop();
+        else
+            fail(std::move(why));
+    }
+
+    /// The image's own place counts as taken out, so that the others keep their numbers.
+    void copyOn() {
+        std::vector<std::string> sources{plan_.image};
+        if (result_.sidecarFailure.empty())
+            sources.push_back(copy::sidecarOf(plan_.image));
+        if (request_.destinations.size() == first_ + 1)
+            return;
+        control_->remove(first_);
+        try {
+            result_.further = copy::FastCopier(control_).copy(
+                sources, request_.destinations, request_.options, [this](const CopyProgress& progress) {
+                    now_.further = progress;
+                    tell();
+                });
+        } catch (const std::exception& error) {
+            problems_.push_back(printable(error.what()));
+            return;
+        }
+        book(*result_.further, sources);
+    }
+
+    void book(copy::CopyReport& report, const std::vector<std::string>& sources) {
+        copies_ = copy::summaryOf(report, texts_);
+        journal_->add(copy::rowsOf(report, sources));
+        for (const std::string& problem : report.problems())
+            problems_.push_back(printable(problem));
+        copy::DestinationReport& own = report.destinations[first_];
+        own.removed = false;
+        own.copied = static_cast<int64_t>(sources.size());
+        own.bytes = now_.image.bytesTotal;
+    }
+
+    void tell() const {
+        if (report_)
+            report_(now_);
+    }
+
+    void finish() {
+        RunMetrics metrics;
+        if (result_.end == End::imaged) {
+            metrics[RunMetric::bytesImaged] = static_cast<double>(now_.image.bytesTotal);
+            metrics[RunMetric::badBlocks] = static_cast<double>(result_.badBlocks);
+        }
+        if (!result_.sidecarFailure.empty())
+            problems_.push_back(result_.sidecarFailure);
+        if (result_.end == End::failed)
+            problems_.push_back(result_.message);
+        if (!problems_.empty())
+            metrics[RunMetric::errors] = static_cast<double>(problems_.size());
+        result_.record =
+            journal_->finish(outcome(), summary(), metrics, {{RunDetail::errors, joinList(problems_)}});
+    }
+
+    Outcome outcome() const {
+        if (result_.end == End::failed)
+            return Outcome::failed;
+        if (result_.end == End::stopped ||
+            (result_.further && result_.further->outcome == copy::CopyOutcome::stopped))
+            return Outcome::cancelled;
+        return result_.badBlocks > 0 || !problems_.empty() ? Outcome::warning : Outcome::success;
+    }
+
+    std::string summary() const {
+        if (result_.end != End::imaged)
+            return result_.message;
+        const std::vector<TextArgument> arguments{
+            {"disk", printable(plan_.disk.name)},
+            {"path", printable(plan_.image)},
+            {"bytes", sizeText(now_.image.bytesTotal, texts_.language())}};
+        std::string text = result_.sidecarFailure.empty()
+                               ? texts_.text("fast-copy.disk-history-imaged", arguments)
+                               : texts_.text("fast-copy.disk-history-imaged-no-hash", arguments);
+        if (result_.badBlocks > 0)
+            text += " " + result_.message;
+        return copies_.empty() ? text : text + " " + copies_;
+    }
+
+    const DiskCopyRequest& request_;
+    const DeviceJobs& jobs_;
+    const Folders& folders_;
+    const RunStores& runs_;
+    const Texts& texts_;
+    const std::shared_ptr<CopyControl> control_;
+    const std::function<void(const DiskCopyProgress&)>& report_;
+
+    size_t first_ = 0; ///< where the image goes
+    DiskCopyPlan plan_;
+    std::unique_ptr<RunJournal> journal_;
+    DiskCopyProgress now_;
+    DiskCopyResult result_;
+    std::vector<std::string> problems_;
+    std::string copies_; ///< what came of copying the image on, for people
+};
+
+} // namespace
+
+copy::RescueDisk sourceOf(const DiskFacts& disk) {
+    return {disk.bsdName, disk.name, disk.bytes, disk.isMounted};
+}
+
+std::string imageNameOf(const copy::RescueDisk& disk, Date now, const LocalCalendar& calendar) {
+    std::string name = disk.name;
+    std::ranges::replace(name, ' ', '-');
+    std::ranges::replace(name, '/', '-');
+    const WallTime at = calendar.wallTime(now);
+    return fmt::format("{}-{:04}{:02}{:02}-{:02}{:02}.img", name, at.year, at.month, at.day, at.hour,
+                       at.minute);
+}
+
+DiskCopyResult runDiskCopy(const DiskCopyRequest& request, const DeviceJobs& jobs, const Folders& folders,
+                           const RunStores& runs, const Texts& texts,
+                           const std::shared_ptr<CopyControl>& control,
+                           const std::function<void(const DiskCopyProgress&)>& progress,
+                           const CancelToken& cancel) {
+    return DiskCopying(request, jobs, folders, runs, texts, control, progress, cancel).run();
+}
+
+} // namespace vh::automation

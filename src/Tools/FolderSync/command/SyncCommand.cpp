@@ -1,0 +1,55 @@
+#include "Tools/FolderSync/command/SyncCommand.h"
+
+#include "Core/Printable.h"
+#include "app/Session.h"
+#include "cli/CommandLine.h"
+#include "cli/Commands.h"
+#include "cli/NamedThing.h"
+
+namespace vh::cli {
+
+using sync::SyncPair;
+using sync::SyncPairStore;
+
+SyncPairStore pairStore(Context& context) {
+    return SyncPairStore(SyncPairStore::fileIn(context.session.folders()));
+}
+
+std::optional<SyncPair> findPair(Context& context, const std::string& word) {
+    std::vector<SyncPair> pairs = pairStore(context).load();
+    for (SyncPair& each : pairs)
+        each.name = each.title();
+    return findNamed(context, std::move(pairs), word, {"cli.sync.unknown", "cli.sync.ambiguous"},
+                     &SyncPair::name);
+}
+
+void FolderWords::addTo(CLI::App& verb, const CommandLine& line, bool areRequired) {
+    verb.add_option("--source", source, line.text("cli.sync.source"))
+        ->type_name("DIR")
+        ->required(areRequired);
+    verb.add_option("--destination", destination, line.text("cli.sync.destination"))
+        ->type_name("DIR")
+        ->required(areRequired);
+    verb.add_flag("--delete", deletes, line.text("cli.sync.delete"));
+    verb.add_flag("--contents", contents, line.text("cli.sync.contents"));
+}
+
+SyncPair FolderWords::pair(const Texts& texts) const {
+    if (source.empty() || destination.empty())
+        throw UsageError(texts.text("cli.sync.what"));
+    SyncPair pair;
+    pair.source = absolutePath(source);
+    pair.destination = absolutePath(destination);
+    pair.deleteExtraneous = deletes;
+    pair.compareContents = contents;
+    return pair;
+}
+
+void describeSync(CLI::App& noun, CommandLine& line) {
+    noun.require_subcommand(1);
+    describeSyncPairs(noun, line);
+    describeSyncRuns(noun, line);
+    describeSyncWatch(noun, line);
+}
+
+} // namespace vh::cli
