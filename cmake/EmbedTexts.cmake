@@ -1,9 +1,10 @@
-# Writes the texts of resources/strings/<language>/<area>.json into one C++ file.
+# Writes the texts, <language>/<area>.json in resources/strings and in each feature's strings/, into one C++ file.
 #
-# Included, it offers vh_embed_texts(target); run as a script (cmake -P) with FOLDER and OUTPUT it does the writing, so
-# that nothing but CMake is needed and a changed text rebuilds one file.
+# Included, it offers vh_embed_texts(name), a library of them; run as a script (cmake -P) with FOLDERS and OUTPUT it does
+# the writing, so that nothing but CMake is needed and a changed text rebuilds one file.
 if(CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
-    file(GLOB files ${FOLDER}/*/*.json)
+    list(TRANSFORM FOLDERS APPEND /*/*.json)
+    file(GLOB files ${FOLDERS})
     set(rows "")
     foreach(file IN LISTS files)
         file(READ ${file} text)
@@ -30,13 +31,18 @@ endif()
 
 set(VH_EMBED_TEXTS_SCRIPT ${CMAKE_CURRENT_LIST_FILE})
 
-function(vh_embed_texts target)
-    set(folder ${CMAKE_SOURCE_DIR}/resources/strings)
-    set(output ${CMAKE_CURRENT_BINARY_DIR}/EmbeddedTexts.cpp)
-    file(GLOB files CONFIGURE_DEPENDS ${folder}/*/*.json)
+function(vh_embed_texts name)
+    get_property(folders GLOBAL PROPERTY VH_STRINGS)
+    list(PREPEND folders ${CMAKE_SOURCE_DIR}/resources/strings)
+    set(output ${CMAKE_BINARY_DIR}/EmbeddedTexts.cpp)
+    list(TRANSFORM folders APPEND /*/*.json OUTPUT_VARIABLE patterns)
+    file(GLOB files CONFIGURE_DEPENDS ${patterns})
     add_custom_command(OUTPUT ${output}
-        COMMAND ${CMAKE_COMMAND} -DFOLDER=${folder} -DOUTPUT=${output} -P ${VH_EMBED_TEXTS_SCRIPT}
+        COMMAND ${CMAKE_COMMAND} "-DFOLDERS=${folders}" -DOUTPUT=${output} -P ${VH_EMBED_TEXTS_SCRIPT}
         DEPENDS ${files} ${VH_EMBED_TEXTS_SCRIPT}
-        COMMENT "Embedding the texts")
-    target_sources(${target} PRIVATE ${output})
+        COMMENT "Embedding the texts"
+        VERBATIM)
+    add_library(vh_${name} STATIC ${output})
+    target_include_directories(vh_${name} PRIVATE ${CMAKE_SOURCE_DIR}/src)
+    vh_precompile(vh_${name} OFF)
 endfunction()

@@ -53,27 +53,73 @@ target_precompile_headers(vh_pch PRIVATE
     <optional> <set> <span> <stdexcept> <string> <string_view> <thread> <tuple> <unordered_map> <utility> <variant>
     <vector> <fmt/format.h>)
 
-# vh_library(Name [FOLDERS sub …] [DEPENDS lib …])
-# A static library of this folder's .cpp files (without main.cpp) and those of FOLDERS; its headers are found from src/ and are
-# checked to compile alone (target all_verify_interface_header_sets).
+# The same with Qt, for view-models and the window.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core)
+file(WRITE ${CMAKE_BINARY_DIR}/pch_qt.cpp "")
+add_library(vh_pch_qt OBJECT ${CMAKE_BINARY_DIR}/pch_qt.cpp)
+target_link_libraries(vh_pch_qt PUBLIC fmt::fmt Qt6::Core)
+target_precompile_headers(vh_pch_qt PRIVATE
+    <algorithm> <array> <atomic> <chrono> <concepts> <cstdint> <filesystem> <functional> <map> <memory> <mutex>
+    <optional> <set> <span> <stdexcept> <string> <string_view> <thread> <tuple> <unordered_map> <utility> <variant>
+    <vector> <fmt/format.h> <QAbstractListModel> <QObject> <QString> <QStringList> <QTimer> <QVariantList>
+    <QVariantMap>)
+
+# moc cannot read the library's <concepts> where it is the first header it meets; it needs nothing from it.
+set(CMAKE_AUTOMOC_MOC_OPTIONS -D_GLIBCXX_CONCEPTS)
+
+# vh_library(Name [QT] [FOLDERS sub …] [DEPENDS lib …])
+# A static library of this folder's .cpp files (without main.cpp) and those of FOLDERS, or of FOLDERS alone when they are
+# absolute. A header that is no source's first include is compiled alone (target headers).
+add_custom_target(headers)
 function(vh_library name)
-    cmake_parse_arguments(arg "" "" "FOLDERS;DEPENDS" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS *.cpp)
-    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
-    file(GLOB headers CONFIGURE_DEPENDS *.h)
-    foreach(folder IN LISTS arg_FOLDERS)
+    cmake_parse_arguments(arg "QT" "" "FOLDERS;DEPENDS" ${ARGN})
+    set(folders ${arg_FOLDERS})
+    if(NOT arg_FOLDERS MATCHES "^/")
+        list(TRANSFORM folders PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+        list(PREPEND folders ${CMAKE_CURRENT_SOURCE_DIR})
+    endif()
+    set(sources "")
+    set(headers "")
+    foreach(folder IN LISTS folders)
         file(GLOB more CONFIGURE_DEPENDS ${folder}/*.cpp)
         file(GLOB more_headers CONFIGURE_DEPENDS ${folder}/*.h)
         list(APPEND sources ${more})
         list(APPEND headers ${more_headers})
     endforeach()
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     set(target vh_${name})
     add_library(${target} STATIC ${sources})
-    target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${CMAKE_SOURCE_DIR}/src FILES ${headers})
-    set_target_properties(${target} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
     target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR}/src)
     target_link_libraries(${target} PUBLIC fmt::fmt ${arg_DEPENDS})
-    if(NOT arg_DEPENDS MATCHES "Qt6::")
+    vh_precompile(${target} ${arg_QT})
+    set_target_properties(${target} PROPERTIES AUTOMOC ${arg_QT})
+
+    # A source that begins with its own header has proved that header.
+    set(alone "")
+    foreach(header IN LISTS headers)
+        string(REGEX REPLACE "\\.h$" ".cpp" source ${header})
+        if(NOT source IN_LIST sources)
+            file(RELATIVE_PATH written ${CMAKE_SOURCE_DIR}/src ${header})
+            string(MAKE_C_IDENTIFIER ${written} file)
+            set(file ${CMAKE_BINARY_DIR}/headers/${file}.cpp)
+            file(CONFIGURE OUTPUT ${file} CONTENT "#include \"${written}\"\n" @ONLY)
+            list(APPEND alone ${file})
+        endif()
+    endforeach()
+    if(alone)
+        add_library(${target}_headers OBJECT EXCLUDE_FROM_ALL ${alone})
+        target_link_libraries(${target}_headers PRIVATE ${target})
+        vh_precompile(${target}_headers ${arg_QT})
+        add_dependencies(headers ${target}_headers)
+    endif()
+endfunction()
+
+# vh_precompile(target QT): with the precompiled header that has Qt or the one that has not.
+function(vh_precompile target qt)
+    if(qt)
+        target_link_libraries(${target} PRIVATE Qt6::Core)
+        target_precompile_headers(${target} REUSE_FROM vh_pch_qt)
+    else()
         target_precompile_headers(${target} REUSE_FROM vh_pch)
     endif()
 endfunction()
@@ -92,19 +138,34 @@ function(vh_module name)
     add_dependencies(modules ${target})
 endfunction()
 
-# vh_test(name [DEPENDS lib …] [ENVIRONMENT NAME=value]): one test program of this folder's .cpp files, each of its
-# cases known to ctest.
+# vh_test(name [QT] [FOLDER dir] [DEPENDS lib …] [ENVIRONMENT NAME=value]): one test program of a folder's .cpp files (this
+# one if not told otherwise), each of its cases known to ctest; and the scripts beside them (*.txt), each of which is what
+# a person types and what comes back.
 function(vh_test name)
-    cmake_parse_arguments(arg "" "ENVIRONMENT" "DEPENDS" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS *.cpp)
-    add_executable(${name}_tests ${sources})
-    target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-    target_link_libraries(${name}_tests PRIVATE ${arg_DEPENDS} vh_test_support GTest::gmock GTest::gtest_main)
-    target_compile_definitions(${name}_tests PRIVATE VH_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-    if(NOT arg_DEPENDS MATCHES "Qt6::|vh_app|vh_ui")
-        target_precompile_headers(${name}_tests REUSE_FROM vh_pch)
+    cmake_parse_arguments(arg "QT" "FOLDER;ENVIRONMENT" "DEPENDS" ${ARGN})
+    if(NOT arg_FOLDER)
+        set(arg_FOLDER ${CMAKE_CURRENT_SOURCE_DIR})
     endif()
-    add_dependencies(${name}_tests modules)
-    gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
-        PROPERTIES TIMEOUT 300 ENVIRONMENT "${arg_ENVIRONMENT}")
+    if(NOT arg_ENVIRONMENT)
+        set(arg_ENVIRONMENT LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/leaks.txt:print_suppressions=0)
+    endif()
+    file(GLOB sources CONFIGURE_DEPENDS ${arg_FOLDER}/*.cpp)
+    if(sources)
+        add_executable(${name}_tests ${sources})
+        target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+        target_link_libraries(${name}_tests PRIVATE ${arg_DEPENDS} vh_test_support GTest::gmock GTest::gtest_main)
+        target_compile_definitions(${name}_tests PRIVATE VH_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+        vh_precompile(${name}_tests ${arg_QT})
+        add_dependencies(${name}_tests modules)
+        gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
+            PROPERTIES TIMEOUT 300 ENVIRONMENT "${arg_ENVIRONMENT}")
+    endif()
+    file(GLOB scripts CONFIGURE_DEPENDS ${arg_FOLDER}/*.txt)
+    list(FILTER scripts EXCLUDE REGEX "(CMakeLists|leaks).txt$")
+    foreach(script IN LISTS scripts)
+        get_filename_component(case ${script} NAME_WE)
+        add_test(NAME cli.${case}
+            COMMAND ${CMAKE_SOURCE_DIR}/tests/cli/run-script $<TARGET_FILE_DIR:varnholt> ${script})
+        set_tests_properties(cli.${case} PROPERTIES ENVIRONMENT "${arg_ENVIRONMENT}")
+    endforeach()
 endfunction()

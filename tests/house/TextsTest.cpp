@@ -15,10 +15,13 @@ using Keys = std::map<std::string, std::string>;
 /// The patterns of one language by key, as the files hold them.
 Keys patternsOf(Language language) {
     Keys patterns;
-    for (const auto& file : filesUnder(fmt::format("resources/strings/{}", code(language)), {".json"}))
-        for (const auto& [key, pattern] : decodeJson<Keys>(file.text))
-            EXPECT_TRUE(patterns.emplace(key, pattern).second)
-                << key << " stands twice in " << code(language);
+    const std::string folder = fmt::format("strings/{}/", code(language));
+    for (const char* root : {"resources", "src"})
+        for (const auto& file : filesUnder(root, {".json"}))
+            if (file.path.find(folder) != std::string::npos)
+                for (const auto& [key, pattern] : decodeJson<Keys>(file.text))
+                    EXPECT_TRUE(patterns.emplace(key, pattern).second)
+                        << key << " stands twice in " << code(language);
     return patterns;
 }
 

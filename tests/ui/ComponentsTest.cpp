@@ -1,4 +1,4 @@
-#include "WindowFixture.h"
+#include "ui/WindowFixture.h"
 
 #include <QQmlComponent>
 #include <QQmlEngine>

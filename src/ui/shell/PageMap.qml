@@ -50,7 +50,7 @@ QtObject {
     }
 
     function source(id: string): url {
-        return Qt.resolvedUrl("../pages/" + (own[id] ?? "AbsentPage") + ".qml");
+        return Qt.resolvedUrl(id in own ? "../pages/" + own[id] + ".qml" : "AbsentPage.qml");
     }
 
     function properties(id: string): var {

@@ -1,4 +1,4 @@
-#include "WindowFixture.h"
+#include "ui/WindowFixture.h"
 
 #include "Automation/Automation.h"
 #include "Features/Flows/NodesStore.h"

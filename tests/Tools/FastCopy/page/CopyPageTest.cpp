@@ -1,5 +1,5 @@
 #include "Platform/Files.h"
-#include "WindowFixture.h"
+#include "ui/WindowFixture.h"
 
 namespace vh::test {
 
