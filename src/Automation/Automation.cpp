@@ -1,7 +1,7 @@
 #include "Automation/Automation.h"
 
 #include "Automation/AutomationDoor.h"
-#include "Automation/FolderNews.h"
+#include "Automation/Offer.h"
 #include "Automation/ScheduledActions.h"
 #include "Automation/ScriptLibrary.h"
 #include "Automation/Worker.h"
@@ -9,22 +9,14 @@
 #include "Core/RunLog.h"
 #include "Core/ScheduleStore.h"
 #include "Core/Secrets.h"
-#include "Features/Flows/NodesStore.h"
-#include "Features/Flows/work/FlowTriggers.h"
-#include "Features/Flows/work/NodesExecutor.h"
-#include "Features/Flows/work/NodesRunner.h"
-#include "Features/FollowUps/work/RunFollowUps.h"
-#include "Features/Optimize/work/OptimizeRunner.h"
-#include "Features/Schedules/work/Scheduler.h"
 #include "Mail/MailSender.h"
 #include "Platform/Desktop.h"
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"
 #include "Platform/InstanceDoor.h"
 #include "Platform/SystemError.h"
-#include "Tools/FolderSync/work/SyncRunner.h"
-#include "Tools/FolderSync/work/SyncWatchFile.h"
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -36,38 +28,36 @@ constexpr std::chrono::seconds tryAgain{2};
 
 using OnRecord = std::function<void(const RunRecord&)>;
 
+struct Made {
+    std::type_index type;
+    std::unique_ptr<Service> service;
+    std::shared_ptr<void> observing;
+};
+
 } // namespace
 
 /// The parts stand in the order in which they need each other, so that they go in the opposite one.
 struct Automation::State {
     explicit State(AutomationWorld w) : world(std::move(w)), folder(world.folders.data + "/Varnholt") {}
-
     AutomationWorld world;
     const std::string folder;
     std::optional<FileLock> lead; ///< let go of last, when nothing runs any more
 
     std::unique_ptr<SecretStore> secrets;
     std::unique_ptr<mail::MailSender> mail;
-    std::unique_ptr<RunFollowUps> followUps;
     std::unique_ptr<Desktop> desktop;
-    std::unique_ptr<SyncRunner> sync;
     std::unique_ptr<ScriptLibrary> scripts;
     std::unique_ptr<ScheduleStore> schedules;
     std::unique_ptr<ScheduledActions> actions;
-    std::unique_ptr<OptimizeRunner> optimize; ///< comes with actions
-    std::unique_ptr<flows::NodesStore> flows;
-    FlowOutpost outpost;
-    std::unique_ptr<NodesExecutor> executor;
-    std::unique_ptr<NodesRunner> runner;
-    std::unique_ptr<Scheduler> scheduler;
-    std::unique_ptr<FlowTriggers> triggers;
     Worker asking{world.loop}; ///< who leads may be slow to answer
+    Observers<> observers;
+    std::vector<Made> services;
+    bool areServicesMade = false;
 
     std::shared_ptr<OnRecord> onRecord = std::make_shared<OnRecord>();
     std::function<void()> onLeading;
     std::string trouble;
     bool isAttached = false;
-    std::unique_ptr<FolderNews> news;
     std::unique_ptr<InstanceDoor> door;
     MainLoop::Token trying;
 };
@@ -83,92 +73,57 @@ auto& made(Pointer& part, Make make) {
 
 } // namespace
 
+std::string leadLockOf(const Folders& folders) {
+    return folders.data + "/Varnholt/automation.lock";
+}
+
 Automation::Automation(AutomationWorld world) : state_(std::make_unique<State>(std::move(world))) {}
 
 Automation::~Automation() {
     State& s = *state_;
     s.trying.reset();
     s.door.reset();
-    s.news.reset();
-    s.triggers.reset();
-    if (s.runner)
-        s.runner->setOnFinished({});
-    s.scheduler.reset();
-    s.runner.reset();
+    // The last one made may stand on those before it. What it still records while it goes reaches none.
     if (s.isAttached)
         s.world.runs.log.setOnRecord({});
+    while (!s.services.empty())
+        s.services.pop_back();
+}
+
+const AutomationWorld& Automation::world() const {
+    return state_->world;
+}
+
+Service& Automation::service(std::type_index type, MakeService make) {
+    auto& services = state_->services;
+    if (const auto found = std::ranges::find(services, type, &Made::type); found != services.end())
+        return *found->service;
+    std::unique_ptr<Service> fresh = make(*this);
+    auto observing = fresh->observe([this] { state_->observers.tell(); });
+    services.push_back({type, std::move(fresh), std::move(observing)});
+    return *services.back().service;
+}
+
+void Automation::makeServices() {
+    if (std::exchange(state_->areServicesMade, true))
+        return;
+    for (const Offer* offer : state_->world.offers)
+        if (offer->service)
+            offer->service(*this);
+}
+
+ScheduledActions& Automation::actions() {
+    if (!state_->actions) {
+        state_->actions = std::make_unique<ScheduledActions>(state_->world);
+        makeServices(); // they provide some of them
+    }
+    return *state_->actions;
 }
 
 ScheduleStore& Automation::schedules() {
     return made(state_->schedules, [&] {
         return std::make_unique<ScheduleStore>(ScheduleStore::fileOfUser(), state_->world.calendar);
     });
-}
-
-Scheduler& Automation::scheduler() {
-    return made(state_->scheduler, [&] {
-        runner(); // a task may be a flow
-        return std::make_unique<Scheduler>(state_->world, schedules(), actions());
-    });
-}
-
-ScheduledActions& Automation::actions() {
-    return made(state_->actions, [&] {
-        State& s = *state_;
-        auto actions = std::make_unique<ScheduledActions>(s.world);
-        s.optimize = std::make_unique<OptimizeRunner>(s.world, *actions);
-        actions->setRunOptimize([&defaults = s.world.defaults, runner = s.optimize.get()](
-                                    Trigger trigger, const JobControl& control, const RunDetails& details) {
-            return runner->run(OptimizeProfile::load(defaults), trigger, control, details);
-        });
-        actions->setRunSync([&runner = sync()](const sync::SyncPair& pair, Trigger trigger,
-                                               const RunDetails& details, const JobControl& control) {
-            return runner.runScheduled(pair, trigger, details, control);
-        });
-        return actions;
-    });
-}
-
-OptimizeRunner& Automation::optimize() {
-    actions();
-    return *state_->optimize;
-}
-
-SyncRunner& Automation::sync() {
-    return made(state_->sync, [&] { return std::make_unique<SyncRunner>(state_->world, desktop()); });
-}
-
-flows::NodesStore& Automation::flows() {
-    return made(state_->flows, [&] {
-        return std::make_unique<flows::NodesStore>(flows::NodesStore::folderOfUser(), schedules(),
-                                                   state_->world.clock, state_->world.calendar);
-    });
-}
-
-NodesRunner& Automation::runner() {
-    return made(state_->runner, [&] {
-        State& s = *state_;
-        s.executor =
-            std::make_unique<NodesExecutor>(s.world, actions(), scripts(), mail(), desktop(), s.outpost);
-        auto runner = std::make_unique<NodesRunner>(s.world, flows(), *s.executor, mail());
-        runner->setOnFinished([this](const flows::Flow& flow, flows::FlowNodeOutcome outcome,
-                                     const std::vector<Uuid>& chain) {
-            if (isLeading())
-                triggers().finished(flow, outcome, chain);
-            else
-                state_->asking.run([ended = FlowEnded{flow.id, outcome, chain}] { (void)askLeader(ended); },
-                                   [] {});
-        });
-        actions().setRunFlow([made = runner.get()](const ScheduledTask& task, const JobControl& control) {
-            return made->runScheduled(task, control.cancel);
-        });
-        return runner;
-    });
-}
-
-FlowTriggers& Automation::triggers() {
-    return made(state_->triggers,
-                [&] { return std::make_unique<FlowTriggers>(state_->world, flows(), runner(), desktop()); });
 }
 
 ScriptLibrary& Automation::scripts() {
@@ -187,28 +142,63 @@ mail::MailSender& Automation::mail() {
     });
 }
 
-RunFollowUps& Automation::followUps() {
-    return made(state_->followUps, [&] { return std::make_unique<RunFollowUps>(state_->world, mail()); });
-}
-
 Desktop& Automation::desktop() {
     return made(state_->desktop, [] { return openDesktop(); });
+}
+
+std::vector<RunningWork> Automation::running() const {
+    std::vector<RunningWork> all;
+    for (const Made& each : state_->services)
+        for (RunningWork& work : each.service->running())
+            all.push_back(std::move(work));
+    return all;
+}
+
+std::vector<std::string> Automation::troubles() {
+    std::vector<std::string> all;
+    if (!state_->trouble.empty())
+        all.push_back(state_->trouble);
+    if (isLeading())
+        for (const Made& each : state_->services)
+            for (std::string& text : each.service->troubles())
+                all.push_back(std::move(text));
+    return all;
+}
+
+std::shared_ptr<void> Automation::observe(std::function<void()> f) {
+    return state_->observers.add(std::move(f));
+}
+
+void Automation::stop() {
+    for (const Made& each : state_->services)
+        each.service->stop();
+}
+
+void Automation::finish(std::chrono::milliseconds limit) {
+    for (const Made& each : state_->services)
+        each.service->finish(limit);
 }
 
 void Automation::attach() {
     State& s = *state_;
     if (std::exchange(s.isAttached, true))
         return;
-    s.world.runs.log.setOnRecord([&followUps = followUps(), told = std::weak_ptr(s.onRecord),
-                                  &loop = s.world.loop](const RunRecord& record) {
-        followUps.take(record);
-        loop.post([told, record] {
-            if (const auto alive = told.lock(); alive && *alive)
-                (*alive)(record);
+    actions();
+    std::vector<Service*> services;
+    for (const Made& each : s.services)
+        services.push_back(each.service.get());
+    s.world.runs.log.setOnRecord(
+        [services, told = std::weak_ptr(s.onRecord), &loop = s.world.loop](const RunRecord& record) {
+            for (Service* each : services)
+                each->take(record);
+            loop.post([told, record] {
+                if (const auto alive = told.lock(); alive && *alive)
+                    (*alive)(record);
+            });
         });
-    });
     try {
-        runner().recordInterrupted();
+        for (Service* each : services)
+            each->attach();
     } catch (const SystemError& error) {
         s.trouble = error.what(); // they are found at the next start
     }
@@ -223,7 +213,8 @@ void Automation::lead() {
     if (s.trying || isLeading())
         return;
     attach();
-    s.news = std::make_unique<FolderNews>(s.world.loop, flows().folder(), [this] { flows().load(); });
+    for (const Made& each : s.services)
+        each.service->follow();
     s.trying = s.world.loop.every(tryAgain, [this] { tryToLead(); });
     tryToLead();
 }
@@ -251,9 +242,8 @@ void Automation::tryToLead() {
 }
 
 void Automation::beginToLead() {
-    scheduler().start();
-    triggers().start();
-    sync().start();
+    for (const Made& each : state_->services)
+        each.service->lead();
     if (state_->onLeading)
         state_->onLeading();
 }
@@ -270,16 +260,22 @@ const std::string& Automation::trouble() const {
     return state_->trouble;
 }
 
+void Automation::tellLeader(const Service& service, std::string message) {
+    state_->asking.run([request = ServiceMessage{std::string(service.name()),
+                                                 std::move(message)}] { (void)askLeader(request); },
+                       [] {});
+}
+
 std::string Automation::answer(const std::string& request) {
     DoorReply reply;
     try {
         const auto wanted = decodeJson<DoorRequest>(request);
-        if (const auto* link = std::get_if<OpenLink>(&wanted)) {
+        if (const auto* link = std::get_if<OpenLink>(&wanted))
             reply.refusal = openHere(link->url);
-        } else if (const auto* ended = std::get_if<FlowEnded>(&wanted)) {
-            if (const flows::Flow* flow = flows().anyFlow(ended->flow))
-                triggers().finished(flows::Flow(*flow), ended->outcome, ended->chain);
-        }
+        else if (const auto* told = std::get_if<ServiceMessage>(&wanted))
+            for (const Made& each : state_->services)
+                if (each.service->name() == told->service)
+                    each.service->hear(told->message);
     } catch (const DecodeError& error) {
         reply.refusal = error.what();
     }
@@ -294,20 +290,13 @@ std::optional<std::string> Automation::openLink(const std::string& url) {
 }
 
 std::optional<std::string> Automation::openHere(const std::string& url) {
-    const Texts texts = state_->world.texts();
-    const auto id = flowOfLink(url);
-    if (!id)
-        return texts.text("nodes.link.unknown", {{"url", url}});
-    flows().load();
-    const auto refusal = runner().runFromOutside(*id, texts.text("nodes.event.link"));
-    if (!refusal)
-        return std::nullopt;
-    try {
-        desktop().notify(texts.text("sidebar.varnholt") + " – " + texts.text("sidebar.nodes"), *refusal);
-    } catch (const std::runtime_error&) {
-        // Nobody sits before this computer; who asked gets the answer.
-    }
-    return refusal;
+    makeServices();
+    const auto& services = state_->services;
+    const auto taker =
+        std::ranges::find_if(services, [&](const Made& each) { return each.service->takesLink(url); });
+    if (taker == services.end())
+        return state_->world.texts().text("automation.link.unknown", {{"url", url}});
+    return taker->service->openLink(url);
 }
 
 } // namespace vh::automation

@@ -1,30 +1,26 @@
 #pragma once
 
 #include "Core/Describe.h"
-#include "Core/Uuid.h"
-#include "Features/Flows/FlowRun.h"
 
 #include <optional>
 #include <string>
 #include <variant>
-#include <vector>
 
-/// What the process that leads automation is asked by the others, as it goes through the door of this name.
+/// What the process that leads automation is asked by the others, as it goes through the socket of this name.
 namespace vh::automation {
 
 inline constexpr const char* doorName = "automation";
 
-/// Start the flow of a link.
+/// Follow a link.
 struct OpenLink {
     std::string url;
 };
-/// A flow has ended in the asking process: start what waits for it.
-struct FlowEnded {
-    Uuid flow;
-    flows::FlowNodeOutcome outcome = flows::FlowNodeOutcome::success;
-    std::vector<Uuid> chain;
+/// A message to a service.
+struct ServiceMessage {
+    std::string service; ///< its name
+    std::string message; ///< as it reads it
 };
-using DoorRequest = std::variant<OpenLink, FlowEnded>;
+using DoorRequest = std::variant<OpenLink, ServiceMessage>;
 
 struct DoorReply {
     std::optional<std::string> refusal; ///< for people; nothing when it was done
@@ -39,13 +35,12 @@ namespace vh {
 template <>
 inline constexpr auto describe<automation::OpenLink> = record(field("url", &automation::OpenLink::url));
 template <>
-inline constexpr auto describe<automation::FlowEnded> = record(field("flow", &automation::FlowEnded::flow),
-                                                               field("outcome",
-                                                                     &automation::FlowEnded::outcome),
-                                                               field("chain", &automation::FlowEnded::chain));
+inline constexpr auto
+    describe<automation::ServiceMessage> = record(field("service", &automation::ServiceMessage::service),
+                                                  field("message", &automation::ServiceMessage::message));
 template <>
 inline constexpr auto describe<automation::DoorRequest> =
-    taggedUnion(unionCase<automation::OpenLink>("open"), unionCase<automation::FlowEnded>("ended"));
+    taggedUnion(unionCase<automation::OpenLink>("open"), unionCase<automation::ServiceMessage>("tell"));
 template <>
 inline constexpr auto describe<automation::DoorReply> = record(field("refusal",
                                                                      &automation::DoorReply::refusal));

@@ -9,6 +9,8 @@
 
 #include <functional>
 #include <memory>
+#include <span>
+#include <string>
 #include <string_view>
 
 namespace vh {
@@ -18,6 +20,8 @@ class UserDefaults;
 } // namespace vh
 
 namespace vh::automation {
+
+struct Offer;
 
 /// What automation needs of the program that holds it. All of it outlives automation; the functions may be called from
 /// any thread.
@@ -31,9 +35,13 @@ struct AutomationWorld {
         module; ///< a new one; nothing without an engine
     std::function<helper::MaintenanceWork()> maintenance = [] {
         return helper::MaintenanceWork(nullptr);
-    }; ///< the chores of the system, with its root helper
+    };                                         ///< the chores of the system, with its root helper
+    std::span<const Offer* const> offers = {}; ///< of the features of the product
     Clock clock = systemNow;
     LocalCalendar calendar;
 };
+
+/// The file whose lock the process that leads holds.
+std::string leadLockOf(const Folders& folders);
 
 } // namespace vh::automation

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Automation/AutomationWorld.h"
+#include "Automation/Offer.h"
 #include "Core/JobControl.h"
 #include "Core/RunRecord.h"
 #include "Core/ScheduledTask.h"
@@ -10,15 +11,13 @@
 #include <memory>
 #include <string>
 
-namespace vh::sync {
-struct SyncPair;
-}
-
 namespace vh::automation {
 
-/// What a scheduled action is handed.
+/// What an action is handed.
 struct ActionRequest {
+    std::string actionID; ///< raw value of a ScheduledAction
     std::string toolID;
+    std::string title; ///< of the task, where it is one
     std::map<std::string, std::string> payload;
     Trigger trigger = Trigger::scheduled;
     RunDetails details;
@@ -26,36 +25,32 @@ struct ActionRequest {
     std::shared_ptr<RunJournal> within = nullptr;
 };
 
-/// Runs the tools that a schedule or a flow can start: one table, a row an action. Everything blocks, never throws and
-/// ends as one run record; an action whose tool is not there yet ends as a failed one that says so. Any thread.
+/// The details of a request, with what its payload says of where it comes from.
+RunDetails detailsOf(const ActionRequest& request);
+
+/// Runs what a schedule or a flow can start, by the rows of the features. Everything blocks, never throws and ends as one
+/// run record; an action whose tool is not there ends as a failed one that says so. Any thread.
 class ScheduledActions {
 public:
-    /// Runs the flow that a task's payload names; given by whoever runs flows.
-    using RunFlow = std::function<RunRecord(const ScheduledTask& task, const JobControl& control)>;
-
-    /// Does what the one button does, as the person chose it.
-    using RunOptimize =
-        std::function<RunRecord(Trigger trigger, const JobControl& control, const RunDetails& details)>;
-
-    /// Syncs a pair of folders and shows it while it runs; without it nobody is shown.
-    using RunSync = std::function<RunRecord(const sync::SyncPair& pair, Trigger trigger,
-                                            const RunDetails& details, const JobControl& control)>;
-
     explicit ScheduledActions(const AutomationWorld& world) : world_(world) {}
-    void setRunFlow(RunFlow runFlow) { runFlow_ = std::move(runFlow); }
-    void setRunOptimize(RunOptimize runOptimize) { runOptimize_ = std::move(runOptimize); }
-    void setRunSync(RunSync runSync) { runSync_ = std::move(runSync); }
+
+    /// A service of this process runs the action itself, in the place of its row. Before anything runs.
+    using Run = std::function<RunRecord(const ActionRequest& request, const JobControl& control)>;
+    void provide(std::string_view actionID, Run run);
 
     RunRecord run(const ScheduledTask& task, Trigger trigger, const JobControl& control) const;
     RunRecord run(ScheduledAction action, const ActionRequest& request, const JobControl& control) const;
-    /// False for one whose tool is not there yet.
+    /// False for one whose tool is not there.
     bool isThere(ScheduledAction action) const;
+    /// What a form asks for; none for an unknown action.
+    std::span<const PayloadField> fields(std::string_view actionID) const;
 
 private:
+    const ActionRow* rowOf(std::string_view actionID) const;
+    RunRecord runAction(const ActionRequest& request, const JobControl& control) const;
+
     const AutomationWorld& world_;
-    RunFlow runFlow_;
-    RunOptimize runOptimize_;
-    RunSync runSync_;
+    std::map<std::string, Run, std::less<>> provided_;
 };
 
 } // namespace vh::automation

@@ -19,14 +19,14 @@ std::optional<double> withinBounds(std::optional<double> progress) {
 
 ActivityCenter::ActivityCenter(Clock clock) : clock_(std::move(clock)), door_(this) {}
 
-QString ActivityCenter::begin(const QString& title, const QString& tool) {
+QString ActivityCenter::begin(const QString& title, const QString& tool, AtClosing atClosing) {
     QString key = QString::fromStdString(Uuid::random().text());
-    report({.key = key, .title = title, .toolID = tool});
+    report({.key = key, .title = title, .toolID = tool, .atClosing = atClosing});
     return key;
 }
 
-JobToken ActivityCenter::beginToken(const QString& title, const QString& tool) {
-    const QString key = begin(title, tool);
+JobToken ActivityCenter::beginToken(const QString& title, const QString& tool, AtClosing atClosing) {
+    const QString key = begin(title, tool, atClosing);
     return JobToken(key, [this, key, way = door_.way()] { way([this, key] { end(key); }); });
 }
 
@@ -39,6 +39,7 @@ void ActivityCenter::report(const ActivityReport& report) {
     job->title = report.title;
     job->toolID = report.toolID;
     job->progress = withinBounds(report.progress);
+    job->atClosing = report.atClosing;
     emit changed();
 }
 

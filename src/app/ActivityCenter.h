@@ -13,6 +13,9 @@
 
 namespace vh::app {
 
+/// What becomes of a job when the person closes the window.
+enum class AtClosing { ends, isAsked };
+
 /// How a view tells of a job that it runs.
 struct ActivityReport {
     QString key;
@@ -20,6 +23,7 @@ struct ActivityReport {
     QString title;
     QString toolID;                 ///< may be empty
     std::optional<double> progress; ///< 0 to 1, nothing when unknown
+    AtClosing atClosing = AtClosing::isAsked;
 };
 
 class JobToken;
@@ -34,14 +38,17 @@ public:
         Date startedAt;
         QString toolID; ///< may be empty
         std::optional<double> progress;
+        AtClosing atClosing = AtClosing::ends;
     };
 
     explicit ActivityCenter(Clock clock = systemNow);
 
     /// Adds a job and gives its key.
-    [[nodiscard]] QString begin(const QString& title, const QString& tool = {});
+    [[nodiscard]] QString begin(const QString& title, const QString& tool = {},
+                                AtClosing atClosing = AtClosing::ends);
     /// The same, ending with the token.
-    [[nodiscard]] JobToken beginToken(const QString& title, const QString& tool = {});
+    [[nodiscard]] JobToken beginToken(const QString& title, const QString& tool = {},
+                                      AtClosing atClosing = AtClosing::ends);
     /// Creates, updates or ends a job.
     void report(const ActivityReport& report);
     /// Both do nothing for a key that is not running.

@@ -4,6 +4,7 @@
 #include "Core/CleanJob.h"
 #include "app/ActivityCenter.h"
 #include "app/AppTexts.h"
+#include "app/Appearance.h"
 #include "app/DatabaseCare.h"
 #include "app/QtLoop.h"
 #include "app/RunLogWatch.h"
@@ -23,7 +24,9 @@ constexpr std::chrono::seconds upkeepDelay{3};
 
 AppContext::AppContext(Session& session, Clock clock, LocalCalendar calendar)
     : session_(session), clock_(std::move(clock)), calendar_(std::move(calendar)),
-      texts_(std::make_unique<AppTexts>(session)), activity_(std::make_unique<ActivityCenter>(clock_)) {
+      texts_(std::make_unique<AppTexts>(session)),
+      appearance_(std::make_unique<Appearance>(session.defaults())),
+      activity_(std::make_unique<ActivityCenter>(clock_)) {
     QTimer::singleShot(upkeepDelay, texts_.get(), [this] { databaseCare(); });
 }
 

@@ -17,6 +17,7 @@ namespace vh::app {
 
 class ActivityCenter;
 class AppTexts;
+class Appearance;
 class DatabaseCare;
 class QtLoop;
 class RunLogWatch;
@@ -32,6 +33,7 @@ public:
 
     Session& session() { return session_; }
     AppTexts& texts() { return *texts_; }
+    Appearance& appearance() { return *appearance_; }
     ActivityCenter& activity() { return *activity_; }
     /// Both open the run log when first asked for.
     RunLogWatch& runs();
@@ -50,6 +52,7 @@ private:
     const Clock clock_;
     const LocalCalendar calendar_;
     std::unique_ptr<AppTexts> texts_;
+    std::unique_ptr<Appearance> appearance_;
     std::unique_ptr<ActivityCenter> activity_;
     std::unique_ptr<RunLogWatch> runs_;
     std::unique_ptr<DatabaseCare> databaseCare_;

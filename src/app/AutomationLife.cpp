@@ -2,12 +2,7 @@
 
 #include "Automation/Automation.h"
 #include "Core/Printable.h"
-#include "Core/ScheduleStore.h"
-#include "Features/Flows/work/NodesRunner.h"
-#include "Features/Optimize/work/OptimizeRunner.h"
-#include "Features/Schedules/work/Scheduler.h"
 #include "HelperKit/HelperClient.h"
-#include "Tools/FolderSync/work/SyncRunner.h"
 #include "app/ActivityCenter.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -24,7 +19,6 @@ AutomationLife::AutomationLife(AppContext& context) : context_(context) {
 AutomationLife::~AutomationLife() {
     if (!automation_)
         return;
-    automation_->runner().setOnActivity({});
     automation_->setOnLeading({});
 }
 
@@ -32,16 +26,7 @@ automation::Automation& AutomationLife::automation() {
     if (automation_)
         return *automation_;
     automation_ = &context_.automation();
-    observingScheduler_ = automation_->scheduler().observe([this] { tellScheduler(); });
-    observingOptimize_ = automation_->optimize().observe([this] { tellOptimize(); });
-    observingSync_ = automation_->sync().observe([this] { tellSync(); });
-    automation_->runner().setOnActivity([this](const automation::NodesRunner::Activity& activity) {
-        context_.activity().report({.key = qtText(activity.key),
-                                    .active = activity.active,
-                                    .title = qtText(printable(activity.title)),
-                                    .toolID = flowTool,
-                                    .progress = activity.fraction});
-    });
+    observing_ = automation_->observe([this] { tellRunning(); });
     automation_->setOnLeading([this] { emit changed(); });
     return *automation_;
 }
@@ -80,65 +65,30 @@ void AutomationLife::openLink(const QString& url) {
 QStringList AutomationLife::running() const {
     QStringList titles;
     for (const ActivityCenter::Job& job : context_.activity().running())
-        if (job.id == schedulerKey || job.toolID == optimizeKey || job.toolID == flowTool ||
-            job.toolID == maintenanceTool || job.id == syncKey || job.toolID == copyTool)
+        if (job.atClosing == AtClosing::isAsked)
             titles << job.title;
     titles.removeDuplicates(); // a task that starts the one-button run is mostly called the same
     return titles;
 }
 
 void AutomationLife::stop() {
-    automation().scheduler().stopRunning();
-    automation().runner().stopAll();
-    automation().optimize().requestCancel();
-    automation().sync().stop();
+    automation().stop();
 }
 
-void AutomationLife::tellScheduler() {
-    const auto& id = automation_->scheduler().runningTaskID();
-    const auto task = id ? automation_->schedules().task(*id) : std::nullopt;
-    if (!id) {
-        context_.activity().end(schedulerKey);
-        return;
+void AutomationLife::tellRunning() {
+    QSet<QString> running;
+    for (const automation::RunningWork& work : automation_->running()) {
+        const QString key = qtText(work.key);
+        running << key;
+        context_.activity().report({.key = key,
+                                    .title = qtText(printable(work.title)),
+                                    .toolID = qtText(work.toolID),
+                                    .progress = work.progress});
     }
-    ActivityReport report{.key = schedulerKey};
-    if (task) { // one that was removed while it runs keeps the name it had
-        report.title = qtText(printable(task->title));
-        report.toolID = qtText(task->toolID);
-        context_.activity().report(report);
-    }
-}
-
-void AutomationLife::tellOptimize() {
-    const automation::OptimizeRunner::Snapshot state = automation_->optimize().snapshot();
-    if (!state.isRunning) {
-        context_.activity().end(optimizeKey);
-        return;
-    }
-    const auto ended = std::ranges::count_if(state.steps, [](const automation::OptimizeRunner::Step& step) {
-        using State = automation::OptimizeRunner::StepState;
-        return step.state != State::pending && step.state != State::running;
-    });
-    ActivityReport report{.key = optimizeKey};
-    report.title = qtText(titleOf(ScheduledAction::optimize, context_.texts().current()));
-    report.toolID = optimizeKey;
-    if (!state.steps.empty())
-        report.progress = double(ended) / double(state.steps.size());
-    context_.activity().report(report);
-}
-
-void AutomationLife::tellSync() {
-    const auto& running = automation_->sync().running();
-    if (!running) {
-        context_.activity().end(syncKey);
-        return;
-    }
-    ActivityReport report{.key = syncKey};
-    report.title = qtText(printable(running->title));
-    report.toolID = syncKey;
-    if (running->total > 0)
-        report.progress = running->fraction;
-    context_.activity().report(report);
+    for (const QString& key : std::as_const(shown_))
+        if (!running.contains(key))
+            context_.activity().end(key);
+    shown_ = running;
 }
 
 } // namespace vh::app

@@ -2,8 +2,8 @@
 
 #include "app/Background.h"
 
-#include <QLatin1String>
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 #include <memory>
 #include <optional>
@@ -24,17 +24,6 @@ class AutomationLife : public QObject {
     /// and the one-button run or its undoing.
     Q_PROPERTY(QStringList running READ running NOTIFY changed)
 public:
-    /// The job of the task that runs, and the tool of the jobs of flows, in the ActivityCenter.
-    static constexpr QLatin1String schedulerKey{"scheduler"};
-    static constexpr QLatin1String flowTool{"nodes"};
-    /// The tool of the jobs of chores.
-    static constexpr QLatin1String maintenanceTool{"maintenance"};
-    static constexpr QLatin1String copyTool{"fast-copy"};
-    /// The job of the one-button run, and its tool.
-    static constexpr QLatin1String optimizeKey{"optimize"};
-    /// The job of the sync that runs, and its tool.
-    static constexpr QLatin1String syncKey{"sync"};
-
     explicit AutomationLife(AppContext& context);
     ~AutomationLife() override;
 
@@ -62,16 +51,13 @@ signals:
 private:
     /// Off the main thread; no start waits for it.
     void renewHelper();
-    void tellScheduler();
-    void tellOptimize();
-    void tellSync();
+    void tellRunning();
 
     AppContext& context_;
     automation::Automation* automation_ = nullptr;
     bool started_ = false;
-    std::shared_ptr<void> observingScheduler_;
-    std::shared_ptr<void> observingOptimize_;
-    std::shared_ptr<void> observingSync_;
+    std::shared_ptr<void> observing_;
+    QSet<QString> shown_; ///< the jobs of services that the list of what runs has
     Background renewing_;
 };
 

@@ -1,9 +1,9 @@
 #include "app/ModuleRegistry.h"
 
+#include "Automation/Offer.h"
 #include "Core/ModuleCards.h"
 #include "Core/SuiteModule.h"
 #include "Platform/Folders.h"
-#include "Tools/SystemJunk/SystemJunkModule.h"
 
 #include <algorithm>
 
@@ -11,27 +11,10 @@ namespace vh::app {
 
 namespace {
 
-using MakeModule = std::shared_ptr<SuiteModule> (*)(const Folders&, const std::string& databaseFolder);
-
-/// The tools that have an engine, a row each.
-struct Engine {
-    std::string_view id;
-    MakeModule make; ///< nothing where what it does is not scanning and cleaning
-};
-constexpr Engine engines[] = {
-    {"system-junk",
-     [](const Folders& folders, const std::string& databaseFolder) -> std::shared_ptr<SuiteModule> {
-         return std::make_shared<junk::SystemJunkModule>(
-             junk::SystemJunkConfiguration::userDefaults(folders, databaseFolder));
-     }},
-    {"fast-copy", nullptr},
-    {"maintenance", nullptr},
-    {"sync", nullptr},
-};
-
-const Engine* engineOf(std::string_view id) {
-    const auto found = std::ranges::find(engines, id, &Engine::id);
-    return found == std::end(engines) ? nullptr : found;
+const automation::Offer* offerOf(std::string_view id) {
+    const auto all = automation::offers();
+    const auto found = std::ranges::find(all, id, &automation::Offer::tool);
+    return found == all.end() ? nullptr : *found;
 }
 
 } // namespace
@@ -39,8 +22,8 @@ const Engine* engineOf(std::string_view id) {
 ModuleRegistry::ModuleRegistry(const Folders& folders, const std::string& databaseFolder)
     : folders_(folders), databaseFolder_(databaseFolder) {
     for (const ModuleCard& card : moduleCards()) {
-        const Engine* engine = engineOf(card.id);
-        modules_.push_back(engine && engine->make ? engine->make(folders, databaseFolder)
+        const automation::Offer* offer = offerOf(card.id);
+        modules_.push_back(offer && offer->module ? offer->module(folders, databaseFolder)
                                                   : std::make_shared<SuiteModule>(card));
     }
 }
@@ -53,12 +36,12 @@ std::shared_ptr<SuiteModule> ModuleRegistry::module(std::string_view id) const {
 }
 
 std::shared_ptr<SuiteModule> ModuleRegistry::makeModule(std::string_view id) const {
-    const Engine* engine = engineOf(id);
-    return engine && engine->make ? engine->make(folders_, databaseFolder_) : nullptr;
+    const automation::Offer* offer = offerOf(id);
+    return offer && offer->module ? offer->module(folders_, databaseFolder_) : nullptr;
 }
 
 bool ModuleRegistry::hasEngine(std::string_view id) const {
-    return engineOf(id) != nullptr;
+    return offerOf(id) != nullptr;
 }
 
 } // namespace vh::app

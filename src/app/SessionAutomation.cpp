@@ -1,5 +1,6 @@
 #include "app/SessionAutomation.h"
 
+#include "Automation/Offer.h"
 #include "Core/RunJournal.h"
 #include "Core/SuiteModule.h"
 #include "app/ModuleRegistry.h"
@@ -17,6 +18,7 @@ automation::AutomationWorld automationWorld(Session& session, MainLoop& loop, Cl
             [&session] { return Texts(session.language()); },
             [&registry](std::string_view id) { return registry.makeModule(id); },
             [&session] { return helper::MaintenanceWork(&session.helper()); },
+            automation::offers(),
             std::move(clock),
             calendar};
 }

@@ -8,9 +8,9 @@
 #include "app/ActivityCenter.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
-#include "app/AutomationLife.h"
 #include "app/ModuleRegistry.h"
 #include "app/Session.h"
+#include "app/ViewOffer.h"
 
 #include <algorithm>
 
@@ -74,16 +74,24 @@ QVariantList ShellViewModel::sections() const {
     return list;
 }
 
+/// The page that counts a job as its own although it is not named like the job's tool.
+static QString pageOfJobs(const QString& job, const QString& tool) {
+    for (const ViewOffer* offer : viewOffers())
+        for (const PageRow& row : offer->pages)
+            if (const QLatin1String named(row.jobsOf); !named.isEmpty() && (job == named || tool == named))
+                return QLatin1String(row.page);
+    return {};
+}
+
 QVariantMap ShellViewModel::busy() const {
     QVariantMap counts;
     const auto count = [&](const QString& id) {
         counts[id] = counts.value(id).toInt() + 1;
     };
     for (const ActivityCenter::Job& job : context_.activity().running()) {
-        if (job.id == AutomationLife::schedulerKey)
-            count(QStringLiteral("schedules"));
-        if (job.toolID == AutomationLife::flowTool)
-            count(QStringLiteral("nodos"));
+        const QString page = pageOfJobs(job.id, job.toolID);
+        if (!page.isEmpty())
+            count(page);
         else if (!job.toolID.isEmpty())
             count(qtText(ToolCatalog::resolve(job.toolID.toStdString())));
     }

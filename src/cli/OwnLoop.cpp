@@ -1,6 +1,5 @@
 #include "cli/OwnLoop.h"
 
-#include "Features/FollowUps/work/RunFollowUps.h"
 #include "app/SessionAutomation.h"
 
 namespace vh::cli {
@@ -10,7 +9,7 @@ OwnLoop::OwnLoop(app::Session& session) : automation_(app::automationWorld(sessi
 }
 
 OwnLoop::~OwnLoop() {
-    automation_.followUps().finish();
+    automation_.finish();
 }
 
 void OwnLoop::run(const CancelToken& cancel, const std::function<void()>& onCancel) {

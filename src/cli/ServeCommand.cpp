@@ -3,17 +3,10 @@
 #include "Core/Csv.h"
 #include "Core/DatabaseKeep.h"
 #include "Core/Printable.h"
-#include "Core/ScheduleStore.h"
 #include "Core/ToolTexts.h"
-#include "Features/Flows/work/FlowTriggers.h"
-#include "Features/Flows/work/NodesRunner.h"
-#include "Features/FollowUps/work/RunFollowUps.h"
-#include "Features/Schedules/work/Scheduler.h"
 #include "HelperKit/HelperClient.h"
 #include "Platform/PollLoop.h"
 #include "Platform/Terminal.h"
-#include "Tools/FolderSync/SyncRecord.h"
-#include "Tools/FolderSync/work/SyncRunner.h"
 #include "app/Session.h"
 #include "app/SessionAutomation.h"
 #include "cli/CommandLine.h"
@@ -64,24 +57,18 @@ private:
     void beginToLead();
     void say(std::string_view key, const std::vector<TextArgument>& arguments = {}) const;
     void sayTroubles();
-    std::vector<std::string> syncTroubles();
-    void flowChanged(const automation::NodesRunner::Activity& activity);
-    void taskChanged();
-    void syncChanged();
+    void runningChanged();
     void ended(const RunRecord& record) const;
     void end();
-    bool isIdle() { return flows_.empty() && !task_ && !automation_.sync().running(); }
+    bool isIdle() const { return automation_.running().empty(); }
     void tidy();
 
     Context& context_;
     PollLoop loop_;
-    std::set<std::string> flows_;    ///< that run, by the key of their activity
-    std::optional<Uuid> task_;       ///< that runs
-    std::optional<Uuid> sync_;       ///< the pair that is being synced
-    std::set<std::string> troubles_; ///< that were said
+    std::set<std::string> saidToRun_; ///< works whose beginning was said, by key and title
+    std::set<std::string> troubles_;  ///< that were said
     automation::Automation automation_;
     std::shared_ptr<void> observing_;
-    std::shared_ptr<void> observingSync_;
     MainLoop::Token tidying_;
     automation::Worker worker_;
 };
@@ -101,9 +88,7 @@ void Server::begin() {
     automation_.attach();
     automation_.setOnRecord([this](const RunRecord& record) { ended(record); });
     automation_.setOnLeading([this] { beginToLead(); });
-    automation_.runner().setOnActivity([this](const auto& activity) { flowChanged(activity); });
-    observing_ = automation_.scheduler().observe([this] { taskChanged(); });
-    observingSync_ = automation_.sync().observe([this] { syncChanged(); });
+    observing_ = automation_.observe([this] { runningChanged(); });
     automation_.lead();
     if (!automation_.isLeading() && automation_.trouble().empty())
         say("cli.serve.waiting");
@@ -128,7 +113,6 @@ void Server::renewHelper() {
 
 void Server::beginToLead() {
     say("cli.serve.leading");
-    automation_.triggers().setOnTroubles([this] { sayTroubles(); });
     sayTroubles();
     tidy();
     tidying_ = loop_.every(betweenTidying, [this] { tidy(); });
@@ -145,12 +129,7 @@ void Server::say(std::string_view key, const std::vector<TextArgument>& argument
 
 void Server::sayTroubles() {
     std::set<std::string> troubles;
-    if (!automation_.trouble().empty())
-        troubles.insert(automation_.trouble());
-    if (automation_.isLeading())
-        for (const std::string& each : automation_.triggers().troubles())
-            troubles.insert(each);
-    for (const std::string& each : syncTroubles())
+    for (const std::string& each : automation_.troubles())
         troubles.insert(each);
     for (const std::string& each : troubles)
         if (!troubles_.contains(each))
@@ -158,39 +137,17 @@ void Server::sayTroubles() {
     troubles_ = std::move(troubles);
 }
 
-/// What keeps watched pairs from being synced, in the process that leads.
-std::vector<std::string> Server::syncTroubles() {
-    if (!automation_.isLeading())
-        return {};
-    const auto states = automation_.sync().states();
-    std::vector<std::string> troubles;
-    for (const sync::SyncPair& pair : automation_.sync().pairs())
-        if (const auto state = states.find(pair.id); state != states.end() && !state->second.isHealthy())
-            troubles.push_back(pair.title() + ": " + textOf(state->second, pair, context_.session.texts()));
-    return troubles;
-}
-
-void Server::flowChanged(const automation::NodesRunner::Activity& activity) {
-    if (!activity.active)
-        flows_.erase(activity.key);
-    else if (flows_.insert(activity.key).second)
-        say("cli.serve.flow", {{"title", activity.title}});
-}
-
-void Server::taskChanged() {
-    const auto task = automation_.scheduler().runningTaskID();
-    if (std::exchange(task_, task) == task || !task)
-        return;
-    if (const auto known = automation_.schedules().task(*task))
-        say("cli.serve.task", {{"title", known->title}});
-}
-
-void Server::syncChanged() {
-    const auto& running = automation_.sync().running();
-    // One that finds nothing to do is not worth a line.
-    const auto now = running && running->total > 0 ? std::optional(running->pair) : std::nullopt;
-    if (std::exchange(sync_, now) != now && now)
-        say("cli.serve.sync", {{"title", running->title}});
+void Server::runningChanged() {
+    std::set<std::string> running;
+    for (const automation::RunningWork& work : automation_.running()) {
+        if (work.isOnlyLooking || work.saidAs.empty())
+            continue;
+        const std::string name = work.key + " " + work.title;
+        if (!saidToRun_.contains(name))
+            say(work.saidAs, {{"title", work.title}});
+        running.insert(name);
+    }
+    saidToRun_ = std::move(running);
     sayTroubles();
 }
 
@@ -204,9 +161,7 @@ void Server::ended(const RunRecord& record) const {
 /// Lets what runs come to its end, so that all of it is on record.
 void Server::end() {
     say("cli.serve.ending");
-    automation_.scheduler().stopRunning();
-    automation_.sync().stop();
-    automation_.runner().stopAll();
+    automation_.stop();
     const auto look = loop_.every(std::chrono::milliseconds(20), [this] {
         if (isIdle())
             loop_.post([this] { loop_.stop(); });
@@ -214,7 +169,7 @@ void Server::end() {
     const auto limit = loop_.after(longestEnding, [this] { loop_.stop(); });
     if (!isIdle())
         loop_.run();
-    automation_.followUps().finish(longestFollowUp);
+    automation_.finish(longestFollowUp);
 }
 
 void Server::tidy() {

@@ -1,29 +1,15 @@
 #include "ui/App.h"
 
-#include "Automation/Automation.h"
 #include "Core/Language.h"
-#include "Features/Activity/view/ActivityViewModel.h"
-#include "Features/Flows/view/FlowEditorViewModel.h"
-#include "Features/Flows/view/FlowListViewModel.h"
-#include "Features/FollowUps/view/FollowUpsViewModel.h"
-#include "Features/FollowUps/view/MailViewModel.h"
-#include "Features/HelperSetup/view/HelperViewModel.h"
-#include "Features/Home/view/HomeViewModel.h"
-#include "Features/Optimize/view/OptimizeViewModel.h"
-#include "Features/Schedules/view/SchedulesViewModel.h"
-#include "Features/Scripts/view/ScriptsViewModel.h"
-#include "Features/Settings/view/SettingsViewModel.h"
-#include "HelperKit/MaintenanceWork.h"
-#include "Tools/FastCopy/view/FastCopyViewModel.h"
-#include "Tools/FolderSync/view/FolderSyncViewModel.h"
-#include "Tools/Maintenance/view/MaintenanceViewModel.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
+#include "app/Appearance.h"
 #include "app/AutomationLife.h"
 #include "app/ModuleRegistry.h"
 #include "app/ScanCleanViewModel.h"
 #include "app/Session.h"
 #include "app/ShellViewModel.h"
+#include "app/ViewOffer.h"
 #include "ui/Tr.h"
 
 #include <QDir>
@@ -56,10 +42,8 @@ App::App(app::Session& session, const LookOverride& look) : appearance_(look.app
     life_ = std::make_unique<app::AutomationLife>(*context_);
     QJSEngine::setObjectOwnership(life_.get(), QJSEngine::CppOwnership);
     tr_ = std::make_unique<Tr>(context_->texts());
-    settings_ = std::make_unique<app::SettingsViewModel>(*context_);
-    QJSEngine::setObjectOwnership(settings_.get(), QJSEngine::CppOwnership);
     connect(&context_->texts(), &app::AppTexts::changed, tr_.get(), &Tr::changed);
-    connect(settings_.get(), &app::SettingsViewModel::appearanceChanged, this, &App::darkChanged);
+    connect(&context_->appearance(), &app::Appearance::changed, this, &App::darkChanged);
     connect(&systemLook_, &SystemLook::changed, this, &App::darkChanged);
 }
 
@@ -75,68 +59,33 @@ void App::installIn(QQmlEngine& engine) {
     engine.setProperty(engineProperty, QVariant::fromValue(this));
 }
 
-QObject* App::settings() {
-    return settings_.get();
-}
-
 QObject* App::shell() {
     return made(shell_, *context_);
-}
-
-QObject* App::home() {
-    return made(home_, *context_);
-}
-
-QObject* App::activity() {
-    return made(activity_, *context_);
 }
 
 QObject* App::automation() {
     return life_.get();
 }
 
-QObject* App::schedules() {
-    return made(schedules_, *context_, *life_);
+QObject* App::model(const QString& name) {
+    if (const auto known = models_.find(name); known != models_.end())
+        return known->second.get();
+    for (const app::ViewOffer* offer : app::viewOffers())
+        for (const app::ModelRow& row : offer->models)
+            if (name == QLatin1String(row.name)) {
+                QObject* model = (models_[name] = row.make({*context_, *life_})).get();
+                QJSEngine::setObjectOwnership(model, QJSEngine::CppOwnership);
+                return model;
+            }
+    return nullptr;
 }
 
-QObject* App::scripts() {
-    return made(scripts_, *context_, *life_);
-}
-
-QObject* App::flows() {
-    return made(flows_, *context_, life_->automation());
-}
-
-QObject* App::flowEditor() {
-    return made(flowEditor_, *context_, life_->automation());
-}
-
-QObject* App::mail() {
-    return made(mail_, *context_, *life_);
-}
-
-QObject* App::followUps() {
-    return made(followUps_, *context_, *life_);
-}
-
-QObject* App::maintenance() {
-    return made(maintenance_, *context_, helper::MaintenanceWork(&context_->session().helper()));
-}
-
-QObject* App::helper() {
-    return made(helper_, *context_, context_->session().helper());
-}
-
-QObject* App::optimize() {
-    return made(optimize_, *context_, *life_);
-}
-
-QObject* App::fastCopy() {
-    return made(fastCopy_, *context_, *life_, app::CopyWorld::of(*context_));
-}
-
-QObject* App::folderSync() {
-    return made(folderSync_, *context_, life_->automation().sync());
+QVariantMap App::pages() const {
+    QVariantMap files;
+    for (const app::ViewOffer* offer : app::viewOffers())
+        for (const app::PageRow& row : offer->pages)
+            files[QLatin1String(row.page)] = QLatin1String(row.file);
+    return files;
 }
 
 QObject* App::scanClean(const QString& moduleId) {
@@ -145,7 +94,7 @@ QObject* App::scanClean(const QString& moduleId) {
 }
 
 bool App::isDark() const {
-    const auto appearance = appearance_.isEmpty() ? settings_->appearance() : appearance_;
+    const auto appearance = appearance_.isEmpty() ? context_->appearance().value() : appearance_;
     return appearance == QLatin1String("system") ? systemLook_.isDark() : appearance == QLatin1String("dark");
 }
 

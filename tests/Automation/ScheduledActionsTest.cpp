@@ -145,8 +145,8 @@ TEST_F(ScheduledActionsTest, MaintenanceRunsWhatItCanAndNamesTheRest) {
 }
 
 TEST_F(ScheduledActionsTest, AFlowIsRunByWhoRunsFlows) {
-    actions.setRunFlow([](const ScheduledTask& task, const JobControl&) {
-        return RunRecord{.summary = task.payload.at("flow")};
+    actions.provide(flowAction, [](const ActionRequest& request, const JobControl&) {
+        return RunRecord{.summary = request.payload.at("flow")};
     });
     EXPECT_EQ(
         run({.toolID = "nodes", .actionID = std::string(flowAction), .payload = {{"flow", "F"}}}).summary,

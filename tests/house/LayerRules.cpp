@@ -7,28 +7,48 @@ namespace vh::house {
 
 namespace {
 
+/// Where a file stands: on a shared floor, or in a room of a feature.
 struct Place {
-    std::string_view package; ///< "Core", "Tools/SystemJunk", "ui"
+    std::string_view package; ///< "Core", "ui", "Tools/SystemJunk"
     int floor;
+    bool isFeature;
 };
 
+constexpr int qtFloor = 5;
+constexpr int viewRoom = 6;
+constexpr int commandRoom = 7;
+
+struct Floor {
+    std::string_view folder;
+    int number;
+};
+constexpr std::array sharedFloors{Floor{"Platform", 0}, Floor{"Core", 1},    Floor{"HelperKit", 2},
+                                  Floor{"Mail", 2},     Floor{"Reports", 2}, Floor{"Automation", 3},
+                                  Floor{"app", 5},      Floor{"cli", 6},     Floor{"ui", 7},
+                                  Floor{"product", 8},  Floor{"helper", 8}};
+/// The rooms of a tool or feature; what lies in its folder itself is its engine.
+constexpr std::array rooms{Floor{"work", 4}, Floor{"view", viewRoom}, Floor{"command", commandRoom}};
+constexpr int engineRoom = 2;
+
 std::optional<Place> placeOf(std::string_view path) {
-    struct Floor {
-        std::string_view folder;
-        int number;
-    };
-    static constexpr std::array floors{Floor{"Platform", 0},  Floor{"Core", 1},       Floor{"Tools", 2},
-                                       Floor{"Agent", 2},     Floor{"Fleet", 2},      Floor{"Flows", 2},
-                                       Floor{"HelperKit", 2}, Floor{"ClaudeAPI", 2},  Floor{"Mail", 2},
-                                       Floor{"Reports", 2},   Floor{"Automation", 3}, Floor{"app", 4},
-                                       Floor{"cli", 5},       Floor{"ui", 5},         Floor{"helper", 5}};
     const size_t slash = path.find('/');
-    const auto folder = path.substr(0, slash);
-    const auto found = std::ranges::find(floors, folder, &Floor::folder);
-    if (slash == std::string_view::npos || found == floors.end())
+    if (slash == std::string_view::npos)
         return std::nullopt;
-    const size_t end = folder == "Tools" ? path.find('/', slash + 1) : slash;
-    return Place{path.substr(0, end), found->number};
+    const auto folder = path.substr(0, slash);
+    if (folder != "Tools" && folder != "Features") {
+        const auto found = std::ranges::find(sharedFloors, folder, &Floor::folder);
+        return found == sharedFloors.end() ? std::nullopt
+                                           : std::optional(Place{folder, found->number, false});
+    }
+    const size_t end = path.find('/', slash + 1);
+    if (end == std::string_view::npos)
+        return std::nullopt;
+    const auto inside = path.substr(end + 1);
+    const auto package = path.substr(0, end);
+    if (inside.find('/') == std::string_view::npos)
+        return Place{package, engineRoom, true};
+    const auto room = std::ranges::find(rooms, inside.substr(0, inside.find('/')), &Floor::folder);
+    return room == rooms.end() ? std::nullopt : std::optional(Place{package, room->number, true});
 }
 
 bool startsWithAny(std::string_view text, std::initializer_list<std::string_view> beginnings) {
@@ -88,12 +108,19 @@ std::optional<std::string> projectIncludeFault(const Place& from, std::string_vi
     const auto to = placeOf(header);
     if (!to)
         return "an include is written from src/, with its folder";
-    if (to->package == from.package)
+    if (to->package == from.package && to->floor == from.floor)
         return std::nullopt;
+    if (to->isFeature && to->package != from.package)
+        return from.isFeature ? "a feature knows no other: what two share moves down"
+                              : "a shared floor names no feature";
     if (to->floor > from.floor)
-        return std::string(from.package) + " stands below " + std::string(to->package);
+        return std::string(from.package) + " stands below " + std::string(to->package) + " there";
     if (to->floor == from.floor)
         return std::string(from.package) + " stands beside " + std::string(to->package);
+    if (to->isFeature && from.floor == commandRoom && to->floor == viewRoom)
+        return "commands know no view-models";
+    if (from.isFeature && from.floor == engineRoom && to->floor > 1)
+        return "an engine stands on Platform and Core alone";
     if (startsWithAny(header, {"Platform/Linux/", "Platform/macOS/", "Platform/Posix/"}))
         return "only Platform knows how a system does it";
     return std::nullopt;
@@ -104,8 +131,8 @@ std::optional<std::string> libraryIncludeFault(std::string_view path, const Plac
     const bool mayUseSystem = startsWithAny(path, {"Platform/Linux/", "Platform/macOS/", "Platform/Posix/"});
     if (isSystemHeader(header) && !mayUseSystem)
         return "only Platform/<System> includes headers of an operating system";
-    if (isQtHeader(header) && from.floor < 4)
-        return "engines know no Qt";
+    if (isQtHeader(header) && from.floor != qtFloor && from.floor != viewRoom && from.package != "ui")
+        return "only app, views and the window know Qt";
     if (isWindowHeader(header) && from.package != "ui")
         return "only ui knows the window";
     if (header.starts_with("CLI/") && from.package != "cli")

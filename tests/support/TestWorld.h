@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Automation/AutomationWorld.h"
+#include "Automation/Offer.h"
 #include "Core/DatabaseLocation.h"
 #include "Core/RunFiles.h"
 #include "Core/RunJournal.h"
@@ -53,6 +54,7 @@ struct TestWorld {
                           [] { return Texts(Language::en); },
                           [this](std::string_view id) { return id == "system-junk" ? junk : nullptr; },
                           [this] { return helper::MaintenanceWork(nullptr, chores); },
+                          offers(),
                           loop.clock(),
                           LocalCalendar("UTC")};
 };

@@ -147,7 +147,7 @@ TEST_F(Keyboard, theOneButtonIsSetAskedAndPressedWithoutAPointer) {
     fillCaches();
     openWindow();
     openPage("home");
-    auto* optimize = window().app().optimize();
+    auto* optimize = window().app().model("optimize");
     QMetaObject::invokeMethod(optimize, "saveProfile",
                               Q_ARG(QVariantMap, QVariantMap({{"cleanStorage", false}})));
     tabTo("What Optimize does");

@@ -62,7 +62,7 @@ TEST_P(Pages, showWhatTheOneButtonWouldDoAndDid) {
     openPage("home");
     QString fault;
     ASSERT_TRUE(QMetaObject::invokeMethod(
-        window().app().optimize(), "saveProfile", Q_RETURN_ARG(QString, fault),
+        window().app().model("optimize"), "saveProfile", Q_RETURN_ARG(QString, fault),
         Q_ARG(QVariantMap, QVariantMap({{"cleanStorage", true}, {"cleanPrivacy", true}}))));
     ASSERT_EQ(fault, "");
     const auto isAtRest = [&] {
@@ -79,7 +79,7 @@ TEST_P(Pages, showWhatTheOneButtonWouldDoAndDid) {
             EXPECT_EQ(cutTexts(shownItems()), QStringList());
         }
     }
-    EXPECT_EQ(window().app().optimize()->property("lastOutcome").toString(), "warning")
+    EXPECT_EQ(window().app().model("optimize")->property("lastOutcome").toString(), "warning")
         << "one of the two tools is not there yet";
 }
 
@@ -90,8 +90,8 @@ TEST_P(Pages, showWhatASyncWouldDoAndDid) {
     openWindow(look(), {960, 640});
     openPage("sync");
     QString fault;
-    ASSERT_TRUE(QMetaObject::invokeMethod(window().app().folderSync(), "save", Q_RETURN_ARG(QString, fault),
-                                          Q_ARG(QString, QString()),
+    ASSERT_TRUE(QMetaObject::invokeMethod(window().app().model("folderSync"), "save",
+                                          Q_RETURN_ARG(QString, fault), Q_ARG(QString, QString()),
                                           Q_ARG(QVariantMap, QVariantMap({{"source", "~/Photos"},
                                                                           {"destination", "~/Backup/Photos"},
                                                                           {"deleteExtraneous", true},
@@ -108,10 +108,11 @@ TEST_P(Pages, showWhatASyncWouldDoAndDid) {
         EXPECT_EQ(cutTexts(shownItems()), QStringList());
         EXPECT_EQ(namelessStops(shownItems()), QStringList());
     }
-    EXPECT_EQ(window().app().folderSync()->property("actionCount").toInt(), 3);
-    ASSERT_TRUE(QMetaObject::invokeMethod(window().app().folderSync(), "approve"));
-    waitUntil("it is done",
-              [&] { return window().app().folderSync()->property("phase") == QLatin1String("finished"); });
+    EXPECT_EQ(window().app().model("folderSync")->property("actionCount").toInt(), 3);
+    ASSERT_TRUE(QMetaObject::invokeMethod(window().app().model("folderSync"), "approve"));
+    waitUntil("it is done", [&] {
+        return window().app().model("folderSync")->property("phase") == QLatin1String("finished");
+    });
     EXPECT_EQ(cutTexts(shownItems()), QStringList());
     EXPECT_FALSE(gone.exists());
 }
@@ -130,7 +131,7 @@ TEST_P(Pages, showWhatWasDone) {
     for (const auto* page : {"system-junk", "home", "activity"})
         openPage(page);
     waitUntil("the run is listed",
-              [&] { return window().app().activity()->property("runCount").toInt() == 1; });
+              [&] { return window().app().model("activity")->property("runCount").toInt() == 1; });
     EXPECT_TRUE(showState("details"));
     EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
 }
@@ -192,7 +193,7 @@ TEST_F(Window, showsManyThingsToCopyToManyPlaces) {
         ASSERT_TRUE(QDir().mkpath(each));
     openWindow({}, {960, 640});
     openPage("fast-copy");
-    auto* const copying = window().app().fastCopy();
+    auto* const copying = window().app().model("fastCopy");
     const auto choose = [&] {
         QMetaObject::invokeMethod(copying, "addSources", Q_ARG(QStringList, sources));
         QMetaObject::invokeMethod(copying, "addDestinations", Q_ARG(QStringList, places));
@@ -214,7 +215,7 @@ TEST_F(Window, changesItsLanguageWhileItIsOpen) {
     openWindow();
     openPage("settings");
     const auto titleIn = [&](const char* language) {
-        window().app().settings()->setProperty("language", language);
+        window().app().model("settings")->setProperty("language", language);
         return window().quickWindow().title();
     };
     const auto english = titleIn("en");

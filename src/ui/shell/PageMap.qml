@@ -20,19 +20,7 @@ QtObject {
     ]
     readonly property var all: fixed.concat(apart)
 
-    readonly property var own: ({
-        "home": "HomePage",
-        "activity": "ActivityPage",
-        "nodos": "NodosPage",
-        "schedules": "SchedulesPage",
-        "scripts": "ScriptsPage",
-        "settings": "SettingsPage",
-        "helper": "HelperSetupPage",
-        "fast-copy": "CopyPage",
-        "system-junk": "CachePage",
-        "maintenance": "MaintenancePage",
-        "sync": "SyncPage"
-    })
+    readonly property var own: App.pages
 
     // The page that answers to an identifier, folded ones included, or to a tool's name; "" for none.
     function resolve(id: string): string {

@@ -104,7 +104,8 @@ TEST(MaintenanceJob, WhatTheHelperHasBegunIsSaidToGoOn) {
     control = {};
     const RunRecord record =
         ScheduledActions(world.world)
-            .run(ScheduledAction::maintenance, {"maintenance", {{"tasks", "clear-font-caches,purge-memory"}}},
+            .run(ScheduledAction::maintenance,
+                 {.toolID = "maintenance", .payload = {{"tasks", "clear-font-caches,purge-memory"}}},
                  control);
     EXPECT_EQ(record.outcome, Outcome::cancelled);
     EXPECT_EQ(record.summary, "1 task done. " + goesOn);

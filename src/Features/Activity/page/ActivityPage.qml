@@ -5,7 +5,7 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var activity: App.activity
+    readonly property var activity: App.model("activity")
     readonly property bool detailed: activity.selectedRun.runId !== undefined && activity.selectedRun.runId !== ""
 
     function showState(name: string): bool {

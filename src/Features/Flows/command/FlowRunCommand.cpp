@@ -1,7 +1,10 @@
 #include "Core/Csv.h"
+
+#include "Automation/Automation.h"
 #include "Core/Printable.h"
 #include "Features/Flows/FlowTexts.h"
 #include "Features/Flows/command/FlowShelf.h"
+#include "Features/Flows/work/FlowsService.h"
 #include "Features/Flows/work/NodesRunner.h"
 #include "app/Session.h"
 #include "cli/NamedThing.h"
@@ -109,7 +112,7 @@ Exit printPlan(Context& context, const std::vector<automation::FlowPlanLine>& pl
 }
 
 Exit follow(Context& context, OwnLoop& own, const Flow& flow, const automation::FlowStart& how) {
-    automation::NodesRunner& runner = own.automation().runner();
+    automation::NodesRunner& runner = own.automation().service<automation::FlowsService>().runner();
     const Texts& texts = context.session.texts();
     Follower follower(flow, texts);
     const bool isSpoken = context.format == Format::people;
@@ -145,7 +148,7 @@ Exit follow(Context& context, OwnLoop& own, const Flow& flow, const automation::
 
 Exit runFlow(Context& context, const RunOptions& options) {
     OwnLoop own(context.session);
-    NodesStore& store = own.automation().flows();
+    NodesStore& store = own.automation().service<automation::FlowsService>().store();
     const auto flow = findFlow(context, store, options.word);
     if (!flow)
         return Exit::failed;
@@ -156,7 +159,8 @@ Exit runFlow(Context& context, const RunOptions& options) {
             return Exit::failed;
     }
     if (options.isDry)
-        return printPlan(context, own.automation().runner().plan(*flow, how));
+        return printPlan(context,
+                         own.automation().service<automation::FlowsService>().runner().plan(*flow, how));
     return follow(context, own, *flow, how);
 }
 

@@ -1,5 +1,4 @@
 #include "Core/Printable.h"
-#include "Features/Flows/work/NodesRunner.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
@@ -14,8 +13,6 @@ Exit open(Context& context, const std::string& url) {
     OwnLoop own(context.session);
     automation::Automation& automation = own.automation();
     std::optional<RunRecord> record;
-    bool isOurs = false;
-    automation.runner().setOnActivity([&](const auto& activity) { isOurs |= activity.active; });
     automation.setOnRecord([&](const RunRecord& each) {
         if (each.toolID != "nodes")
             return;
@@ -26,11 +23,11 @@ Exit open(Context& context, const std::string& url) {
         complain(printable(*refusal));
         return Exit::failed;
     }
-    if (!isOurs) {
+    if (automation.running().empty() && !record) {
         print(context.session.texts().text("cli.open.handed-on") + "\n");
         return Exit::done;
     }
-    own.run(context.cancel, [&] { automation.runner().stopAll(); });
+    own.run(context.cancel, [&] { automation.stop(); });
     if (context.format == Format::json)
         printJson(*record);
     else

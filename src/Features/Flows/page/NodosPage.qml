@@ -5,8 +5,8 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var flows: App.flows
-    readonly property var editor: App.flowEditor
+    readonly property var flows: App.model("flows")
+    readonly property var editor: App.model("flowEditor")
     property string chosen
 
     function openFlow(id: string): bool {

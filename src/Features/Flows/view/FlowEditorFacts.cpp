@@ -4,6 +4,7 @@
 #include "Automation/ScriptLibrary.h"
 #include "Core/Printable.h"
 #include "Features/Flows/NodesStore.h"
+#include "Features/Flows/work/FlowsService.h"
 #include "Features/Flows/work/NodesRunner.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -35,7 +36,7 @@ void FlowEditorViewModel::retell() {
 void FlowEditorViewModel::followStore() {
     if (!document_)
         return;
-    auto& store = automation_.flows();
+    auto& store = service_.store();
     if (!readOnly_)
         document_->catchUp();
     else if (const Flow* theirs = store.anyFlow(flow().id); theirs && *theirs != flow())
@@ -58,13 +59,13 @@ void FlowEditorViewModel::readState() {
     state_.states.clear();
     state_.progress.clear();
     if (shownRun_) {
-        const auto runs = automation_.flows().runs(flow().id);
+        const auto runs = service_.store().runs(flow().id);
         if (const auto run = std::ranges::find(runs, *shownRun_, &FlowRun::id); run != runs.end())
             for (const auto& [node, result] : run->results)
                 state_.states.emplace(node, result);
         return;
     }
-    const auto& runner = automation_.runner();
+    const auto& runner = service_.runner();
     if (const auto live = runner.live().find(flow().id); live != runner.live().end())
         state_.states = live->second;
     if (const auto told = runner.progress().find(flow().id); told != runner.progress().end())
@@ -72,7 +73,7 @@ void FlowEditorViewModel::readState() {
 }
 
 void FlowEditorViewModel::refresh() {
-    state_.problems = readOnly_ ? std::vector<FlowProblem>() : automation_.runner().problems(flow());
+    state_.problems = readOnly_ ? std::vector<FlowProblem>() : service_.runner().problems(flow());
     if (state_.selected && !flow().node(*state_.selected) && !edgeOf(state_.selected)) {
         state_.selected.reset();
         emit selectionChanged();
@@ -100,7 +101,7 @@ void FlowEditorViewModel::refreshInspector() {
                                    },
                                    volumesNow,
                                    [&] {
-                                       return automation_.flows().flows();
+                                       return service_.store().flows();
                                    }};
     const FlowNode* node = selected();
     fields_.setRows(node ? fieldRows(*node, flow(), words(), sources) : std::vector<FlowFieldRow>());
@@ -198,7 +199,7 @@ void FlowEditorViewModel::refreshRuns() {
     const DayTexts days(said.texts(), context_.calendar(), context_.now());
     const Date today = context_.calendar().startOfDay(context_.now());
     std::vector<FlowRunRow> rows;
-    for (const FlowRun& run : automation_.flows().runs(flow().id)) {
+    for (const FlowRun& run : service_.store().runs(flow().id)) {
         const FlowNodeOutcome outcome = run.outcome(flow());
         const double seconds = run.finishedAt ? Seconds(*run.finishedAt - run.startedAt).count() : 0;
         rows.push_back(
@@ -219,7 +220,7 @@ void FlowEditorViewModel::refreshRuns() {
 void FlowEditorViewModel::refreshLine() {
     const FlowWords said = words();
     QString line = said.startLine(flow());
-    const auto runs = automation_.flows().runs(flow().id);
+    const auto runs = service_.store().runs(flow().id);
     if (!runs.empty()) {
         const DayTexts days(said.texts(), context_.calendar(), context_.now());
         line = said.text(

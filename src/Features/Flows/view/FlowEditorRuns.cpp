@@ -3,6 +3,7 @@
 #include "Automation/Automation.h"
 #include "Core/Printable.h"
 #include "Features/Flows/view/FlowRunValues.h"
+#include "Features/Flows/work/FlowsService.h"
 #include "Features/Flows/work/NodesRunner.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -16,7 +17,7 @@ namespace vh::app {
 using namespace flows;
 
 bool FlowEditorViewModel::isRunning() const {
-    return document_ && automation_.runner().isRunning(flow().id);
+    return document_ && service_.runner().isRunning(flow().id);
 }
 
 QString FlowEditorViewModel::shownRun() const {
@@ -44,7 +45,7 @@ void FlowEditorViewModel::start(const automation::FlowStart& how) {
     say({});
     if (!document_ || !save())
         return;
-    auto& runner = automation_.runner();
+    auto& runner = service_.runner();
     if (const auto refusal = runner.refusal(flow())) {
         // Where nothing is selected stands what is wrong.
         selectId(std::nullopt);
@@ -61,7 +62,7 @@ void FlowEditorViewModel::start(const automation::FlowStart& how) {
 
 void FlowEditorViewModel::stop() {
     if (document_)
-        automation_.runner().stop(flow().id);
+        service_.runner().stop(flow().id);
 }
 
 void FlowEditorViewModel::toggleDryRun() {
@@ -71,7 +72,7 @@ void FlowEditorViewModel::toggleDryRun() {
     QVariantList plan;
     state_.plan.clear();
     if (!isPlanned())
-        for (const auto& line : automation_.runner().plan(flow(), {})) {
+        for (const auto& line : service_.runner().plan(flow(), {})) {
             state_.plan[line.node] = line.text;
             const FlowNode* node = flow().node(line.node);
             plan << QVariantMap{{QStringLiteral("node"), qtText(line.node.text())},

@@ -4,6 +4,7 @@
 #include "Core/Printable.h"
 #include "Features/Flows/FlowFields.h"
 #include "Features/Flows/NodesStore.h"
+#include "Features/Flows/work/FlowsService.h"
 #include "Features/Flows/work/NodesRunner.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -32,13 +33,13 @@ QString textOf(const std::optional<Uuid>& id) {
 } // namespace
 
 FlowEditorViewModel::FlowEditorViewModel(AppContext& context, automation::Automation& automation)
-    : context_(context), automation_(automation) {
+    : context_(context), automation_(automation), service_(automation.service<automation::FlowsService>()) {
     saving_.setSingleShot(true);
     saving_.setInterval(saveDelay);
     connect(&saving_, &QTimer::timeout, this, &FlowEditorViewModel::save);
     connect(&context_.texts(), &AppTexts::changed, this, &FlowEditorViewModel::retell);
-    observingStore_ = automation_.flows().observe([this] { followStore(); });
-    observingRunner_ = automation_.runner().observe([this](const Uuid& flow) { followRunner(flow); });
+    observingStore_ = service_.store().observe([this] { followStore(); });
+    observingRunner_ = service_.runner().observe([this](const Uuid& flow) { followRunner(flow); });
 }
 
 FlowEditorViewModel::~FlowEditorViewModel() {
@@ -47,7 +48,7 @@ FlowEditorViewModel::~FlowEditorViewModel() {
 
 bool FlowEditorViewModel::open(const QString& flowId) {
     close();
-    auto& store = automation_.flows();
+    auto& store = service_.store();
     const auto id = idOf(flowId);
     const Flow* found = id ? store.anyFlow(*id) : nullptr;
     if (!found)

@@ -12,6 +12,7 @@
 
 namespace vh::automation {
 class Automation;
+class FlowsService;
 struct FlowStart;
 } // namespace vh::automation
 
@@ -214,6 +215,7 @@ private:
 
     AppContext& context_;
     automation::Automation& automation_;
+    automation::FlowsService& service_;
     std::optional<FlowDocument> document_;
     bool readOnly_ = false;
     FlowScene scene_;

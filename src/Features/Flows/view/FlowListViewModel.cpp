@@ -5,6 +5,7 @@
 #include "Core/Printable.h"
 #include "Features/Flows/NodesStore.h"
 #include "Features/Flows/view/FlowRunValues.h"
+#include "Features/Flows/work/FlowsService.h"
 #include "Features/Flows/work/NodesRunner.h"
 #include "Platform/Files.h"
 #include "app/AppContext.h"
@@ -39,13 +40,13 @@ QString fileName(const std::string& name) {
 } // namespace
 
 FlowListViewModel::FlowListViewModel(AppContext& context, automation::Automation& automation)
-    : context_(context), automation_(automation) {
+    : context_(context), automation_(automation), service_(automation.service<automation::FlowsService>()) {
     connect(&context_.texts(), &AppTexts::changed, this, &FlowListViewModel::refresh);
-    observingStore_ = automation_.flows().observe([this] { refresh(); });
-    observingRunner_ = automation_.runner().observe([this](const Uuid&) { refresh(); });
+    observingStore_ = service_.store().observe([this] { refresh(); });
+    observingRunner_ = service_.runner().observe([this](const Uuid&) { refresh(); });
     connect(&watcher_, &QFileSystemWatcher::directoryChanged, this, [this] {
         watch();
-        automation_.flows().load();
+        service_.store().load();
         refresh(); // a run that began or ended elsewhere changes no flow
     });
     watch();
@@ -55,7 +56,7 @@ FlowListViewModel::FlowListViewModel(AppContext& context, automation::Automation
 FlowListViewModel::~FlowListViewModel() = default;
 
 void FlowListViewModel::watch() {
-    const std::string& folder = automation_.flows().folder();
+    const std::string& folder = service_.store().folder();
     const QString path = QString::fromStdString(folder);
     if (watcher_.directories().contains(path))
         return;
@@ -74,11 +75,11 @@ FlowRow FlowListViewModel::row(const Flow& flow, const QString& from) const {
                 .name = qtText(printable(flow.name)),
                 .startText = said.startLine(flow),
                 .from = from,
-                .running = automation_.runner().isRunning(flow.id)};
-    const auto blockers = automation_.runner().blockers(flow);
+                .running = service_.runner().isRunning(flow.id)};
+    const auto blockers = service_.runner().blockers(flow);
     if (!blockers.empty())
         row.problemText = said.text("nodes-page.list.problems", {{"count", blockers.size()}});
-    if (const auto runs = automation_.flows().runs(flow.id); !runs.empty()) {
+    if (const auto runs = service_.store().runs(flow.id); !runs.empty()) {
         const FlowNodeOutcome outcome = runs.front().outcome(flow);
         row.lastOutcome = qtText(rawValue(outcome));
         row.lastTitle = said.outcome(outcome);
@@ -89,7 +90,7 @@ FlowRow FlowListViewModel::row(const Flow& flow, const QString& from) const {
 }
 
 void FlowListViewModel::refresh() {
-    auto& store = automation_.flows();
+    auto& store = service_.store();
     std::vector<FlowRow> rows;
     for (const Flow& flow : store.flows())
         rows.push_back(row(flow, {}));
@@ -124,7 +125,7 @@ QVariantMap FlowListViewModel::facts(const QString& flowId) const {
 }
 
 std::string FlowListViewModel::freeName(const std::string& pattern, const std::string& name) const {
-    return automation_.flows().freeName([&](int number) {
+    return service_.store().freeName([&](int number) {
         if (number == 1 && !name.empty() && pattern.empty())
             return name;
         if (pattern.empty())
@@ -137,14 +138,14 @@ QString FlowListViewModel::create() {
     QString made;
     attempt([&] {
         Flow flow = Flow::blank(freeName("nodes-page.new-name", {}), context_.now());
-        made = qtText(automation_.flows().save(std::move(flow)).id.text());
+        made = qtText(service_.store().save(std::move(flow)).id.text());
     });
     return made;
 }
 
 QString FlowListViewModel::duplicate(const QString& flowId) {
     QString made;
-    auto& store = automation_.flows();
+    auto& store = service_.store();
     const auto id = idOf(flowId);
     const Flow* flow = id ? store.anyFlow(*id) : nullptr;
     if (flow)
@@ -157,7 +158,7 @@ QString FlowListViewModel::duplicate(const QString& flowId) {
 
 QString FlowListViewModel::importFile(const QString& fileUrlOrPath) {
     QString made;
-    auto& store = automation_.flows();
+    auto& store = service_.store();
     const std::string path = chosenPath(fileUrlOrPath, context_.session().folders().home);
     attempt([&] {
         try {
@@ -175,7 +176,7 @@ QString FlowListViewModel::importFile(const QString& fileUrlOrPath) {
 }
 
 bool FlowListViewModel::rename(const QString& flowId, const QString& name) {
-    auto& store = automation_.flows();
+    auto& store = service_.store();
     const auto id = idOf(flowId);
     const Flow* found = id ? store.flow(*id) : nullptr;
     if (!found || name.trimmed().isEmpty())
@@ -191,18 +192,18 @@ bool FlowListViewModel::remove(const QString& flowId) {
     const auto id = idOf(flowId);
     if (!id)
         return false;
-    automation_.runner().stop(*id);
+    service_.runner().stop(*id);
     return attempt([&] {
-        if (automation_.flows().isCompany(*id))
-            automation_.flows().removeCompany(*id);
+        if (service_.store().isCompany(*id))
+            service_.store().removeCompany(*id);
         else
-            automation_.flows().remove(*id);
+            service_.store().remove(*id);
     });
 }
 
 QString FlowListViewModel::exportPath(const QString& flowId, const QString& folder) const {
     const auto id = idOf(flowId);
-    const Flow* flow = id ? automation_.flows().anyFlow(*id) : nullptr;
+    const Flow* flow = id ? service_.store().anyFlow(*id) : nullptr;
     if (!flow)
         return {};
     const QString start = folder + u'/' + fileName(flow->name);
@@ -215,7 +216,7 @@ QString FlowListViewModel::exportPath(const QString& flowId, const QString& fold
 
 bool FlowListViewModel::exportFile(const QString& flowId, const QString& fileUrlOrPath) {
     const auto id = idOf(flowId);
-    const Flow* flow = id ? automation_.flows().anyFlow(*id) : nullptr;
+    const Flow* flow = id ? service_.store().anyFlow(*id) : nullptr;
     const std::string path = chosenPath(fileUrlOrPath, context_.session().folders().home);
     if (!flow || path.empty())
         return false;
@@ -224,28 +225,28 @@ bool FlowListViewModel::exportFile(const QString& flowId, const QString& fileUrl
 
 QVariantList FlowListViewModel::neededValues(const QString& flowId) const {
     const auto id = idOf(flowId);
-    const Flow* flow = id ? automation_.flows().anyFlow(*id) : nullptr;
-    return flow && !automation_.runner().refusal(*flow) ? app::neededValues(*flow, words()) : QVariantList();
+    const Flow* flow = id ? service_.store().anyFlow(*id) : nullptr;
+    return flow && !service_.runner().refusal(*flow) ? app::neededValues(*flow, words()) : QVariantList();
 }
 
 void FlowListViewModel::run(const QString& flowId, const QVariantMap& values) {
     const auto id = idOf(flowId);
-    const Flow* flow = id ? automation_.flows().anyFlow(*id) : nullptr;
+    const Flow* flow = id ? service_.store().anyFlow(*id) : nullptr;
     say({});
     if (!flow)
         return;
-    if (const auto refusal = automation_.runner().refusal(*flow)) {
+    if (const auto refusal = service_.runner().refusal(*flow)) {
         say(qtText(*refusal));
         return;
     }
     automation::FlowStart how;
     how.values = runValues(values, context_.session().folders().home);
-    automation_.runner().start(*flow, how);
+    service_.runner().start(*flow, how);
 }
 
 void FlowListViewModel::stop(const QString& flowId) {
     if (const auto id = idOf(flowId))
-        automation_.runner().stop(*id);
+        service_.runner().stop(*id);
 }
 
 bool FlowListViewModel::attempt(const std::function<void()>& act) {

@@ -10,7 +10,8 @@
 
 namespace vh::automation {
 class Automation;
-}
+class FlowsService;
+} // namespace vh::automation
 
 namespace vh::app {
 
@@ -74,6 +75,7 @@ private:
 
     AppContext& context_;
     automation::Automation& automation_;
+    automation::FlowsService& service_;
     RecordListModel<FlowRow> flows_{FlowRow::roles()};
     QString damagedText_;
     QString message_;

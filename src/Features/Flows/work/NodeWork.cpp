@@ -90,10 +90,10 @@ FlowNodeResult NodeWork::doTool(const FleetTool& tool) const {
     auto call = callOf(tool);
     if (!call)
         return failure(texts_.text("nodes.fail.no-tool", {{"tool", toolName(texts_, toolID(tool))}}));
-    const ActionRequest request{std::string(toolID(tool)),
-                                std::move(call->payload),
-                                Trigger::flow,
-                                {{RunDetail::flow, step_.flow.name}}};
+    const ActionRequest request{.toolID = std::string(toolID(tool)),
+                                .payload = std::move(call->payload),
+                                .trigger = Trigger::flow,
+                                .details = {{RunDetail::flow, step_.flow.name}}};
     const JobControl control{cancel_, [this](double, std::string_view what) {
                                  report(what);
                              }};

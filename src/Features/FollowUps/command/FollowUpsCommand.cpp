@@ -1,7 +1,10 @@
 #include "Core/MailAddress.h"
+
+#include "Automation/Automation.h"
 #include "Core/Printable.h"
 #include "Core/ToolCatalog.h"
 #include "Core/ToolTexts.h"
+#include "Features/FollowUps/work/FollowUpsService.h"
 #include "Features/FollowUps/work/RunFollowUps.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
@@ -81,7 +84,9 @@ Exit list(Context& context) {
     OwnLoop own(context.session);
     std::vector<FollowUpsReply> all;
     for (const std::string& id : toolsWithRuns())
-        if (const auto wishes = own.automation().followUps().wishes(id); !wishes.isEmpty())
+        if (const auto wishes =
+                own.automation().service<automation::FollowUpsService>().followUps().wishes(id);
+            !wishes.isEmpty())
             all.push_back({id, wishes});
     if (context.format == Format::json) {
         printJson(all);
@@ -106,7 +111,7 @@ Exit list(Context& context) {
 Exit store(Context& context, const std::string& tool, const FollowUpWishes& wishes) {
     const Texts& texts = context.session.texts();
     OwnLoop own(context.session);
-    own.automation().followUps().setWishes(tool, wishes);
+    own.automation().service<automation::FollowUpsService>().followUps().setWishes(tool, wishes);
     if (context.format == Format::json)
         printJson(FollowUpsReply{tool, wishes});
     else

@@ -6,7 +6,7 @@ Button {
     id: button
 
     required property string toolId
-    readonly property var followUps: App.followUps
+    readonly property var followUps: App.model("followUps")
     readonly property string line: {
         followUps.knownAddresses; // told anew with every change of wishes
         return followUps.lineOf(toolId);

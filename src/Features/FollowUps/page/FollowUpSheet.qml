@@ -8,7 +8,7 @@ ConfirmSheet {
     property string toolId
     property string fault
     property string report
-    readonly property var followUps: App.followUps
+    readonly property var followUps: App.model("followUps")
     // Addresses that were used before and are not in the field yet.
     readonly property var offered: visible ? followUps.knownAddresses.filter(address =>
         !addresses.text.split(/[\s,;]+/).includes(address)).slice(0, 4) : []

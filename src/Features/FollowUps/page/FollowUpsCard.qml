@@ -5,7 +5,7 @@ import Varnholt
 SettingsCard {
     id: card
 
-    readonly property var followUps: App.followUps
+    readonly property var followUps: App.model("followUps")
 
     function show(tool: string) {
         sheet.toolId = tool;

@@ -5,7 +5,7 @@ import Varnholt
 SettingsCard {
     id: card
 
-    readonly property var mail: App.mail
+    readonly property var mail: App.model("mail")
     // What is filled in begins at one edge.
     readonly property int column: Theme.paneWidth
 

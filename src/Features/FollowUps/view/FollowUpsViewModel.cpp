@@ -5,6 +5,7 @@
 #include "Core/Printable.h"
 #include "Core/ToolCatalog.h"
 #include "Core/ToolTexts.h"
+#include "Features/FollowUps/work/FollowUpsService.h"
 #include "Features/FollowUps/work/RunFollowUps.h"
 #include "Mail/MailSender.h"
 #include "app/AppContext.h"
@@ -31,7 +32,7 @@ FollowUpsViewModel::FollowUpsViewModel(AppContext& context, AutomationLife& life
 }
 
 automation::RunFollowUps& FollowUpsViewModel::followUps() const {
-    return life_.automation().followUps();
+    return life_.automation().service<automation::FollowUpsService>().followUps();
 }
 
 QVariantList FollowUpsViewModel::tools() const {

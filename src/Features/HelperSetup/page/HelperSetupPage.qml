@@ -5,7 +5,7 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var helper: App.helper
+    readonly property var helper: App.model("helper")
     // For a picture of a stage that this machine is not in.
     property string shownStage
     readonly property string stage: shownStage !== "" ? shownStage : helper.stage

@@ -4,8 +4,8 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var home: App.home
-    readonly property var optimize: App.optimize
+    readonly property var home: App.model("home")
+    readonly property var optimize: App.model("optimize")
     property bool allTools: false
     readonly property int columns: body.width > Theme.fourTilesWidth ? 4 : 3
     readonly property int firstTools: 2 * columns

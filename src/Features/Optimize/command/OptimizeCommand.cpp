@@ -1,8 +1,11 @@
 #include "Automation/Worker.h"
+
+#include "Automation/Automation.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
 #include "Core/RunUndo.h"
 #include "Features/Optimize/work/OptimizeRunner.h"
+#include "Features/Optimize/work/OptimizeService.h"
 #include "HelperKit/MaintenanceTexts.h"
 #include "Platform/Blank.h"
 #include "app/Session.h"
@@ -75,8 +78,8 @@ Exit check(Context& context) {
     OwnLoop own(context.session);
     const auto checks = [&] {
         ProgressLine line;
-        return own.automation().optimize().check(OptimizeProfile::load(context.session.defaults()),
-                                                 line.control(context.cancel));
+        return own.automation().service<automation::OptimizeService>().runner().check(
+            OptimizeProfile::load(context.session.defaults()), line.control(context.cancel));
     }();
     if (context.cancel.isCancelled())
         return Exit::cancelled;
@@ -133,7 +136,7 @@ private:
 };
 
 RunRecord runFollowed(Context& context, OwnLoop& own) {
-    OptimizeRunner& runner = own.automation().optimize();
+    OptimizeRunner& runner = own.automation().service<automation::OptimizeService>().runner();
     std::optional<StepsFollower> follower;
     if (context.format == Format::people)
         follower.emplace(context.session.texts());
@@ -159,7 +162,8 @@ Exit run(Context& context) {
     OwnLoop own(context.session);
     const RunRecord record = runFollowed(context, own);
     if (context.format == Format::json) {
-        printJson(OptimizeReply{record, own.automation().optimize().snapshot().steps});
+        printJson(OptimizeReply{
+            record, own.automation().service<automation::OptimizeService>().runner().snapshot().steps});
         return exitOf(record.outcome);
     }
     print(printable(record.summary) + "\n");

@@ -4,6 +4,7 @@
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Core/RunUndo.h"
+#include "Features/Optimize/work/OptimizeService.h"
 #include "HelperKit/MaintenanceWork.h"
 #include "app/ActivityCenter.h"
 #include "app/AppContext.h"
@@ -109,7 +110,7 @@ OptimizeViewModel::OptimizeViewModel(AppContext& context, AutomationLife& life)
 OptimizeViewModel::~OptimizeViewModel() = default;
 
 OptimizeRunner& OptimizeViewModel::runner() {
-    OptimizeRunner& runner = life_.automation().optimize();
+    OptimizeRunner& runner = life_.automation().service<automation::OptimizeService>().runner();
     if (!observing_)
         observing_ = runner.observe([this] { follow(); });
     return runner;
@@ -248,8 +249,8 @@ void OptimizeViewModel::stopCheck() {
 void OptimizeViewModel::undo() {
     if (!canUndo() || !last())
         return;
-    const auto token = std::make_shared<JobToken>(
-        context_.activity().beginToken(context_.texts().text("cache.undoing"), AutomationLife::optimizeKey));
+    const auto token = std::make_shared<JobToken>(context_.activity().beginToken(
+        context_.texts().text("cache.undoing"), automation::OptimizeService::key, AtClosing::isAsked));
     undoing_.run(
         [id = last()->id, stores = context_.runStores(), texts = context_.texts().current(),
          token](const Background::Task& task) {

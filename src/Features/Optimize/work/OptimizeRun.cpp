@@ -111,9 +111,13 @@ void OptimizeRun::perform(Step& step) {
                              report(step, fraction, what);
                          }},
                         [record, &actions = parts_.actions, action = step.action,
-                         request = ActionRequest{std::string(rawValue(step.action)), step.payload,
-                                                 Trigger::optimize, details_, journal_}](
-                            const JobControl& control) { *record = actions.run(action, request, control); });
+                         request = ActionRequest{.toolID = std::string(rawValue(step.action)),
+                                                 .payload = step.payload,
+                                                 .trigger = Trigger::optimize,
+                                                 .details = details_,
+                                                 .within = journal_}](const JobControl& control) {
+                            *record = actions.run(action, request, control);
+                        });
     if (end != LimitedWork::End::left) {
         take(step, *record, end == LimitedWork::End::overTooLate);
         return;

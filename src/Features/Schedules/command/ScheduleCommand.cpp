@@ -1,10 +1,13 @@
 #include "Automation/ScheduledActions.h"
+
+#include "Automation/Automation.h"
 #include "Core/Csv.h"
 #include "Core/Printable.h"
 #include "Core/ScheduleStore.h"
 #include "Features/Activity/command/RunFilterOptions.h"
 #include "Features/Schedules/command/ScheduleWords.h"
 #include "Features/Schedules/work/Scheduler.h"
+#include "Features/Schedules/work/SchedulesService.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
@@ -174,7 +177,7 @@ Exit remove(Context& context, const RemoveOptions& options) {
 
 Exit run(Context& context, const std::string& word) {
     OwnLoop own(context.session);
-    automation::Scheduler& scheduler = own.automation().scheduler();
+    automation::Scheduler& scheduler = own.automation().service<automation::SchedulesService>().scheduler();
     const auto task = findTask(context, own.automation().schedules(), word);
     if (!task)
         return Exit::failed;

@@ -80,7 +80,7 @@ ConfirmSheet {
                 required property var modelData
 
                 field: modelData
-                visible: modelData.kind === "pair" || (form.draft.pair ?? "") === "" || form.action !== "sync"
+                visible: modelData.unlessGiven === "" || (form.draft[modelData.unlessGiven] ?? "") === ""
                 value: form.draft[modelData.key]
                 onEdited: value => form.put(modelData.key, value)
             }

@@ -1,7 +1,7 @@
 import QtQuick
 import Varnholt
 
-// One thing that an action needs to know: a stored pair of folders, maintenance tasks, a folder or a yes.
+// One thing that an action needs to know: one or several of a list, a folder or a yes.
 Loader {
     id: row
 
@@ -11,19 +11,26 @@ Loader {
     signal edited(var value)
 
     width: parent ? parent.width : 0
-    sourceComponent: field.kind === "flag" ? flag : field.kind === "folder" ? folder : field.kind === "pair" ? pair : tasks
+    sourceComponent: field.kind === "flag" ? flag : field.kind === "folder" ? folder : field.kind === "choice" ? choice : several
 
     Component {
-        id: tasks
+        id: several
 
         FormRow {
             title: row.field.title
 
-            MaintenanceChoice {
+            // The feature's own way to choose: it has `chosen`, `room` and the signal `picked`.
+            Loader {
+                id: editor
                 width: parent.width
-                room: 4.5 * Theme.rowHeight
-                chosen: row.value ?? []
-                onPicked: tasks => row.edited(tasks)
+                Component.onCompleted: setSource(Qt.resolvedUrl(row.field.editor + ".qml"), {
+                    room: 4.5 * Theme.rowHeight,
+                    chosen: Qt.binding(() => row.value ?? [])
+                })
+                Connections {
+                    target: editor.item
+                    function onPicked(values: var) { row.edited(values); }
+                }
             }
         }
     }
@@ -42,7 +49,7 @@ Loader {
         }
     }
     Component {
-        id: pair
+        id: choice
 
         FormRow {
             title: row.field.title

@@ -5,7 +5,7 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var schedules: App.schedules
+    readonly property var schedules: App.model("schedules")
     readonly property var chosen: schedules.selected
     readonly property bool isChosen: chosen.taskId !== undefined
     readonly property bool isRunning: schedules.runningTitle !== ""
@@ -50,7 +50,7 @@ Page {
     }
 
     function openFlow(id: string) {
-        if (App.flowEditor.open(id))
+        if (App.model("flowEditor").open(id))
             page.navigate("nodos");
         else
             page.said(Tr.t("schedules.flow-gone"));
@@ -181,7 +181,7 @@ Page {
             const gone = page.chosen.title;
             close();
             page.schedules.remove(page.chosen.taskId);
-            page.offered(Tr.t("schedules.removed", {title: gone}), Tr.t("schedules.undo"), () => App.schedules.undoRemove());
+            page.offered(Tr.t("schedules.removed", {title: gone}), Tr.t("schedules.undo"), () => App.model("schedules").undoRemove());
         }
     }
     Shortcut {

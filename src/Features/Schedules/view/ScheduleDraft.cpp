@@ -1,11 +1,12 @@
 #include "Features/Schedules/view/ScheduleDraft.h"
 
+#include "Automation/Automation.h"
+#include "Automation/ScheduledActions.h"
 #include "Core/Printable.h"
 #include "Features/Schedules/view/ScheduleRow.h"
-#include "HelperKit/TaskList.h"
-#include "Tools/FolderSync/SyncPairStore.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
+#include "app/Options.h"
 #include "app/PathText.h"
 #include "app/Session.h"
 
@@ -16,27 +17,18 @@ namespace vh::app {
 
 namespace {
 
-enum class FieldKind { tasks, folder, flag, pair };
-
-struct PayloadField {
-    ScheduledAction action;
-    const char* key;
-    FieldKind kind;
-};
-
-constexpr PayloadField fields[] = {
-    {ScheduledAction::maintenance, "tasks", FieldKind::tasks},
-    {ScheduledAction::folderSync, "pair", FieldKind::pair},
-    {ScheduledAction::folderSync, "source", FieldKind::folder},
-    {ScheduledAction::folderSync, "destination", FieldKind::folder},
-    {ScheduledAction::folderSync, "delete", FieldKind::flag},
-};
+using automation::FieldKind;
+using automation::PayloadField;
 
 constexpr const char* flagSet = "true";
 constexpr int defaultHours = 6;
 
-std::vector<sync::SyncPair> storedPairs(AppContext& context) {
-    return sync::SyncPairStore(sync::SyncPairStore::fileIn(context.session().folders())).load();
+std::span<const PayloadField> fieldsOf(AppContext& context, const std::string& action) {
+    return context.automation().actions().fields(action);
+}
+
+std::string keyOf(const PayloadField& field) {
+    return std::string(field.key);
 }
 
 QString nameOf(FieldKind kind) {
@@ -45,12 +37,12 @@ QString nameOf(FieldKind kind) {
         return QStringLiteral("folder");
     case FieldKind::flag:
         return QStringLiteral("flag");
-    case FieldKind::pair:
-        return QStringLiteral("pair");
-    case FieldKind::tasks:
+    case FieldKind::choice:
+        return QStringLiteral("choice");
+    case FieldKind::several:
         break;
     }
-    return QStringLiteral("tasks");
+    return QStringLiteral("several");
 }
 
 QString timeText(int hour, int minute) {
@@ -62,23 +54,26 @@ QVariant shown(FieldKind kind, const std::string& text) {
     switch (kind) {
     case FieldKind::flag:
         return text == flagSet;
-    case FieldKind::tasks:
+    case FieldKind::several:
         return qtText(text).split(QLatin1Char(','), Qt::SkipEmptyParts);
     case FieldKind::folder:
-    case FieldKind::pair:
+    case FieldKind::choice:
         break;
     }
     return qtText(text);
 }
 
-/// The stored pairs, after the choice of two folders of the schedule's own.
-QVariantList pairOptions(AppContext& context) {
-    const auto option = [](const QString& value, const QString& title) {
-        return QVariantMap{{QStringLiteral("value"), value}, {QStringLiteral("title"), title}};
-    };
-    QVariantList options{option({}, context.texts().text("schedules.payload.own-folders"))};
-    for (const sync::SyncPair& each : storedPairs(context))
-        options << option(qtText(each.id.text()), qtText(printable(each.title())));
+std::vector<automation::FieldChoice> choicesOf(AppContext& context, const PayloadField& field) {
+    return field.choices ? field.choices(context.session().folders(), context.texts().current())
+                         : std::vector<automation::FieldChoice>();
+}
+
+QVariantList optionsOf(AppContext& context, const PayloadField& field) {
+    QVariantList options;
+    if (!field.noneKey.empty())
+        options << option({}, context.texts().text(field.noneKey));
+    for (const automation::FieldChoice& each : choicesOf(context, field))
+        options << option(qtText(each.value), qtText(each.title));
     return options;
 }
 
@@ -127,51 +122,48 @@ std::variant<Schedule, const char*> scheduleOf(const QVariantMap& draft) {
     return Schedule(*time);
 }
 
-/// Whether a stored pair says it already.
-bool isSaidByPair(const PayloadField& field, const ScheduledTask& task) {
-    return field.action == ScheduledAction::folderSync && field.kind != FieldKind::pair &&
-           task.payload.contains("pair");
-}
-
 /// Puts one field into the payload; the key of what is wrong with it, nothing when all is well.
-const char* apply(const PayloadField& field, const QVariant& value, ScheduledTask& task,
-                  AppContext& context) {
-    task.payload.erase(field.key);
-    if (isSaidByPair(field, task))
-        return nullptr;
+std::string_view apply(const PayloadField& field, const QVariant& value, ScheduledTask& task,
+                       AppContext& context) {
+    const std::string key = keyOf(field);
+    task.payload.erase(key);
+    if (task.payload.contains(std::string(field.unlessGiven)))
+        return {};
+    std::string text;
     switch (field.kind) {
     case FieldKind::flag:
-        if (value.toBool())
-            task.payload[field.key] = flagSet;
-        return nullptr;
-    case FieldKind::pair:
-        if (const QString id = value.toString(); !id.isEmpty())
-            task.payload[field.key] = id.toStdString();
-        return nullptr;
-    case FieldKind::folder:
-        task.payload[field.key] = chosenPath(value.toString(), context.session().folders().home);
+        text = value.toBool() ? flagSet : "";
         break;
-    case FieldKind::tasks:
-        task.payload[field.key] = automation::taskList(
-            automation::tasksOf(value.toStringList().join(QLatin1Char(',')).toStdString()));
+    case FieldKind::choice:
+        text = value.toString().toStdString();
+        break;
+    case FieldKind::folder:
+        text = chosenPath(value.toString(), context.session().folders().home);
+        break;
+    case FieldKind::several:
+        text = value.toStringList().join(QLatin1Char(',')).toStdString();
         break;
     }
-    if (!task.payload[field.key].empty())
-        return nullptr;
-    return field.kind == FieldKind::tasks ? "schedules.fault.tasks" : "schedules.fault.folder";
+    if (text.empty())
+        return field.missingKey;
+    task.payload[key] = text;
+    return {};
 }
 
 } // namespace
 
-QVariantMap draftOf(const ScheduledTask& task) {
+QVariantMap draftOf(AppContext& context, const ScheduledTask& task) {
     QVariantMap draft{{QStringLiteral("title"), qtText(task.title)},
                       {QStringLiteral("action"), qtText(task.actionID)},
                       {QStringLiteral("runIfMissed"), task.runIfMissed}};
-    for (const PayloadField& field : fields) {
-        const auto value = task.payload.find(field.key);
-        const std::string text = value == task.payload.end() ? "" : value->second;
-        draft[qtText(field.key)] = shown(field.kind, text);
-    }
+    for (const ScheduledAction action : allCases<ScheduledAction>())
+        for (const PayloadField& field : fieldsOf(context, std::string(rawValue(action)))) {
+            const auto value = task.payload.find(keyOf(field));
+            if (value != task.payload.end())
+                draft[qtText(field.key)] = shown(field.kind, value->second);
+            else if (!draft.contains(qtText(field.key)))
+                draft[qtText(field.key)] = shown(field.kind, "");
+        }
     show(draft, task.schedule);
     return draft;
 }
@@ -181,26 +173,26 @@ QVariantMap newDraft(AppContext& context) {
     task.actionID = rawValue(ScheduledAction::cleanStorage);
     task.runIfMissed = true;
     task.schedule = DailySchedule{9, 0};
-    QVariantMap draft = draftOf(task);
-    if (const auto pairs = storedPairs(context);
-        !pairs.empty()) // what was set up is meant more often than not
-        draft[QStringLiteral("pair")] = qtText(pairs.front().id.text());
+    QVariantMap draft = draftOf(context, task);
+    for (const ScheduledAction action : allCases<ScheduledAction>())
+        for (const PayloadField& field : fieldsOf(context, std::string(rawValue(action))))
+            // What was set up is meant more often than not.
+            if (const auto choices = choicesOf(context, field); !choices.empty())
+                draft[qtText(field.key)] = qtText(choices.front().value);
     return draft;
 }
 
 QVariantList payloadFields(AppContext& context, const QString& action) {
     QVariantList list;
-    const auto known = fromRaw<ScheduledAction>(action.toStdString());
-    for (const PayloadField& field : fields)
-        if (known == field.action)
-            list << QVariantMap{
-                {QStringLiteral("key"), qtText(field.key)},
-                {QStringLiteral("kind"), nameOf(field.kind)},
-                {QStringLiteral("options"),
-                 field.kind == FieldKind::pair ? pairOptions(context) : QVariantList()},
-                {QStringLiteral("title"),
-                 context.texts().text(fmt::format("schedules.payload.{}", field.key))},
-            };
+    for (const PayloadField& field : fieldsOf(context, action.toStdString()))
+        list << QVariantMap{
+            {QStringLiteral("key"), qtText(field.key)},
+            {QStringLiteral("kind"), nameOf(field.kind)},
+            {QStringLiteral("options"), optionsOf(context, field)},
+            {QStringLiteral("unlessGiven"), qtText(field.unlessGiven)},
+            {QStringLiteral("editor"), qtText(field.editor)},
+            {QStringLiteral("title"), context.texts().text(fmt::format("schedules.payload.{}", field.key))},
+        };
     return list;
 }
 
@@ -209,10 +201,9 @@ std::optional<QString> applyDraft(AppContext& context, const QVariantMap& draft,
     if (actionID != task.actionID)
         task.payload.clear();
     task.actionID = task.toolID = actionID;
-    for (const PayloadField& field : fields)
-        if (fromRaw<ScheduledAction>(actionID) == field.action)
-            if (const char* fault = apply(field, draft[qtText(field.key)], task, context))
-                return context.texts().text(fault);
+    for (const PayloadField& field : fieldsOf(context, actionID))
+        if (const auto fault = apply(field, draft[qtText(field.key)], task, context); !fault.empty())
+            return context.texts().text(fault);
     const auto schedule = scheduleOf(draft);
     if (const auto* fault = std::get_if<const char*>(&schedule))
         return context.texts().text(*fault);

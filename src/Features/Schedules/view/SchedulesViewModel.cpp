@@ -5,6 +5,7 @@
 #include "Core/ScheduleStore.h"
 #include "Features/Schedules/view/ScheduleDraft.h"
 #include "Features/Schedules/work/Scheduler.h"
+#include "Features/Schedules/work/SchedulesService.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
 #include "app/AutomationLife.h"
@@ -47,7 +48,7 @@ ScheduleStore& SchedulesViewModel::store() const {
 }
 
 automation::Scheduler& SchedulesViewModel::scheduler() const {
-    return life_.automation().scheduler();
+    return life_.automation().service<automation::SchedulesService>().scheduler();
 }
 
 void SchedulesViewModel::refresh() {
@@ -161,7 +162,7 @@ QVariantList SchedulesViewModel::payloadFields(const QString& action) const {
 QVariantMap SchedulesViewModel::draft(const QString& id) const {
     const auto uuid = idOf(id);
     const auto task = uuid ? store().task(*uuid) : std::nullopt;
-    return task ? draftOf(*task) : newDraft(context_);
+    return task ? draftOf(context_, *task) : newDraft(context_);
 }
 
 QString SchedulesViewModel::save(const QString& id, const QVariantMap& draft) {

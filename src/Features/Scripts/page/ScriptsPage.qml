@@ -5,7 +5,7 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var scripts: App.scripts
+    readonly property var scripts: App.model("scripts")
     readonly property bool isSaved: scripts.current !== ""
 
     function showState(name: string): bool {

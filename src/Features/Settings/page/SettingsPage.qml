@@ -4,7 +4,7 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var settings: App.settings
+    readonly property var settings: App.model("settings")
 
     function showState(name: string): bool {
         if (name === "move")

@@ -6,6 +6,7 @@
 #include "Core/UserDefaults.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
+#include "app/Appearance.h"
 #include "app/DatabaseCare.h"
 #include "app/DayTexts.h"
 #include "app/Options.h"
@@ -36,6 +37,7 @@ QString offered(const QVariantList& options, const std::string& stored) {
 SettingsViewModel::SettingsViewModel(AppContext& context) : context_(context) {
     connect(&context_.texts(), &AppTexts::changed, this, &SettingsViewModel::languageChanged);
     connect(&context_.texts(), &AppTexts::changed, this, &SettingsViewModel::databaseChanged);
+    connect(&context_.appearance(), &Appearance::changed, this, &SettingsViewModel::appearanceChanged);
 }
 
 DatabaseCare& SettingsViewModel::care() const {
@@ -64,22 +66,18 @@ QVariantList SettingsViewModel::languageOptions() const {
 }
 
 QString SettingsViewModel::appearance() const {
-    return offered(appearanceOptions(),
-                   context_.session().defaults().get<std::string>(appearanceKey).value_or(""));
+    return context_.appearance().value();
 }
 
 void SettingsViewModel::setAppearance(const QString& value) {
-    if (value == appearance() || !offers(appearanceOptions(), value))
-        return;
-    if (store([&] { context_.session().defaults().set(appearanceKey, value.toStdString()); }))
-        emit appearanceChanged();
+    store([&] { context_.appearance().set(value); });
 }
 
 QVariantList SettingsViewModel::appearanceOptions() const {
-    const AppTexts& texts = context_.texts();
-    return {option(QStringLiteral("system"), texts.text("settings.appearance.system")),
-            option(QStringLiteral("light"), texts.text("settings.appearance.light")),
-            option(QStringLiteral("dark"), texts.text("settings.appearance.dark"))};
+    QVariantList list;
+    for (const QString& value : Appearance::values())
+        list << option(value, context_.texts().text("settings.appearance." + value.toStdString()));
+    return list;
 }
 
 QString SettingsViewModel::databaseFolder() const {

@@ -27,8 +27,6 @@ class SettingsViewModel : public QObject {
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
 public:
-    static constexpr std::string_view appearanceKey = "app.appearance";
-
     explicit SettingsViewModel(AppContext& context);
 
     QString language() const;

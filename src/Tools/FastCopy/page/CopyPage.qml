@@ -5,7 +5,7 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var copying: App.fastCopy
+    readonly property var copying: App.model("fastCopy")
     readonly property bool isChosen: copying.sources.length + copying.destinations.length > 0
     // A picture of a copy at work is taken of this state.
     property string wanted

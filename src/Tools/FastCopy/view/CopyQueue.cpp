@@ -18,6 +18,8 @@ namespace vh::app {
 
 namespace {
 
+constexpr QLatin1String copyTool{"fast-copy"};
+
 /// As often as what is shown changes; a copy tells no more often.
 constexpr std::chrono::milliseconds collectEvery{150};
 
@@ -157,7 +159,7 @@ void CopyQueue::pump() {
 void CopyQueue::start(copy::CopyJob& job) {
     Work& work = *works_.at(job.id);
     work.token.emplace(
-        context_.activity().beginToken(CopyWords(context_).jobTitle(job), AutomationLife::copyTool));
+        context_.activity().beginToken(CopyWords(context_).jobTitle(job), copyTool, AtClosing::isAsked));
     job.state = copy::CopyJob::State::running;
     context_.runStores(); // opened here: the thread that copies may not be the first to ask
     if (job.disk())

@@ -1,9 +1,12 @@
 #include "Core/Csv.h"
+
+#include "Automation/Automation.h"
 #include "Core/LocalCalendar.h"
 #include "Core/Printable.h"
 #include "Tools/FolderSync/SyncRecord.h"
 #include "Tools/FolderSync/command/SyncCommand.h"
 #include "Tools/FolderSync/work/SyncRunner.h"
+#include "Tools/FolderSync/work/SyncService.h"
 #include "app/Session.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
@@ -49,7 +52,7 @@ public:
     /// With `chosen` empty: all that are watched.
     Watching(Context& context, std::vector<Uuid> chosen)
         : context_(context), texts_(context.session.texts()), chosen_(std::move(chosen)),
-          own_(context.session), runner_(own_.automation().sync()) {}
+          own_(context.session), runner_(own_.automation().service<automation::SyncService>().runner()) {}
 
     void run();
 

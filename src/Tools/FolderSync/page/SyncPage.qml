@@ -5,7 +5,7 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var folderSync: App.folderSync
+    readonly property var folderSync: App.model("folderSync")
     readonly property var chosen: folderSync.selected
     readonly property bool hasPairs: folderSync.pairCount > 0
     readonly property bool works: folderSync.phase === "planning" || folderSync.phase === "running"

@@ -1,5 +1,6 @@
 #include "Tools/FolderSync/work/SyncWatchFile.h"
 
+#include "Automation/AutomationWorld.h"
 #include "Core/Codec.h"
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"
@@ -9,10 +10,6 @@
 #include <algorithm>
 
 namespace vh::automation {
-
-std::string leadLockOf(const Folders& folders) {
-    return folders.data + "/Varnholt/automation.lock";
-}
 
 SyncWatchFile::SyncWatchFile(const Folders& folders)
     : leadLock_(leadLockOf(folders)), folder_(folders.data + "/Varnholt/FolderSync"),

@@ -49,9 +49,6 @@ private:
     std::string written_;
 };
 
-/// The file whose lock the process that leads automation holds.
-std::string leadLockOf(const Folders& folders);
-
 } // namespace automation
 
 template <>

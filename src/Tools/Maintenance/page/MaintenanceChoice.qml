@@ -24,7 +24,7 @@ ListTable {
     height: Math.min(list.contentHeight + 3 * Theme.space4, room)
     radius: Theme.radiusField
     name: Tr.t("maintenance-page.choice")
-    model: App.maintenance.tasks
+    model: App.model("maintenance").tasks
     delegate: TableRow {
         id: row
         required property var modelData

@@ -5,7 +5,7 @@ import Varnholt
 Page {
     id: page
 
-    readonly property var maintenance: App.maintenance
+    readonly property var maintenance: App.model("maintenance")
 
     function showState(name: string): bool {
         const row = maintenance.tasks.findIndex(task => task.missing === "" && !task.requiresRoot);

@@ -18,6 +18,8 @@ namespace vh::app {
 
 namespace {
 
+constexpr QLatin1String maintenanceTool{"maintenance"};
+
 constexpr std::chrono::seconds tick{1};
 /// Opening a long log takes the main thread some tens of milliseconds; by then the first frame is there.
 constexpr std::chrono::milliseconds openLogDelay{100};
@@ -38,7 +40,7 @@ MaintenanceViewModel::~MaintenanceViewModel() = default;
 void MaintenanceViewModel::openLog() {
     readingLog_.run(
         [&log = context_.session().runLog()](const Background::Task&) {
-            return log.last(AutomationLife::maintenanceTool.data());
+            return log.last(maintenanceTool.data());
         },
         [this](std::future<std::optional<RunRecord>> last) {
             const auto record = last.get();
@@ -73,8 +75,8 @@ void MaintenanceViewModel::run(const QString& name) {
     notice_.clear();
     const QString title =
         context_.texts().text("maintenance-page.running.job", {{"task", titleOf(*task).toStdString()}});
-    const auto token =
-        std::make_shared<JobToken>(context_.activity().beginToken(title, AutomationLife::maintenanceTool));
+    const auto token = std::make_shared<JobToken>(
+        context_.activity().beginToken(title, maintenanceTool, AtClosing::isAsked));
     working_.run(
         [this, task = *task, &log = context_.session().runLog(), texts = context_.texts().current(),
          token](const Background::Task& job) {

@@ -12,13 +12,13 @@ namespace {
 /// A flow on its canvas: by hand, on this computer.
 class Nodos : public WindowFixture {
 protected:
-    QObject& editor() { return *window().app().flowEditor(); }
+    QObject& editor() { return *window().app().model("flowEditor"); }
 
     void openNewFlow() {
         openWindow();
         openPage("nodos");
         QString made;
-        QMetaObject::invokeMethod(window().app().flows(), "create", Q_RETURN_ARG(QString, made));
+        QMetaObject::invokeMethod(window().app().model("flows"), "create", Q_RETURN_ARG(QString, made));
         ASSERT_TRUE(showState("editor"));
         ASSERT_EQ(editor().property("flowId").toString(), made);
     }

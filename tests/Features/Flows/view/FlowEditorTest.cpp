@@ -3,6 +3,7 @@
 #include "Automation/Automation.h"
 #include "Features/Flows/NodesStore.h"
 #include "Features/Flows/view/FlowListViewModel.h"
+#include "Features/Flows/work/FlowsService.h"
 #include "Features/Flows/work/NodesRunner.h"
 #include "support/view/Desk.h"
 
@@ -21,7 +22,7 @@ using testing::SizeIs;
 struct FlowEditor : testing::Test {
     Desk desk;
     automation::Automation& automation = desk.context.automation();
-    NodesStore& store = automation.flows();
+    NodesStore& store = automation.service<automation::FlowsService>().store();
     Flow flow = store.save(tidy());
     FlowEditorViewModel editor{desk.context, automation};
 

@@ -1,7 +1,9 @@
 #include "Automation/Automation.h"
+
 #include "Automation/ScriptLibrary.h"
 #include "Features/FollowUps/view/FollowUpsViewModel.h"
 #include "Features/FollowUps/view/MailViewModel.h"
+#include "Features/FollowUps/work/FollowUpsService.h"
 #include "Features/FollowUps/work/RunFollowUps.h"
 #include "Features/Scripts/view/ScriptsViewModel.h"
 #include "Mail/MailSettings.h"
@@ -122,13 +124,18 @@ TEST_F(AutomationPages, KeepWishesForAToolAndOfferKnownAddresses) {
     EXPECT_NE(model.save("system-junk", "a@example.com, nobody", "pdf"), "");
     EXPECT_EQ(model.lineOf("system-junk"), "");
     EXPECT_EQ(model.save("system-junk", "a@example.com; b@example.com a@example.com", "csv"), "");
-    const auto wishes = life.automation().followUps().wishes("system-junk");
+    const auto wishes =
+        life.automation().service<automation::FollowUpsService>().followUps().wishes("system-junk");
     EXPECT_THAT(wishes.recipients, ElementsAre("a@example.com", "b@example.com"));
     EXPECT_EQ(model.lineOf("system-junk"), "Mail to 2 people · CSV table");
     EXPECT_EQ(model.wishes("system-junk")["recipients"], "a@example.com, b@example.com");
     EXPECT_TRUE(model.knownAddresses().contains("b@example.com"));
     EXPECT_EQ(model.save("system-junk", "", ""), "");
-    EXPECT_TRUE(life.automation().followUps().wishes("system-junk").isEmpty());
+    EXPECT_TRUE(life.automation()
+                    .service<automation::FollowUpsService>()
+                    .followUps()
+                    .wishes("system-junk")
+                    .isEmpty());
 }
 
 TEST_F(AutomationPages, LetOneWindowServeAllStarts) {

@@ -2,6 +2,7 @@
 
 #include "Automation/Automation.h"
 #include "Features/Flows/NodesStore.h"
+#include "Features/Flows/work/FlowsService.h"
 #include "Features/Flows/work/NodesRunner.h"
 #include "app/AutomationLife.h"
 
@@ -11,7 +12,7 @@ namespace {
 
 class SchedulesPage : public WindowFixture {
 protected:
-    QObject& schedules() { return *window().app().schedules(); }
+    QObject& schedules() { return *window().app().model("schedules"); }
     int count() { return schedules().property("taskCount").toInt(); }
     QString countText() { return schedules().property("countText").toString(); }
 };
@@ -62,7 +63,8 @@ TEST_F(SchedulesPage, theWindowAsksBeforeItClosesOnARun) {
     const Uuid wait = Uuid::random();
     flow.nodes.push_back({.id = wait, .kind = flows::WaitNode{600}, .position = {640, 200}});
     flow.connect(flow.nodes[1].id, wait, flows::FlowEdge::Condition::always);
-    ASSERT_TRUE(life.automation().runner().start(life.automation().flows().save(flow), {}));
+    ASSERT_TRUE(life.automation().service<automation::FlowsService>().runner().start(
+        life.automation().service<automation::FlowsService>().store().save(flow), {}));
     waitUntil("the flow runs", [&] { return life.running() == QStringList("Slow"); });
     EXPECT_FALSE(window().quickWindow().close());
     waitForFocus("Keep the window open");
@@ -84,7 +86,7 @@ TEST_F(SchedulesPage, followUpsAreWishedForBesideTheTool) {
         press(key);
     press(Qt::Key_Return);
     waitUntil("the button tells of the wish", [&] {
-        return window().app().followUps()->property("knownAddresses").toStringList().contains("a@b");
+        return window().app().model("followUps")->property("knownAddresses").toStringList().contains("a@b");
     });
 }
 

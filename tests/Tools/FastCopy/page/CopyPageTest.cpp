@@ -13,7 +13,8 @@ TEST_F(CopyPage, takesWhatIsDroppedAndKeepsTheKeyboardWhereTheWorkIs) {
     openPage("fast-copy");
     drop(home() / "from", "Drop what is to be copied");
     drop(home() / "to", "Drop folders to copy it to");
-    waitUntil("it can be copied", [&] { return window().app().fastCopy()->property("canRun").toBool(); });
+    waitUntil("it can be copied",
+              [&] { return window().app().model("fastCopy")->property("canRun").toBool(); });
     tabTo("Clear");
     press(Qt::Key_Tab);
     ASSERT_EQ(focusedName(), "Copy");

@@ -4,6 +4,7 @@
 #include "Platform/Files.h"
 #include "Platform/LoginItem.h"
 #include "Tools/FolderSync/work/SyncRunner.h"
+#include "Tools/FolderSync/work/SyncService.h"
 #include "app/AutomationLife.h"
 #include "support/view/Desk.h"
 
@@ -19,7 +20,7 @@ using testing::IsEmpty;
 struct FolderSync : testing::Test {
     Desk desk;
     AutomationLife life{desk.context};
-    FolderSyncViewModel model{desk.context, life.automation().sync()};
+    FolderSyncViewModel model{desk.context, life.automation().service<automation::SyncService>().runner()};
     QStringList said;
 
     FolderSync() {
@@ -73,12 +74,13 @@ TEST_F(FolderSync, KeepsPairsByTheForm) {
     EXPECT_TRUE(model.draft(id())["compareContents"].toBool());
 
     // A name that cannot be shown is kept when the form leaves it as it is.
-    auto pair = life.automation().sync().pairs().front();
+    auto pair = life.automation().service<automation::SyncService>().runner().pairs().front();
     pair.source = at("caf\xE9");
-    life.automation().sync().put(pair);
+    life.automation().service<automation::SyncService>().runner().put(pair);
     const QString odd = qtText(pair.id.text());
     EXPECT_EQ(save({{"name", "Odd"}}, odd), "");
-    EXPECT_EQ(life.automation().sync().pairs().front().source, at("caf\xE9"));
+    EXPECT_EQ(life.automation().service<automation::SyncService>().runner().pairs().front().source,
+              at("caf\xE9"));
     model.remove(odd);
     EXPECT_NE(save({{"name", "Gone"}}, odd), "") << "removed meanwhile";
     EXPECT_THAT(column(model.pairs(), "title"), ElementsAre("Mine"));

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Automation/ScheduledActions.h"
+#include "Core/Texts.h"
+
+namespace vh {
+class RunHandle;
+}
+
+namespace vh::automation {
+
+/// One run of one action, from its beginning in the log to its record. The thread that runs it.
+class ActionRun {
+public:
+    ActionRun(const AutomationWorld& world, const ActionRequest& request, const JobControl& control);
+
+    const AutomationWorld& world;
+    const ActionRequest& request;
+    const JobControl& control;
+    const Texts texts;
+    const RunDetails details; ///< those of the request and of its payload
+
+    /// What `work` throws becomes the record.
+    RunRecord run(const std::function<RunRecord(ActionRun&)>& work);
+    RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {},
+                     const RunDetails& details = {});
+    RunRecord fail(std::string summary);
+
+private:
+    const std::shared_ptr<RunHandle> run_;
+};
+
+/// Everything that the module of the action's name finds goes to the Trash; an ActionRow's `run`.
+RunRecord cleanWithModule(ActionRun& run);
+/// Whether there is a module to clean with; an ActionRow's `isThere`.
+template <ScheduledAction action>
+bool hasModule(const AutomationWorld& world) {
+    return world.module(rawValue(action)) != nullptr;
+}
+
+} // namespace vh::automation

@@ -1,0 +1,33 @@
+#include "Automation/Offer.h"
+#include "Automation/ActionRun.h"
+#include "HelperKit/TaskList.h"
+#include "Tools/Maintenance/work/TasksRun.h"
+
+namespace vh::features {
+
+namespace {
+
+RunRecord maintain(automation::ActionRun& run) {
+    const auto list = run.request.payload.find("tasks");
+    const auto tasks = list == run.request.payload.end() ? std::vector<MaintenanceTask>()
+                                                         : automation::tasksOf(list->second);
+    if (tasks.empty())
+        return run.fail(run.texts.text("scheduled-action.no-maintenance-tasks"));
+    automation::TasksRun chores(run.world.maintenance(), run.texts, run.control);
+    chores.run(tasks);
+    return run.finish(chores.outcome(), chores.summary(), chores.metrics(), chores.details());
+}
+
+constexpr automation::PayloadField fields[]{{.key = "tasks",
+                                             .kind = automation::FieldKind::several,
+                                             .missingKey = "schedules.fault.tasks",
+                                             .editor = "MaintenanceChoice"}};
+constexpr automation::ActionRow actions[]{
+    {.id = rawValue(ScheduledAction::maintenance), .run = maintain, .fields = fields}};
+
+} // namespace
+
+extern const automation::Offer Maintenance;
+constinit const automation::Offer Maintenance{.tool = "maintenance", .actions = actions};
+
+} // namespace vh::features
