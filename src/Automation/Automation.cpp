@@ -95,6 +95,7 @@ const AutomationWorld& Automation::world() const {
 }
 
 Service& Automation::service(std::type_index type, MakeService make) {
+    actions(); // made with those of the product, of which this may be one
     auto& services = state_->services;
     if (const auto found = std::ranges::find(services, type, &Made::type); found != services.end())
         return *found->service;

@@ -74,11 +74,11 @@ QVariantList ShellViewModel::sections() const {
     return list;
 }
 
-/// The page that counts a job as its own although it is not named like the job's tool.
-static QString pageOfJobs(const QString& job, const QString& tool) {
+/// The page that counts the jobs of this name as its own although it is named otherwise.
+static QString pageOfJobs(const QString& name) {
     for (const ViewOffer* offer : viewOffers())
         for (const PageRow& row : offer->pages)
-            if (const QLatin1String named(row.jobsOf); !named.isEmpty() && (job == named || tool == named))
+            if (*row.jobsOf && name == QLatin1String(row.jobsOf))
                 return QLatin1String(row.page);
     return {};
 }
@@ -89,8 +89,9 @@ QVariantMap ShellViewModel::busy() const {
         counts[id] = counts.value(id).toInt() + 1;
     };
     for (const ActivityCenter::Job& job : context_.activity().running()) {
-        const QString page = pageOfJobs(job.id, job.toolID);
-        if (!page.isEmpty())
+        if (const QString page = pageOfJobs(job.id); !page.isEmpty())
+            count(page);
+        if (const QString page = pageOfJobs(job.toolID); !page.isEmpty())
             count(page);
         else if (!job.toolID.isEmpty())
             count(qtText(ToolCatalog::resolve(job.toolID.toStdString())));

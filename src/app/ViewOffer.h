@@ -31,7 +31,7 @@ std::unique_ptr<QObject> makeModel(const ViewParts& parts) {
 struct PageRow {
     const char* page; ///< its identifier: a tool's, or one of the window's own
     const char* file; ///< in its feature's page/, without ".qml"
-    /// The tool whose jobs count as the page's own where it is not named like the page; empty for none.
+    /// The job, or the tool of the jobs, that counts as its own besides those of its identifier.
     const char* jobsOf = "";
 };
 

@@ -122,6 +122,14 @@ std::variant<Schedule, const char*> scheduleOf(const QVariantMap& draft) {
     return Schedule(*time);
 }
 
+QStringList knownOf(const QStringList& values, const std::vector<automation::FieldChoice>& choices) {
+    QStringList known;
+    for (const automation::FieldChoice& each : choices)
+        if (values.contains(qtText(each.value)))
+            known << qtText(each.value);
+    return known;
+}
+
 /// Puts one field into the payload; the key of what is wrong with it, nothing when all is well.
 std::string_view apply(const PayloadField& field, const QVariant& value, ScheduledTask& task,
                        AppContext& context) {
@@ -141,7 +149,7 @@ std::string_view apply(const PayloadField& field, const QVariant& value, Schedul
         text = chosenPath(value.toString(), context.session().folders().home);
         break;
     case FieldKind::several:
-        text = value.toStringList().join(QLatin1Char(',')).toStdString();
+        text = knownOf(value.toStringList(), choicesOf(context, field)).join(QLatin1Char(',')).toStdString();
         break;
     }
     if (text.empty())
@@ -177,7 +185,8 @@ QVariantMap newDraft(AppContext& context) {
     for (const ScheduledAction action : allCases<ScheduledAction>())
         for (const PayloadField& field : fieldsOf(context, std::string(rawValue(action))))
             // What was set up is meant more often than not.
-            if (const auto choices = choicesOf(context, field); !choices.empty())
+            if (const auto choices = choicesOf(context, field);
+                field.kind == FieldKind::choice && !choices.empty())
                 draft[qtText(field.key)] = qtText(choices.front().value);
     return draft;
 }

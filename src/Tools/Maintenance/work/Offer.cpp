@@ -1,5 +1,7 @@
 #include "Automation/Offer.h"
 #include "Automation/ActionRun.h"
+#include "HelperKit/MaintenanceTable.h"
+#include "HelperKit/MaintenanceTexts.h"
 #include "HelperKit/TaskList.h"
 #include "Tools/Maintenance/work/TasksRun.h"
 
@@ -18,9 +20,18 @@ RunRecord maintain(automation::ActionRun& run) {
     return run.finish(chores.outcome(), chores.summary(), chores.metrics(), chores.details());
 }
 
+std::vector<automation::FieldChoice> tasks(const Folders&, const Texts& texts) {
+    std::vector<automation::FieldChoice> choices;
+    for (const MaintenanceTask task : allCases<MaintenanceTask>())
+        choices.push_back(
+            {std::string(rawValue(task)), helper::taskTitle(task, helper::thisSystem(), texts)});
+    return choices;
+}
+
 constexpr automation::PayloadField fields[]{{.key = "tasks",
                                              .kind = automation::FieldKind::several,
                                              .missingKey = "schedules.fault.tasks",
+                                             .choices = tasks,
                                              .editor = "MaintenanceChoice"}};
 constexpr automation::ActionRow actions[]{
     {.id = rawValue(ScheduledAction::maintenance), .run = maintain, .fields = fields}};
