@@ -6,9 +6,11 @@
 #include "Platform/Terminal.h"
 #include "app/Session.h"
 #include "cli/Console.h"
+#include "cli/HelpPage.h"
+#include "cli/WordReader.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 
 namespace vh::cli {
@@ -17,28 +19,12 @@ std::string CommandLine::text(std::string_view key) const {
     return session_.texts().text(key);
 }
 
-/// The words that every help page repeats.
-void CommandLine::translateLabels(CLI::App& app) const {
-    for (const auto& [label, key] : {std::pair{"Usage", "cli.label.usage"},
-                                     {"OPTIONS", "cli.label.options-word"},
-                                     {"Options", "cli.label.options"},
-                                     {"SUBCOMMAND", "cli.label.command-word"},
-                                     {"SUBCOMMANDS", "cli.label.command-word"},
-                                     {"Subcommands", "cli.label.commands"},
-                                     {"Positionals", "cli.label.arguments"},
-                                     {"REQUIRED", "cli.label.required"}})
-        app.get_formatter()->label(label, text(key));
+void CommandLine::on(Verb& verb, Action action) {
+    verb.option("--json", &json_, text("cli.json"));
+    verb.action = std::move(action);
 }
 
-void CommandLine::on(CLI::App* verb, Action action) {
-    verb->add_flag("--json", json_, text("cli.json"));
-    verb->callback([this, verb, action = std::move(action)] {
-        if (verb->get_subcommands().empty()) // a noun that stands alone too leaves it to its verb
-            action_ = action;
-    });
-}
-
-void CommandLine::onChange(CLI::App* verb, Action action) {
+void CommandLine::onChange(Verb& verb, Action action) {
     on(verb, [action = std::move(action)](Context& context) {
         const Folders& folders = context.session.folders();
         if (!folders.homeIsAnothers)
@@ -49,35 +35,40 @@ void CommandLine::onChange(CLI::App* verb, Action action) {
 }
 
 Exit CommandLine::run(int argc, const char* const* argv) {
+    const std::span words(argv, static_cast<size_t>(argc));
     const std::string_view noun = argc > 1 ? argv[1] : "";
-    if (!noun.empty() && !noun.starts_with('-') &&
-        std::ranges::find(commands(), noun, &Command::noun) == commands().end()) {
-        complain(session_.texts().text("cli.unknown-noun", {{"noun", printable(noun)}}));
-        return Exit::usage;
-    }
-    CLI::App app(text("cli.about"), "varnholt");
-    app.set_help_flag("-h,--help", text("cli.help"));
-    app.set_version_flag("--version", "varnholt " VH_VERSION, text("cli.version"));
-    app.require_subcommand(1);
-    translateLabels(app);
+    Verb program("varnholt", text("cli.about"));
     for (const Command& command : commands()) {
-        CLI::App* sub = app.add_subcommand(std::string(command.noun), text(command.helpKey));
+        Verb& verb = program.verb(std::string(command.noun), text(command.helpKey));
         // The words of the other nouns are not needed, and there will be dozens of them.
         if (command.noun == noun)
-            command.describe(*sub, *this);
+            command.describe(verb, *this);
     }
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? Exit::done : Exit::usage;
+        const Asked asked = readWords(program, words.subspan(1), session_.texts());
+        if (asked.version)
+            print("varnholt " VH_VERSION "\n");
+        else if (asked.help)
+            print(helpPage(asked.verb, session_.texts()));
+        else if (asked.verb.action)
+            return perform(asked.verb);
+        else {
+            // Not done: a script whose verb came out empty has to notice.
+            std::fputs(helpPage(asked.verb, session_.texts()).c_str(), stderr);
+            return Exit::usage;
+        }
+        flush();
+        return Exit::done;
+    } catch (const UsageError& error) {
+        complain(error.what());
+        return Exit::usage;
     }
-    return perform();
 }
 
-Exit CommandLine::perform() {
+Exit CommandLine::perform(const Verb& verb) {
     try {
         Context context{session_, cancelOnInterrupt(), json_ ? Format::json : Format::people};
-        const Exit exit = action_(context);
+        const Exit exit = verb.action(context);
         flush();
         return exit;
     } catch (const Cancelled&) {

@@ -2,11 +2,11 @@
 
 #include "Platform/CancelToken.h"
 #include "cli/Exit.h"
+#include "cli/UsageError.h"
+#include "cli/Verb.h"
 
-#include <CLI/App.hpp>
 #include <functional>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -17,12 +17,6 @@ class Session;
 namespace vh::cli {
 
 enum class Format { people, json };
-
-/// Words that a command cannot do anything with: what() says which, and what is expected.
-class UsageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// What a command is handed when it runs.
 struct Context {
@@ -42,19 +36,17 @@ public:
     std::string text(std::string_view key) const;
 
     /// Makes `verb` (or a noun without verbs) run `action`, and gives it the --json flag.
-    void on(CLI::App* verb, Action action);
+    void on(Verb& verb, Action action);
     /// The same for what changes files. It refuses to in another user's home.
-    void onChange(CLI::App* verb, Action action);
+    void onChange(Verb& verb, Action action);
 
     /// Reads the words and runs what they ask for.
     Exit run(int argc, const char* const* argv);
 
 private:
-    void translateLabels(CLI::App& app) const;
-    Exit perform();
+    Exit perform(const Verb& verb);
 
     app::Session& session_;
-    Action action_;
     bool json_ = false;
 };
 
@@ -65,7 +57,7 @@ std::string absolutePath(const std::string& word);
 struct Command {
     std::string_view noun;
     std::string_view helpKey;
-    void (*describe)(CLI::App& noun, CommandLine& line);
+    void (*describe)(Verb& noun, CommandLine& line);
 };
 
 /// All nouns, sorted.

@@ -190,8 +190,8 @@ void Server::tidy() {
 
 } // namespace
 
-void describeServe(CLI::App& noun, CommandLine& line) {
-    line.onChange(&noun, [](Context& context) {
+void describeServe(Verb& noun, CommandLine& line) {
+    line.onChange(noun, [](Context& context) {
         Server(context).run();
         return Exit::done;
     });

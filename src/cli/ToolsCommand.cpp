@@ -32,8 +32,8 @@ Exit listTools(Context& context) {
 
 } // namespace
 
-void describeTools(CLI::App& noun, CommandLine& line) {
-    line.on(&noun, listTools);
+void describeTools(Verb& noun, CommandLine& line) {
+    line.on(noun, listTools);
 }
 
 } // namespace vh::cli

@@ -135,8 +135,6 @@ std::optional<std::string> libraryIncludeFault(std::string_view path, const Plac
         return "only app, views and the window know Qt";
     if (isWindowHeader(header) && from.package != "ui")
         return "only ui knows the window";
-    if (header.starts_with("CLI/") && from.package != "cli")
-        return "only cli parses the command line";
     return std::nullopt;
 }
 

@@ -56,8 +56,6 @@ TEST(Layers, TheRulesTellGoodFromBad) {
         {"app/ActivityCenter.cpp", "#include \"ui/Tr.h\"", true},
         {"ui/Tr.cpp", "#include <QQmlEngine>", false},
         {"ui/Tr.cpp", "#include \"Features/Flows/view/Model.h\"", true},
-        {"ui/Tr.cpp", "#include <CLI/CLI.hpp>", true},
-        {"cli/Parser.cpp", "#include <CLI/CLI.hpp>", false},
         {"cli/Parser.cpp", "#include <QGuiApplication>", true},
         {"attic/old.cpp", "#include <vector>", true},
     };

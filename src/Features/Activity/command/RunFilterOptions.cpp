@@ -5,7 +5,6 @@
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 
-#include <CLI/App.hpp>
 #include <charconv>
 #include <fmt/ranges.h>
 
@@ -67,9 +66,9 @@ Date parseDay(const std::string& text, const LocalCalendar& calendar) {
     return wall.day == std::stoi(text.substr(8, 2)) ? start : calendar.startOfDay(*noon, -1);
 }
 
-void RunFilterOptions::addTo(CLI::App& verb, const CommandLine& line) {
+void RunFilterOptions::addTo(Verb& verb, const CommandLine& line) {
     const auto add = [&](const char* name, std::string& value, const char* key, std::string_view words) {
-        verb.add_option(name, value, line.text(key))->type_name(std::string(words));
+        verb.option(name, &value, line.text(key)).valueName(std::string(words));
     };
     add("--tool", tool, "cli.filter.tool", "ID");
     add("--period", period, "cli.filter.period", periodWords);

@@ -6,10 +6,6 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 namespace vh::app {
 class Session;
 }
@@ -17,12 +13,13 @@ class Session;
 namespace vh::cli {
 
 class CommandLine;
+class Verb;
 
 /// The words that choose runs, shared by every verb that lists them.
 struct RunFilterOptions {
     std::string tool, period, from, to, outcome, computer, trigger, text;
 
-    void addTo(CLI::App& verb, const CommandLine& line);
+    void addTo(Verb& verb, const CommandLine& line);
     /// Throws UsageError for a word that is none of those offered.
     RunFilter filter(const LocalCalendar& calendar) const;
 };

@@ -34,9 +34,11 @@ namespace vh::cli {
 
 namespace {
 
+constexpr int mostListed = 1'000'000;
+
 struct ListOptions {
     RunFilterOptions filter;
-    size_t limit = 30;
+    int limit = 30;
 };
 
 std::string outcomeTitle(const Texts& texts, Outcome outcome) {
@@ -44,7 +46,7 @@ std::string outcomeTitle(const Texts& texts, Outcome outcome) {
 }
 
 Exit listRuns(Context& context, const ListOptions& options) {
-    const size_t limit = options.limit > 0 ? options.limit : RunLog::defaultMaxRecords;
+    const size_t limit = options.limit > 0 ? static_cast<size_t>(options.limit) : RunLog::defaultMaxRecords;
     auto runs = matchingRuns(context.session, options.filter.filter(LocalCalendar()), limit + 1);
     const bool isCut = runs.size() > limit;
     runs.resize(std::min(runs.size(), limit));
@@ -119,17 +121,16 @@ std::optional<RunRecord> findRun(Context& context, const std::string& word) {
                      {"cli.runs.unknown", "cli.runs.ambiguous"});
 }
 
-void describeRuns(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
+void describeRuns(Verb& noun, CommandLine& line) {
     auto options = std::make_shared<ListOptions>();
-    CLI::App* list = noun.add_subcommand("list", line.text("cli.runs.list"));
-    options->filter.addTo(*list, line);
-    list->add_option("--limit", options->limit, line.text("cli.runs.limit"))->type_name("N");
+    Verb& list = noun.verb("list", line.text("cli.runs.list"));
+    options->filter.addTo(list, line);
+    list.option("--limit", &options->limit, line.text("cli.runs.limit")).valueName("N").range(0, mostListed);
     line.on(list, [options](Context& context) { return listRuns(context, *options); });
 
     auto word = std::make_shared<std::string>();
-    CLI::App* show = noun.add_subcommand("show", line.text("cli.runs.show"));
-    show->add_option("id", *word, line.text("cli.runs.id"))->required()->type_name("ID");
+    Verb& show = noun.verb("show", line.text("cli.runs.show"));
+    show.argument("ID", word.get(), line.text("cli.runs.id")).required();
     line.on(show, [word](Context& context) { return showRun(context, *word); });
 
     describeRunsReport(noun, line);

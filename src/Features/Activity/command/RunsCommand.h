@@ -6,10 +6,6 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 namespace vh {
 class Texts;
 }
@@ -17,6 +13,7 @@ class Texts;
 namespace vh::cli {
 
 class CommandLine;
+class Verb;
 struct Context;
 
 /// A table of runs for people.
@@ -26,9 +23,9 @@ void printRuns(const std::vector<RunRecord>& runs, const Texts& texts);
 std::optional<RunRecord> findRun(Context& context, const std::string& word);
 
 /// The verb report.
-void describeRunsReport(CLI::App& noun, CommandLine& line);
+void describeRunsReport(Verb& noun, CommandLine& line);
 
 /// The verbs that change something: undo, export, prune, location and move.
-void describeRunsUpkeep(CLI::App& noun, CommandLine& line);
+void describeRunsUpkeep(Verb& noun, CommandLine& line);
 
 } // namespace vh::cli

@@ -7,7 +7,6 @@
 #include "cli/Consent.h"
 #include "cli/Reply.h"
 
-#include <CLI/App.hpp>
 #include <filesystem>
 
 namespace vh::cli {
@@ -25,13 +24,11 @@ struct ReportOptions {
 
 Exit writeReport(Context& context, const ReportOptions& options) {
     const Texts& texts = context.session.texts();
-    const auto format = fromRaw<automation::ReportFormat>(options.format);
-    if (!format)
-        throw UsageError(texts.text("cli.follow-ups.bad-format", {{"format", printable(options.format)}}));
+    const auto format = *fromRaw<automation::ReportFormat>(options.format);
     const auto run = findRun(context, options.word);
     if (!run)
         return Exit::failed;
-    const auto report = automation::reportFileOf(*run, context.session.runFiles().rows(run->id), *format,
+    const auto report = automation::reportFileOf(*run, context.session.runFiles().rows(run->id), format,
                                                  texts, LocalCalendar());
     const std::string file =
         std::filesystem::absolute(options.output.empty() ? report.name : options.output).native();
@@ -44,14 +41,13 @@ Exit writeReport(Context& context, const ReportOptions& options) {
 
 } // namespace
 
-void describeRunsReport(CLI::App& noun, CommandLine& line) {
+void describeRunsReport(Verb& noun, CommandLine& line) {
     auto options = std::make_shared<ReportOptions>();
-    CLI::App* report = noun.add_subcommand("report", line.text("cli.runs.report"));
-    report->add_option("id", options->word, line.text("cli.runs.id"))->required()->type_name("ID");
-    report->add_option("--format", options->format, line.text("cli.runs.report-format"))
-        ->type_name("pdf|csv");
-    report->add_option("--output,-o", options->output, line.text("cli.runs.output"))->type_name("FILE");
-    report->add_flag("--yes,-y", options->yes, line.text("cli.yes"));
+    Verb& report = noun.verb("report", line.text("cli.runs.report"));
+    report.argument("ID", &options->word, line.text("cli.runs.id")).required();
+    report.option("--format", &options->format, line.text("cli.runs.report-format")).oneOf({"pdf", "csv"});
+    report.option("--output", &options->output, line.text("cli.runs.output")).shortly('o').valueName("FILE");
+    report.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.on(report, [options](Context& context) { return writeReport(context, *options); });
 }
 

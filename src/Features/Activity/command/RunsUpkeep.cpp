@@ -177,38 +177,37 @@ Exit moveDatabase(Context& context, const MoveOptions& options) {
 
 } // namespace
 
-void describeRunsUpkeep(CLI::App& noun, CommandLine& line) {
+void describeRunsUpkeep(Verb& noun, CommandLine& line) {
     auto word = std::make_shared<std::string>();
-    CLI::App* undoVerb = noun.add_subcommand("undo", line.text("cli.runs.undo"));
-    undoVerb->add_option("id", *word, line.text("cli.runs.id"))->required()->type_name("ID");
+    Verb& undoVerb = noun.verb("undo", line.text("cli.runs.undo"));
+    undoVerb.argument("ID", word.get(), line.text("cli.runs.id")).required();
     line.onChange(undoVerb, [word](Context& context) { return undo(context, *word); });
 
     auto exportOptions = std::make_shared<ExportOptions>();
-    CLI::App* exportVerb = noun.add_subcommand("export", line.text("cli.runs.export"));
-    exportOptions->filter.addTo(*exportVerb, line);
-    exportVerb->add_option("--output,-o", exportOptions->output, line.text("cli.runs.output"))
-        ->type_name("FILE");
-    exportVerb->add_flag("--yes,-y", exportOptions->yes, line.text("cli.yes"));
+    Verb& exportVerb = noun.verb("export", line.text("cli.runs.export"));
+    exportOptions->filter.addTo(exportVerb, line);
+    exportVerb.option("--output", &exportOptions->output, line.text("cli.runs.output"))
+        .shortly('o')
+        .valueName("FILE");
+    exportVerb.option("--yes", &exportOptions->yes, line.text("cli.yes")).shortly('y');
     line.on(exportVerb, [exportOptions](Context& context) { return exportRuns(context, *exportOptions); });
 
     auto pruneOptions = std::make_shared<PruneOptions>();
-    CLI::App* pruneVerb = noun.add_subcommand("prune", line.text("cli.runs.prune"));
-    auto* before = pruneVerb->add_option("--before", pruneOptions->before, line.text("cli.runs.before"));
-    before->type_name("YYYY-MM-DD");
-    pruneVerb->add_option("--keep", pruneOptions->keep, line.text("cli.runs.keep"))
-        ->type_name("days30|days90|months6|year|always")
-        ->excludes(before);
-    pruneVerb->add_flag("--yes,-y", pruneOptions->yes, line.text("cli.yes"));
+    Verb& pruneVerb = noun.verb("prune", line.text("cli.runs.prune"));
+    Option& before = pruneVerb.option("--before", &pruneOptions->before, line.text("cli.runs.before"))
+                         .valueName("YYYY-MM-DD");
+    pruneVerb.option("--keep", &pruneOptions->keep, line.text("cli.runs.keep"))
+        .oneOf({"days30", "days90", "months6", "year", "always"})
+        .notWith(before);
+    pruneVerb.option("--yes", &pruneOptions->yes, line.text("cli.yes")).shortly('y');
     line.onChange(pruneVerb, [pruneOptions](Context& context) { return prune(context, *pruneOptions); });
 
-    line.on(noun.add_subcommand("location", line.text("cli.runs.location")), showLocation);
+    line.on(noun.verb("location", line.text("cli.runs.location")), showLocation);
 
     auto moveOptions = std::make_shared<MoveOptions>();
-    CLI::App* move = noun.add_subcommand("move", line.text("cli.runs.move"));
-    move->add_option("folder", moveOptions->folder, line.text("cli.runs.folder"))
-        ->required()
-        ->type_name("FOLDER");
-    move->add_flag("--yes,-y", moveOptions->yes, line.text("cli.yes"));
+    Verb& move = noun.verb("move", line.text("cli.runs.move"));
+    move.argument("FOLDER", &moveOptions->folder, line.text("cli.runs.folder")).required();
+    move.option("--yes", &moveOptions->yes, line.text("cli.yes")).shortly('y');
     line.onChange(move, [moveOptions](Context& context) { return moveDatabase(context, *moveOptions); });
 }
 

@@ -10,7 +10,6 @@
 #include "cli/Reply.h"
 #include "cli/Table.h"
 
-#include <CLI/App.hpp>
 #include <unordered_map>
 
 namespace vh {
@@ -164,21 +163,20 @@ Exit checkFlow(Context& context, const std::string& word) {
 
 } // namespace
 
-void describeFlow(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
-    line.on(noun.add_subcommand("list", line.text("cli.flow.list")), listFlows);
+void describeFlow(Verb& noun, CommandLine& line) {
+    line.on(noun.verb("list", line.text("cli.flow.list")), listFlows);
 
     const auto word = std::make_shared<std::string>();
-    CLI::App* fresh = noun.add_subcommand("new", line.text("cli.flow.new"));
-    fresh->add_option("name", *word, line.text("cli.flow.new-name"))->required()->type_name("NAME");
+    Verb& fresh = noun.verb("new", line.text("cli.flow.new"));
+    fresh.argument("NAME", word.get(), line.text("cli.flow.new-name")).required();
     line.onChange(fresh, [word](Context& context) { return newFlow(context, *word); });
 
-    CLI::App* show = noun.add_subcommand("show", line.text("cli.flow.show"));
-    show->add_option("flow", *word, line.text("cli.flow.flow"))->required()->type_name("FLOW");
+    Verb& show = noun.verb("show", line.text("cli.flow.show"));
+    show.argument("FLOW", word.get(), line.text("cli.flow.flow")).required();
     line.on(show, [word](Context& context) { return showFlow(context, *word); });
 
-    CLI::App* check = noun.add_subcommand("check", line.text("cli.flow.check"));
-    check->add_option("flow", *word, line.text("cli.flow.file-or-flow"))->required()->type_name("FILE|FLOW");
+    Verb& check = noun.verb("check", line.text("cli.flow.check"));
+    check.argument("FILE|FLOW", word.get(), line.text("cli.flow.file-or-flow")).required();
     line.on(check, [word](Context& context) { return checkFlow(context, *word); });
 
     describeFlowFiles(noun, line);

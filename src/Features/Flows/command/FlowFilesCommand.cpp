@@ -5,8 +5,6 @@
 #include "cli/Consent.h"
 #include "cli/Reply.h"
 
-#include <CLI/App.hpp>
-
 namespace vh::cli {
 
 namespace {
@@ -86,32 +84,32 @@ Exit deleteFlow(Context& context, const FileOptions& options) {
 
 } // namespace
 
-void describeFlowFiles(CLI::App& noun, CommandLine& line) {
+void describeFlowFiles(Verb& noun, CommandLine& line) {
     const auto options = std::make_shared<FileOptions>();
-    const auto verb = [&](const char* name, std::string help) {
-        return noun.add_subcommand(name, std::move(help));
+    const auto verb = [&](const char* name, std::string help) -> Verb& {
+        return noun.verb(name, std::move(help));
     };
-    const auto takeFlow = [&](CLI::App* app) {
-        app->add_option("flow", options->word, line.text("cli.flow.flow"))->required()->type_name("FLOW");
+    const auto takeFlow = [&](Verb& app) {
+        app.argument("FLOW", &options->word, line.text("cli.flow.flow")).required();
     };
 
-    CLI::App* import = verb("import", line.text("cli.flow.import"));
-    import->add_option("file", options->file, line.text("cli.flow.file"))->required()->type_name("FILE");
+    Verb& import = verb("import", line.text("cli.flow.import"));
+    import.argument("FILE", &options->file, line.text("cli.flow.file")).required();
     line.onChange(import, [options](Context& context) { return importFlow(context, *options); });
 
-    CLI::App* out = verb("export", line.text("cli.flow.export"));
+    Verb& out = verb("export", line.text("cli.flow.export"));
     takeFlow(out);
-    out->add_option("file", options->file, line.text("cli.flow.output"))->type_name("FILE");
-    out->add_flag("--yes", options->yes, line.text("cli.yes"));
+    out.argument("FILE", &options->file, line.text("cli.flow.output"));
+    out.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(out, [options](Context& context) { return exportFlow(context, *options); });
 
-    CLI::App* duplicate = verb("duplicate", line.text("cli.flow.duplicate"));
+    Verb& duplicate = verb("duplicate", line.text("cli.flow.duplicate"));
     takeFlow(duplicate);
     line.onChange(duplicate, [options](Context& context) { return duplicateFlow(context, *options); });
 
-    CLI::App* remove = verb("delete", line.text("cli.flow.delete"));
+    Verb& remove = verb("delete", line.text("cli.flow.delete"));
     takeFlow(remove);
-    remove->add_flag("--yes", options->yes, line.text("cli.yes"));
+    remove.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(remove, [options](Context& context) { return deleteFlow(context, *options); });
 }
 

@@ -12,7 +12,6 @@
 #include "cli/Reply.h"
 #include "cli/Table.h"
 
-#include <CLI/App.hpp>
 #include <filesystem>
 
 namespace vh {
@@ -196,21 +195,19 @@ Exit listRuns(Context& context, const std::string& word) {
 
 } // namespace
 
-void describeFlowRuns(CLI::App& noun, CommandLine& line) {
+void describeFlowRuns(Verb& noun, CommandLine& line) {
     const auto options = std::make_shared<RunOptions>();
-    CLI::App* run = noun.add_subcommand("run", line.text("cli.flow.run"));
-    run->add_option("flow", options->word, line.text("cli.flow.flow"))->required()->type_name("FLOW");
-    run->add_flag("--dry", options->isDry, line.text("cli.flow.dry"));
-    run->add_option("--resume", options->resume, line.text("cli.flow.resume"))->type_name("RUN");
-    run->add_option("--file", options->files, line.text("cli.flow.run-file"))
-        ->type_name("PATH")
-        ->allow_extra_args(false);
-    run->add_option("--folder", options->folder, line.text("cli.flow.run-folder"))->type_name("PATH");
-    run->add_option("--disk", options->disk, line.text("cli.flow.run-disk"))->type_name("PATH");
+    Verb& run = noun.verb("run", line.text("cli.flow.run"));
+    run.argument("FLOW", &options->word, line.text("cli.flow.flow")).required();
+    run.option("--dry", &options->isDry, line.text("cli.flow.dry"));
+    run.option("--resume", &options->resume, line.text("cli.flow.resume")).valueName("RUN");
+    run.option("--file", &options->files, line.text("cli.flow.run-file")).valueName("PATH");
+    run.option("--folder", &options->folder, line.text("cli.flow.run-folder")).valueName("PATH");
+    run.option("--disk", &options->disk, line.text("cli.flow.run-disk")).valueName("PATH");
     line.onChange(run, [options](Context& context) { return runFlow(context, *options); });
 
-    CLI::App* runs = noun.add_subcommand("runs", line.text("cli.flow.runs"));
-    runs->add_option("flow", options->word, line.text("cli.flow.flow"))->required()->type_name("FLOW");
+    Verb& runs = noun.verb("runs", line.text("cli.flow.runs"));
+    runs.argument("FLOW", &options->word, line.text("cli.flow.flow")).required();
     line.on(runs, [options](Context& context) { return listRuns(context, options->word); });
 }
 

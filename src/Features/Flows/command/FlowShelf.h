@@ -8,10 +8,6 @@
 #include <optional>
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace vh::cli {
 
 /// The person's flows, for commands that run none.
@@ -31,7 +27,7 @@ std::vector<flows::FlowProblem> problemsOf(Context& context, const flows::Flow& 
 
 constexpr size_t shownOfFlow = 8;
 
-void describeFlowFiles(CLI::App& noun, CommandLine& line);
-void describeFlowRuns(CLI::App& noun, CommandLine& line);
+void describeFlowFiles(Verb& noun, CommandLine& line);
+void describeFlowRuns(Verb& noun, CommandLine& line);
 
 } // namespace vh::cli

@@ -37,10 +37,10 @@ Exit open(Context& context, const std::string& url) {
 
 } // namespace
 
-void describeOpen(CLI::App& noun, CommandLine& line) {
+void describeOpen(Verb& noun, CommandLine& line) {
     auto url = std::make_shared<std::string>();
-    noun.add_option("url", *url, line.text("cli.open.url"))->required()->type_name("URL");
-    line.onChange(&noun, [url](Context& context) { return open(context, *url); });
+    noun.argument("URL", url.get(), line.text("cli.open.url")).required();
+    line.onChange(noun, [url](Context& context) { return open(context, *url); });
 }
 
 } // namespace vh::cli

@@ -13,7 +13,6 @@
 #include "cli/Reply.h"
 #include "cli/Table.h"
 
-#include <CLI/App.hpp>
 #include <algorithm>
 #include <fmt/format.h>
 
@@ -69,12 +68,8 @@ FollowUpWishes wishesOf(const WishOptions& options, const Texts& texts) {
     for (const std::string& address : wishes.recipients)
         if (!MailAddress::isValid(address))
             throw UsageError(texts.text("cli.follow-ups.bad-address", {{"address", printable(address)}}));
-    if (!options.report.empty()) {
+    if (!options.report.empty())
         wishes.report = fromRaw<ReportFormat>(options.report);
-        if (!wishes.report)
-            throw UsageError(
-                texts.text("cli.follow-ups.bad-format", {{"format", printable(options.report)}}));
-    }
     if (wishes.isEmpty())
         throw UsageError(texts.text("cli.follow-ups.what"));
     return wishes;
@@ -123,24 +118,21 @@ Exit store(Context& context, const std::string& tool, const FollowUpWishes& wish
 
 } // namespace
 
-void describeFollowUps(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
-    line.on(noun.add_subcommand("list", line.text("cli.follow-ups.list")), list);
+void describeFollowUps(Verb& noun, CommandLine& line) {
+    line.on(noun.verb("list", line.text("cli.follow-ups.list")), list);
 
     auto options = std::make_shared<WishOptions>();
-    CLI::App* set = noun.add_subcommand("set", line.text("cli.follow-ups.set"));
-    set->add_option("tool", options->tool, line.text("cli.follow-ups.tool"))->required()->type_name("TOOL");
-    set->add_option("--mail", options->recipients, line.text("cli.follow-ups.mail"))
-        ->type_name("ADDRESS")
-        ->allow_extra_args(false);
-    set->add_option("--report", options->report, line.text("cli.follow-ups.report"))->type_name("pdf|csv");
+    Verb& set = noun.verb("set", line.text("cli.follow-ups.set"));
+    set.argument("TOOL", &options->tool, line.text("cli.follow-ups.tool")).required();
+    set.option("--mail", &options->recipients, line.text("cli.follow-ups.mail")).valueName("ADDRESS");
+    set.option("--report", &options->report, line.text("cli.follow-ups.report")).oneOf({"pdf", "csv"});
     line.onChange(set, [options](Context& context) {
         const Texts& texts = context.session.texts();
         return store(context, checkedTool(options->tool, texts), wishesOf(*options, texts));
     });
 
-    CLI::App* clear = noun.add_subcommand("clear", line.text("cli.follow-ups.clear"));
-    clear->add_option("tool", options->tool, line.text("cli.follow-ups.tool"))->required()->type_name("TOOL");
+    Verb& clear = noun.verb("clear", line.text("cli.follow-ups.clear"));
+    clear.argument("TOOL", &options->tool, line.text("cli.follow-ups.tool")).required();
     line.onChange(clear, [options](Context& context) {
         return store(context, checkedTool(options->tool, context.session.texts()), {});
     });

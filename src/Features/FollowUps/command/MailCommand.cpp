@@ -84,19 +84,14 @@ Exit showMail(Context& context) {
 /// The settings with what was said put in. Throws UsageError.
 MailSettings changed(MailSettings settings, const SetOptions& options, const Texts& texts) {
     if (options.security) {
-        const auto security = fromRaw<mail::MailSecurity>(*options.security);
-        if (!security)
-            throw UsageError(printable(*options.security) + ": starttls|tls");
-        settings.security = *security;
-        settings.port = usualPort(*security);
+        settings.security = *fromRaw<mail::MailSecurity>(*options.security);
+        settings.port = usualPort(settings.security);
     }
     settings.host = options.host.value_or(settings.host);
     settings.port = options.port.value_or(settings.port);
     settings.user = options.user.value_or(settings.user);
     settings.sender = options.sender.value_or(settings.sender);
     settings.senderName = options.senderName.value_or(settings.senderName);
-    if (settings.port < 1 || settings.port > 65535)
-        throw UsageError(fmt::format("{}: 1–65535", settings.port));
     if (!settings.sender.empty() && !MailAddress::isValid(settings.sender))
         throw UsageError(texts.text("cli.mail.bad-address", {{"address", printable(settings.sender)}}));
     if (printable(settings.host) != settings.host ||
@@ -159,32 +154,29 @@ Exit testMail(Context& context, const std::string& word) {
     return exitOf(record.outcome);
 }
 
-void describeSet(CLI::App& noun, CommandLine& line) {
+void describeSet(Verb& noun, CommandLine& line) {
     auto options = std::make_shared<SetOptions>();
-    CLI::App* set = noun.add_subcommand("set", line.text("cli.mail.set"));
-    set->add_option("--host", options->host, line.text("cli.mail.host"))->type_name("HOST");
-    set->add_option("--port", options->port, line.text("cli.mail.port"))->type_name("N");
-    set->add_option("--security", options->security, line.text("cli.mail.security"))
-        ->type_name("starttls|tls");
-    set->add_option("--user", options->user, line.text("cli.mail.user"))->type_name("USER");
-    set->add_option("--sender", options->sender, line.text("cli.mail.sender"))->type_name("ADDRESS");
-    set->add_option("--sender-name", options->senderName, line.text("cli.mail.sender-name"))
-        ->type_name("NAME");
-    set->add_flag("--password-stdin", options->passwordFromInput, line.text("cli.mail.password-stdin"));
+    Verb& set = noun.verb("set", line.text("cli.mail.set"));
+    set.option("--host", &options->host, line.text("cli.mail.host")).valueName("HOST");
+    set.option("--port", &options->port, line.text("cli.mail.port")).valueName("N").range(1, 65535);
+    set.option("--security", &options->security, line.text("cli.mail.security")).oneOf({"starttls", "tls"});
+    set.option("--user", &options->user, line.text("cli.mail.user")).valueName("USER");
+    set.option("--sender", &options->sender, line.text("cli.mail.sender")).valueName("ADDRESS");
+    set.option("--sender-name", &options->senderName, line.text("cli.mail.sender-name")).valueName("NAME");
+    set.option("--password-stdin", &options->passwordFromInput, line.text("cli.mail.password-stdin"));
     line.onChange(set, [options](Context& context) { return setMail(context, *options); });
 }
 
 } // namespace
 
-void describeMail(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
-    line.on(noun.add_subcommand("show", line.text("cli.mail.show")), showMail);
+void describeMail(Verb& noun, CommandLine& line) {
+    line.on(noun.verb("show", line.text("cli.mail.show")), showMail);
     describeSet(noun, line);
     auto address = std::make_shared<std::string>();
-    CLI::App* test = noun.add_subcommand("test", line.text("cli.mail.test"));
-    test->add_option("address", *address, line.text("cli.mail.test.address"))->type_name("ADDRESS");
+    Verb& test = noun.verb("test", line.text("cli.mail.test"));
+    test.argument("ADDRESS", address.get(), line.text("cli.mail.test.address"));
     line.onChange(test, [address](Context& context) { return testMail(context, *address); });
-    line.onChange(noun.add_subcommand("clear", line.text("cli.mail.clear")), clearMail);
+    line.onChange(noun.verb("clear", line.text("cli.mail.clear")), clearMail);
 }
 
 } // namespace vh::cli

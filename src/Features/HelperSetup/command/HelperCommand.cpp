@@ -103,22 +103,21 @@ Exit ping(Context& context) {
 
 } // namespace
 
-void describeHelper(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
-    line.on(noun.add_subcommand("status", line.text("cli.helper.status")), showStatus);
-    line.onChange(noun.add_subcommand("register", line.text("cli.helper.register")), [](Context& context) {
+void describeHelper(Verb& noun, CommandLine& line) {
+    line.on(noun.verb("status", line.text("cli.helper.status")), showStatus);
+    line.onChange(noun.verb("register", line.text("cli.helper.register")), [](Context& context) {
         context.session.helper().registerHelper();
         return showStatus(context);
     });
     auto yes = std::make_shared<bool>(false);
-    CLI::App* removal = noun.add_subcommand("unregister", line.text("cli.helper.unregister"));
-    removal->add_flag("--yes,-y", *yes, line.text("cli.yes"));
+    Verb& removal = noun.verb("unregister", line.text("cli.helper.unregister"));
+    removal.option("--yes", yes.get(), line.text("cli.yes")).shortly('y');
     line.onChange(removal, [yes](Context& context) { return unregister(context, *yes); });
-    line.onChange(noun.add_subcommand("repair", line.text("cli.helper.repair")), [](Context& context) {
+    line.onChange(noun.verb("repair", line.text("cli.helper.repair")), [](Context& context) {
         context.session.helper().repair();
         return showStatus(context);
     });
-    line.on(noun.add_subcommand("ping", line.text("cli.helper.ping")), ping);
+    line.on(noun.verb("ping", line.text("cli.helper.ping")), ping);
 }
 
 } // namespace vh::cli

@@ -129,8 +129,8 @@ Exit showOverview(Context& context) {
 
 } // namespace
 
-void describeOverview(CLI::App& noun, CommandLine& line) {
-    line.on(&noun, showOverview);
+void describeOverview(Verb& noun, CommandLine& line) {
+    line.on(noun, showOverview);
 }
 
 } // namespace vh::cli

@@ -13,7 +13,6 @@
 #include "cli/Commands.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
-#include "cli/Switch.h"
 #include "cli/Table.h"
 
 #include <algorithm>
@@ -226,18 +225,17 @@ Exit profile(Context& context, const ProfileOptions& options) {
 
 } // namespace
 
-void describeOptimize(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
-    line.on(noun.add_subcommand("check", line.text("cli.optimize.check")), check);
-    line.onChange(noun.add_subcommand("run", line.text("cli.optimize.run")), run);
+void describeOptimize(Verb& noun, CommandLine& line) {
+    line.on(noun.verb("check", line.text("cli.optimize.check")), check);
+    line.onChange(noun.verb("run", line.text("cli.optimize.run")), run);
 
     const auto options = std::make_shared<ProfileOptions>();
-    CLI::App* verb = noun.add_subcommand("profile", line.text("cli.optimize.profile"));
-    addSwitch(*verb, "clean-storage", options->cleanStorage, line.text("cli.optimize.clean-storage"));
-    addSwitch(*verb, "clean-privacy", options->cleanPrivacy, line.text("cli.optimize.clean-privacy"));
-    verb->add_option("--tasks", options->tasks, line.text("cli.optimize.tasks"))->type_name("TASKS");
-    addSwitch(*verb, "smart-health", options->smartHealth, line.text("cli.optimize.smart-health"));
-    verb->add_flag("--reset", options->reset, line.text("cli.optimize.reset"));
+    Verb& verb = noun.verb("profile", line.text("cli.optimize.profile"));
+    verb.option("--clean-storage", &options->cleanStorage, line.text("cli.optimize.clean-storage"));
+    verb.option("--clean-privacy", &options->cleanPrivacy, line.text("cli.optimize.clean-privacy"));
+    verb.option("--tasks", &options->tasks, line.text("cli.optimize.tasks")).valueName("TASKS");
+    verb.option("--smart-health", &options->smartHealth, line.text("cli.optimize.smart-health"));
+    verb.option("--reset", &options->reset, line.text("cli.optimize.reset"));
     line.onChange(verb, [options](Context& context) { return profile(context, *options); });
 }
 

@@ -15,10 +15,7 @@
 #include "cli/NamedThing.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
-#include "cli/Switch.h"
 #include "cli/Table.h"
-
-#include <CLI/App.hpp>
 
 namespace vh::cli {
 
@@ -229,8 +226,6 @@ Exit next(Context& context, const NextOptions& options) {
     const Schedule schedule = options.when.schedule(context.session.texts());
     const LocalCalendar calendar = calendarOf(options.zone);
     const Date after = momentOf(options.after, calendar);
-    if (options.count < 1 || options.count > mostDates)
-        throw UsageError(fmt::format("--count: 1…{}", mostDates));
     constexpr Date last =
         std::chrono::sys_days(std::chrono::year(9999) / 12 / 31); // that a date's text can say
     std::vector<Date> dates;
@@ -248,37 +243,36 @@ Exit next(Context& context, const NextOptions& options) {
 }
 
 /// A verb about one task that exists.
-CLI::App* taskVerb(CLI::App& noun, const CommandLine& line, const char* name, std::string_view help,
-                   std::string& word) {
-    CLI::App* verb = noun.add_subcommand(name, line.text(help));
-    verb->add_option("task", word, line.text("cli.schedule.task"))->required()->type_name("TASK");
+Verb& taskVerb(Verb& noun, const CommandLine& line, const char* name, std::string_view help,
+               std::string& word) {
+    Verb& verb = noun.verb(name, line.text(help));
+    verb.argument("TASK", &word, line.text("cli.schedule.task")).required();
     return verb;
 }
 
-void describeUpkeep(CLI::App& noun, CommandLine& line) {
+void describeUpkeep(Verb& noun, CommandLine& line) {
     auto adding = std::make_shared<AddOptions>();
-    CLI::App* addVerb = noun.add_subcommand("add", line.text("cli.schedule.add"));
-    adding->task.addTo(*addVerb, line);
-    addVerb->add_flag("--run-if-missed", adding->runIfMissed, line.text("cli.schedule.run-if-missed"));
+    Verb& addVerb = noun.verb("add", line.text("cli.schedule.add"));
+    adding->task.addTo(addVerb, line);
+    addVerb.option("--run-if-missed", &adding->runIfMissed, line.text("cli.schedule.run-if-missed"));
     line.onChange(addVerb, [adding](Context& context) { return add(context, *adding); });
 
     auto editing = std::make_shared<EditOptions>();
-    CLI::App* editVerb = taskVerb(noun, line, "edit", "cli.schedule.edit", editing->word);
-    editing->task.addTo(*editVerb, line);
-    addSwitch(*editVerb, "run-if-missed", editing->runIfMissed, line.text("cli.schedule.run-if-missed"));
+    Verb& editVerb = taskVerb(noun, line, "edit", "cli.schedule.edit", editing->word);
+    editing->task.addTo(editVerb, line);
+    editVerb.option("--run-if-missed", &editing->runIfMissed, line.text("cli.schedule.run-if-missed"));
     line.onChange(editVerb, [editing](Context& context) { return edit(context, *editing); });
 
     auto removing = std::make_shared<RemoveOptions>();
-    CLI::App* removeVerb = taskVerb(noun, line, "remove", "cli.schedule.remove", removing->word);
-    removeVerb->add_flag("--yes,-y", removing->yes, line.text("cli.yes"));
+    Verb& removeVerb = taskVerb(noun, line, "remove", "cli.schedule.remove", removing->word);
+    removeVerb.option("--yes", &removing->yes, line.text("cli.yes")).shortly('y');
     line.onChange(removeVerb, [removing](Context& context) { return remove(context, *removing); });
 }
 
 } // namespace
 
-void describeSchedule(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
-    line.on(noun.add_subcommand("list", line.text("cli.schedule.list")), list);
+void describeSchedule(Verb& noun, CommandLine& line) {
+    line.on(noun.verb("list", line.text("cli.schedule.list")), list);
     describeUpkeep(noun, line);
 
     auto word = std::make_shared<std::string>();
@@ -290,11 +284,13 @@ void describeSchedule(CLI::App& noun, CommandLine& line) {
                   [word](Context& context) { return run(context, *word); });
 
     auto options = std::make_shared<NextOptions>();
-    CLI::App* nextVerb = noun.add_subcommand("next", line.text("cli.schedule.next"));
-    options->when.addTo(*nextVerb, line);
-    nextVerb->add_option("--after", options->after, line.text("cli.schedule.after"))->type_name("ISO-DATE");
-    nextVerb->add_option("--zone", options->zone, line.text("cli.schedule.zone"))->type_name("NAME");
-    nextVerb->add_option("--count", options->count, line.text("cli.schedule.count"))->type_name("N");
+    Verb& nextVerb = noun.verb("next", line.text("cli.schedule.next"));
+    options->when.addTo(nextVerb, line);
+    nextVerb.option("--after", &options->after, line.text("cli.schedule.after")).valueName("ISO-DATE");
+    nextVerb.option("--zone", &options->zone, line.text("cli.schedule.zone")).valueName("NAME");
+    nextVerb.option("--count", &options->count, line.text("cli.schedule.count"))
+        .valueName("N")
+        .range(1, mostDates);
     line.on(nextVerb, [options](Context& context) { return next(context, *options); });
 }
 

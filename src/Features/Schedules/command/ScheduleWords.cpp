@@ -5,7 +5,6 @@
 #include "Core/ToolCatalog.h"
 #include "cli/CommandLine.h"
 
-#include <CLI/App.hpp>
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -19,6 +18,7 @@ namespace {
 constexpr std::array<std::string_view, 7> weekdays{"sunday",   "monday", "tuesday", "wednesday",
                                                    "thursday", "friday", "saturday"};
 constexpr std::string_view flowTool = "nodes";
+constexpr int mostHours = 1'000'000;
 constexpr const char* timeWords = "HH:MM";
 constexpr const char* weeklyWords = "DAY@HH:MM";
 
@@ -82,14 +82,15 @@ std::string actionWords() {
 
 } // namespace
 
-void ScheduleOptions::addTo(CLI::App& verb, const CommandLine& line) {
-    auto* daily_ = verb.add_option("--daily", daily, line.text("cli.schedule.daily"))->type_name(timeWords);
-    auto* weekly_ =
-        verb.add_option("--weekly", weekly, line.text("cli.schedule.weekly"))->type_name(weeklyWords);
-    auto* hours =
-        verb.add_option("--every-hours", everyHours, line.text("cli.schedule.every-hours"))->type_name("N");
-    daily_->excludes(weekly_)->excludes(hours);
-    weekly_->excludes(hours);
+void ScheduleOptions::addTo(Verb& verb, const CommandLine& line) {
+    Option& everyDay = verb.option("--daily", &daily, line.text("cli.schedule.daily")).valueName(timeWords);
+    Option& everyWeek =
+        verb.option("--weekly", &weekly, line.text("cli.schedule.weekly")).valueName(weeklyWords);
+    Option& hours = verb.option("--every-hours", &everyHours, line.text("cli.schedule.every-hours"))
+                        .valueName("N")
+                        .range(1, mostHours);
+    everyDay.notWith(everyWeek).notWith(hours);
+    everyWeek.notWith(hours);
 }
 
 Schedule ScheduleOptions::schedule(const Texts& texts) const {
@@ -109,13 +110,11 @@ Schedule ScheduleOptions::schedule(const Texts& texts) const {
     return schedule;
 }
 
-void TaskOptions::addTo(CLI::App& verb, const CommandLine& line) {
-    verb.add_option("--title", title, line.text("cli.schedule.title"))->type_name("TITLE");
-    verb.add_option("--tool", tool, line.text("cli.schedule.tool"))->type_name("ID");
-    verb.add_option("--action", action, line.text("cli.schedule.action"))->type_name(actionWords());
-    verb.add_option("--payload", payload, line.text("cli.schedule.payload"))
-        ->type_name("KEY=VALUE")
-        ->allow_extra_args(false);
+void TaskOptions::addTo(Verb& verb, const CommandLine& line) {
+    verb.option("--title", &title, line.text("cli.schedule.title")).valueName("TITLE");
+    verb.option("--tool", &tool, line.text("cli.schedule.tool")).valueName("ID");
+    verb.option("--action", &action, line.text("cli.schedule.action")).valueName(actionWords());
+    verb.option("--payload", &payload, line.text("cli.schedule.payload")).valueName("KEY=VALUE");
     when.addTo(verb, line);
 }
 

@@ -7,10 +7,6 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 namespace vh {
 class Texts;
 }
@@ -18,6 +14,7 @@ class Texts;
 namespace vh::cli {
 
 class CommandLine;
+class Verb;
 
 /// The words that say when: one of three options.
 struct ScheduleOptions {
@@ -25,7 +22,7 @@ struct ScheduleOptions {
     std::string weekly;
     std::optional<int> everyHours;
 
-    void addTo(CLI::App& verb, const CommandLine& line);
+    void addTo(Verb& verb, const CommandLine& line);
     bool isGiven() const { return !daily.empty() || !weekly.empty() || everyHours; }
     /// Throws UsageError for what is no time, and when nothing was said.
     Schedule schedule(const Texts& texts) const;
@@ -39,7 +36,7 @@ struct TaskOptions {
     std::vector<std::string> payload;
     ScheduleOptions when;
 
-    void addTo(CLI::App& verb, const CommandLine& line);
+    void addTo(Verb& verb, const CommandLine& line);
     /// Sets what was said. Throws UsageError for an unknown tool or action, and for a payload without "=".
     void applyTo(ScheduledTask& task, const Texts& texts) const;
 };

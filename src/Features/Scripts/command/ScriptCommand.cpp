@@ -8,7 +8,6 @@
 #include "cli/Reply.h"
 #include "cli/Table.h"
 
-#include <CLI/App.hpp>
 #include <array>
 #include <cstdio>
 
@@ -101,23 +100,22 @@ Exit showScript(Context& context, const std::string& name) {
 
 } // namespace
 
-void describeScript(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
-    line.on(noun.add_subcommand("list", line.text("cli.script.list")), listScripts);
+void describeScript(Verb& noun, CommandLine& line) {
+    line.on(noun.verb("list", line.text("cli.script.list")), listScripts);
 
     const auto options = std::make_shared<ScriptOptions>();
-    const auto verb = [&](const char* name, std::string help) {
-        CLI::App* app = noun.add_subcommand(name, std::move(help));
-        app->add_option("name", options->name, line.text("cli.script.name"))->required()->type_name("NAME");
+    const auto verb = [&](const char* name, std::string help) -> Verb& {
+        Verb& app = noun.verb(name, std::move(help));
+        app.argument("NAME", &options->name, line.text("cli.script.name")).required();
         return app;
     };
-    CLI::App* add = verb("add", line.text("cli.script.add"));
-    add->add_option("file", options->file, line.text("cli.script.file"))->required()->type_name("FILE|-");
-    add->add_flag("--yes", options->yes, line.text("cli.yes"));
+    Verb& add = verb("add", line.text("cli.script.add"));
+    add.argument("FILE|-", &options->file, line.text("cli.script.file")).required();
+    add.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(add, [options](Context& context) { return addScript(context, *options); });
 
-    CLI::App* remove = verb("remove", line.text("cli.script.remove"));
-    remove->add_flag("--yes", options->yes, line.text("cli.yes"));
+    Verb& remove = verb("remove", line.text("cli.script.remove"));
+    remove.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(remove, [options](Context& context) { return removeScript(context, *options); });
 
     line.on(verb("show", line.text("cli.script.show")),

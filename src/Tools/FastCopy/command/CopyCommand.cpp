@@ -97,21 +97,20 @@ Exit copyFiles(Context& context, const CopyWords& words) {
 
 } // namespace
 
-void describeCopy(CLI::App& noun, CommandLine& line) {
+void describeCopy(Verb& noun, CommandLine& line) {
     const auto words = std::make_shared<CopyWords>();
-    noun.add_option("SOURCE", words->sources, line.text("cli.copy.source"));
-    noun.add_option("--to", words->destinations, line.text("cli.copy.to"))->type_name("FOLDER");
-    noun.add_flag("--clone", words->clone, line.text("cli.copy.clone"));
-    noun.add_option("--conflict", words->conflict, line.text("cli.copy.conflict"))
-        ->check(CLI::IsMember({"skip", "overwrite", "rename"}));
-    noun.add_flag("--verify", words->verify, line.text("cli.copy.verify"));
-    noun.add_option("--algorithm", words->algorithm, line.text("cli.copy.algorithm"))
-        ->check(CLI::IsMember({"sha256", "xxhash64", "md5"}));
-    noun.add_flag("--no-metadata", words->noMetadata, line.text("cli.copy.no-metadata"));
-    noun.add_option("--manifest", words->manifest, line.text("cli.copy.manifest"))
-        ->check(CLI::IsMember({"sums", "mhl"}));
-    noun.add_flag("--unmount", words->unmount, line.text("cli.copy.unmount"));
-    line.onChange(&noun, [words](Context& context) { return copyFiles(context, *words); });
+    noun.argument("SOURCE", &words->sources, line.text("cli.copy.source"));
+    noun.option("--to", &words->destinations, line.text("cli.copy.to")).valueName("FOLDER").many();
+    noun.option("--clone", &words->clone, line.text("cli.copy.clone"));
+    noun.option("--conflict", &words->conflict, line.text("cli.copy.conflict"))
+        .oneOf({"skip", "overwrite", "rename"});
+    noun.option("--verify", &words->verify, line.text("cli.copy.verify"));
+    noun.option("--algorithm", &words->algorithm, line.text("cli.copy.algorithm"))
+        .oneOf({"sha256", "xxhash64", "md5"});
+    noun.option("--no-metadata", &words->noMetadata, line.text("cli.copy.no-metadata"));
+    noun.option("--manifest", &words->manifest, line.text("cli.copy.manifest")).oneOf({"sums", "mhl"});
+    noun.option("--unmount", &words->unmount, line.text("cli.copy.unmount"));
+    line.onChange(noun, [words](Context& context) { return copyFiles(context, *words); });
     const auto hasWords = [words] {
         return !words->sources.empty() || !words->destinations.empty();
     };

@@ -44,10 +44,10 @@ Exit verifyCopy(Context& context, const std::string& manifest) {
 
 } // namespace
 
-void describeCopyVerify(CLI::App& copy, CommandLine& line, std::function<bool()> hasWords) {
+void describeCopyVerify(Verb& copy, CommandLine& line, std::function<bool()> hasWords) {
     const auto manifest = std::make_shared<std::string>();
-    CLI::App* verb = copy.add_subcommand("verify", line.text("cli.copy.verify-list"));
-    verb->add_option("MANIFEST", *manifest, line.text("cli.copy.verify-list.file"))->required();
+    Verb& verb = copy.verb("verify", line.text("cli.copy.verify-list"));
+    verb.argument("MANIFEST", manifest.get(), line.text("cli.copy.verify-list.file")).required();
     line.onChange(verb, [manifest, hasWords = std::move(hasWords)](Context& context) {
         if (hasWords())
             throw UsageError(context.session.texts().text("cli.copy.verify-or-copy"));

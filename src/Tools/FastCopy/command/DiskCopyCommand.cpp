@@ -140,8 +140,8 @@ DiskCopyResult run(Context& context, const automation::DiskCopyRequest& request)
 
 } // namespace
 
-void describeDisks(CLI::App& copy, CommandLine& line, std::function<bool()> hasWords) {
-    line.on(copy.add_subcommand("disks", line.text("cli.copy.disks")),
+void describeDisks(Verb& copy, CommandLine& line, std::function<bool()> hasWords) {
+    line.on(copy.verb("disks", line.text("cli.copy.disks")),
             [hasWords = std::move(hasWords)](Context& context) {
                 if (hasWords())
                     throw UsageError(context.session.texts().text("cli.copy.disks-or-copy"));

@@ -11,7 +11,7 @@ namespace vh::cli {
 
 /// Adds the verb that lists whole disks. `hasWords` tells whether the noun got words of its own, to which the verb does
 /// not fit.
-void describeDisks(CLI::App& copy, CommandLine& line, std::function<bool()> hasWords);
+void describeDisks(Verb& copy, CommandLine& line, std::function<bool()> hasWords);
 
 /// Whether a block device is among them.
 bool holdsDisk(const std::vector<std::string>& sources);

@@ -65,12 +65,12 @@ Exit hashFiles(Context& context, const HashWords& words) {
 
 } // namespace
 
-void describeHash(CLI::App& noun, CommandLine& line) {
+void describeHash(Verb& noun, CommandLine& line) {
     const auto words = std::make_shared<HashWords>();
-    noun.add_option("FILE", words->files, line.text("cli.hash.file"))->required();
-    noun.add_option("--algorithm", words->algorithm, line.text("cli.copy.algorithm"))
-        ->check(CLI::IsMember({"sha256", "xxhash64", "md5"}));
-    line.on(&noun, [words](Context& context) { return hashFiles(context, *words); });
+    noun.argument("FILE", &words->files, line.text("cli.hash.file")).required();
+    noun.option("--algorithm", &words->algorithm, line.text("cli.copy.algorithm"))
+        .oneOf({"sha256", "xxhash64", "md5"});
+    line.on(noun, [words](Context& context) { return hashFiles(context, *words); });
 }
 
 } // namespace vh::cli

@@ -23,15 +23,13 @@ std::optional<SyncPair> findPair(Context& context, const std::string& word) {
                      &SyncPair::name);
 }
 
-void FolderWords::addTo(CLI::App& verb, const CommandLine& line, bool areRequired) {
-    verb.add_option("--source", source, line.text("cli.sync.source"))
-        ->type_name("DIR")
-        ->required(areRequired);
-    verb.add_option("--destination", destination, line.text("cli.sync.destination"))
-        ->type_name("DIR")
-        ->required(areRequired);
-    verb.add_flag("--delete", deletes, line.text("cli.sync.delete"));
-    verb.add_flag("--contents", contents, line.text("cli.sync.contents"));
+void FolderWords::addTo(Verb& verb, const CommandLine& line, bool areRequired) {
+    verb.option("--source", &source, line.text("cli.sync.source")).valueName("DIR").required(areRequired);
+    verb.option("--destination", &destination, line.text("cli.sync.destination"))
+        .valueName("DIR")
+        .required(areRequired);
+    verb.option("--delete", &deletes, line.text("cli.sync.delete"));
+    verb.option("--contents", &contents, line.text("cli.sync.contents"));
 }
 
 SyncPair FolderWords::pair(const Texts& texts) const {
@@ -45,8 +43,7 @@ SyncPair FolderWords::pair(const Texts& texts) const {
     return pair;
 }
 
-void describeSync(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
+void describeSync(Verb& noun, CommandLine& line) {
     describeSyncPairs(noun, line);
     describeSyncRuns(noun, line);
     describeSyncWatch(noun, line);

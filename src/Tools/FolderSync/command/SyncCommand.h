@@ -26,15 +26,15 @@ struct FolderWords {
     bool deletes = false;
     bool contents = false;
 
-    void addTo(CLI::App& verb, const CommandLine& line, bool areRequired);
+    void addTo(Verb& verb, const CommandLine& line, bool areRequired);
     bool isGiven() const { return !source.empty() || !destination.empty() || deletes || contents; }
     /// With absolute paths. Throws UsageError when a folder is not said.
     sync::SyncPair pair(const Texts& texts) const;
 };
 
 /// The verbs by what they are about.
-void describeSyncPairs(CLI::App& noun, CommandLine& line);
-void describeSyncRuns(CLI::App& noun, CommandLine& line);
-void describeSyncWatch(CLI::App& noun, CommandLine& line);
+void describeSyncPairs(Verb& noun, CommandLine& line);
+void describeSyncRuns(Verb& noun, CommandLine& line);
+void describeSyncWatch(Verb& noun, CommandLine& line);
 
 } // namespace vh::cli

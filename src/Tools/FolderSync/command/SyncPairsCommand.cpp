@@ -10,7 +10,6 @@
 #include "cli/Reply.h"
 #include "cli/Table.h"
 
-#include <CLI/App.hpp>
 #include <algorithm>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -133,20 +132,20 @@ Exit removePair(Context& context, const RemoveWords& words) {
 
 } // namespace
 
-void describeSyncPairs(CLI::App& noun, CommandLine& line) {
-    line.on(noun.add_subcommand("pairs", line.text("cli.sync.pairs")), listPairs);
+void describeSyncPairs(Verb& noun, CommandLine& line) {
+    line.on(noun.verb("pairs", line.text("cli.sync.pairs")), listPairs);
 
     const auto adding = std::make_shared<AddWords>();
-    CLI::App* add = noun.add_subcommand("add", line.text("cli.sync.add"));
-    adding->folders.addTo(*add, line, true);
-    add->add_option("--name", adding->name, line.text("cli.sync.name"))->type_name("NAME");
-    add->add_flag("--watch", adding->watch, line.text("cli.sync.watches"));
+    Verb& add = noun.verb("add", line.text("cli.sync.add"));
+    adding->folders.addTo(add, line, true);
+    add.option("--name", &adding->name, line.text("cli.sync.name")).valueName("NAME");
+    add.option("--watch", &adding->watch, line.text("cli.sync.watches"));
     line.onChange(add, [adding](Context& context) { return addPair(context, *adding); });
 
     const auto removing = std::make_shared<RemoveWords>();
-    CLI::App* remove = noun.add_subcommand("remove", line.text("cli.sync.remove"));
-    remove->add_option("pair", removing->word, line.text("cli.sync.pair"))->required()->type_name("PAIR");
-    remove->add_flag("--yes,-y", removing->yes, line.text("cli.yes"));
+    Verb& remove = noun.verb("remove", line.text("cli.sync.remove"));
+    remove.argument("PAIR", &removing->word, line.text("cli.sync.pair")).required();
+    remove.option("--yes", &removing->yes, line.text("cli.yes")).shortly('y');
     line.onChange(remove, [removing](Context& context) { return removePair(context, *removing); });
 }
 

@@ -13,7 +13,6 @@
 #include "cli/Reply.h"
 #include "cli/Table.h"
 
-#include <CLI/App.hpp>
 #include <algorithm>
 #include <chrono>
 
@@ -226,18 +225,18 @@ Exit applyPlan(Context& context, const RunWords& words) {
 
 } // namespace
 
-void describeSyncRuns(CLI::App& noun, CommandLine& line) {
+void describeSyncRuns(Verb& noun, CommandLine& line) {
     const auto words = std::make_shared<RunWords>();
-    const auto verb = [&](const char* name, std::string help) {
-        CLI::App* app = noun.add_subcommand(name, std::move(help));
-        app->add_option("pair", words->pair, line.text("cli.sync.pair"))->type_name("PAIR");
-        words->folders.addTo(*app, line, false);
+    const auto verb = [&](const char* name, std::string help) -> Verb& {
+        Verb& app = noun.verb(name, std::move(help));
+        app.argument("PAIR", &words->pair, line.text("cli.sync.pair"));
+        words->folders.addTo(app, line, false);
         return app;
     };
     line.on(verb("plan", line.text("cli.sync.plan")),
             [words](Context& context) { return showPlan(context, *words); });
-    CLI::App* apply = verb("apply", line.text("cli.sync.apply"));
-    apply->add_flag("--yes,-y", words->yes, line.text("cli.yes"));
+    Verb& apply = verb("apply", line.text("cli.sync.apply"));
+    apply.option("--yes", &words->yes, line.text("cli.yes")).shortly('y');
     line.onChange(apply, [words](Context& context) { return applyPlan(context, *words); });
 }
 

@@ -11,7 +11,6 @@
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
 
-#include <CLI/App.hpp>
 #include <algorithm>
 #include <fmt/format.h>
 #include <map>
@@ -185,11 +184,11 @@ Exit watchPairs(Context& context, const WatchWords& words) {
 
 } // namespace
 
-void describeSyncWatch(CLI::App& noun, CommandLine& line) {
+void describeSyncWatch(Verb& noun, CommandLine& line) {
     const auto words = std::make_shared<WatchWords>();
-    CLI::App* watch = noun.add_subcommand("watch", line.text("cli.sync.watch"));
-    watch->add_option("pair", words->pairs, line.text("cli.sync.watch-pair"))->type_name("PAIR");
-    watch->add_flag("--off", words->off, line.text("cli.sync.off"));
+    Verb& watch = noun.verb("watch", line.text("cli.sync.watch"));
+    watch.argument("PAIR", &words->pairs, line.text("cli.sync.watch-pair"));
+    watch.option("--off", &words->off, line.text("cli.sync.off"));
     line.onChange(watch, [words](Context& context) { return watchPairs(context, *words); });
 }
 

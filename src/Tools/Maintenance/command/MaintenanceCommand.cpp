@@ -8,7 +8,6 @@
 #include "cli/Reply.h"
 #include "cli/Table.h"
 
-#include <CLI/App.hpp>
 #include <fmt/format.h>
 
 namespace vh {
@@ -196,16 +195,14 @@ Exit runTasks(Context& context, const MaintenanceOptions& options) {
 
 } // namespace
 
-void describeMaintenance(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
+void describeMaintenance(Verb& noun, CommandLine& line) {
     const auto options = std::make_shared<MaintenanceOptions>();
-    CLI::App* list = noun.add_subcommand("list", line.text("cli.maintenance.list"));
-    list->add_option("--system", options->system, line.text("cli.maintenance.system"))
-        ->type_name("macos|linux");
+    Verb& list = noun.verb("list", line.text("cli.maintenance.list"));
+    list.option("--system", &options->system, line.text("cli.maintenance.system")).valueName("macos|linux");
     line.on(list, [options](Context& context) { return listTasks(context, *options); });
 
-    CLI::App* run = noun.add_subcommand("run", line.text("cli.maintenance.run"));
-    run->add_option("task", options->tasks, line.text("cli.maintenance.task"))->required()->type_name("TASK");
+    Verb& run = noun.verb("run", line.text("cli.maintenance.run"));
+    run.argument("TASK", &options->tasks, line.text("cli.maintenance.task")).required();
     line.onChange(run, [options](Context& context) { return runTasks(context, *options); });
 }
 

@@ -160,18 +160,18 @@ Exit cleanJunk(Context& context, const CleanOptions& options) {
 
 } // namespace
 
-void describeJunk(CLI::App& noun, CommandLine& line) {
-    noun.require_subcommand(1);
-    line.on(noun.add_subcommand("scan", line.text("cli.junk.scan")), scanJunk);
+void describeJunk(Verb& noun, CommandLine& line) {
+    line.on(noun.verb("scan", line.text("cli.junk.scan")), scanJunk);
 
     auto options = std::make_shared<CleanOptions>();
-    CLI::App* clean = noun.add_subcommand("clean", line.text("cli.junk.clean"));
-    clean->add_flag("--all", options->words.all, line.text("cli.junk.all"));
-    clean->add_option("--category", options->words.categories, line.text("cli.junk.category"))
-        ->type_name("NAME");
-    clean->add_option("--path", options->words.paths, line.text("cli.junk.path"))->type_name("PATH");
-    clean->add_flag("--permanent", options->permanent, line.text("cli.junk.permanent"));
-    clean->add_flag("--yes,-y", options->yes, line.text("cli.yes"));
+    Verb& clean = noun.verb("clean", line.text("cli.junk.clean"));
+    clean.option("--all", &options->words.all, line.text("cli.junk.all"));
+    clean.option("--category", &options->words.categories, line.text("cli.junk.category"))
+        .valueName("NAME")
+        .many();
+    clean.option("--path", &options->words.paths, line.text("cli.junk.path")).valueName("PATH").many();
+    clean.option("--permanent", &options->permanent, line.text("cli.junk.permanent"));
+    clean.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(clean, [options](Context& context) { return cleanJunk(context, *options); });
 }
 
