@@ -1,6 +1,5 @@
 #include "Tools/FolderSync/AutoSyncGuard.h"
 #include "Tools/FolderSync/SyncPairStore.h"
-#include "Tools/FolderSync/SyncQueue.h"
 #include "Tools/FolderSync/WatchCheck.h"
 
 #include "Platform/Files.h"
@@ -30,20 +29,6 @@ TEST(AutoSyncGuard, HoldsWhatWouldTakeHalfOfTheDestination) {
     EXPECT_TRUE(AutoSyncGuard::holds(planOf(20, 1, 1000, 19)));
     EXPECT_FALSE(AutoSyncGuard::holds(planOf(20, 2, 0, 19)));
     EXPECT_FALSE(AutoSyncGuard::holds(planOf(20, 0, 0, 21)));
-}
-
-TEST(SyncQueue, RunsOneAtATimeInTheOrderOfAsking) {
-    const Uuid first = Uuid::random(), second = Uuid::random(), third = Uuid::random();
-    SyncQueue queue;
-    EXPECT_TRUE(queue.request(first));
-    for (const Uuid& each : {first, second, second, third})
-        EXPECT_FALSE(queue.request(each));
-    queue.drop(second);
-    queue.drop(first); // runs, and goes on running
-    EXPECT_EQ(queue.running, first);
-    EXPECT_EQ(queue.finish(), third);
-    EXPECT_EQ(queue.finish(), std::nullopt);
-    EXPECT_TRUE(queue.request(first));
 }
 
 TEST(WatchCheck, SaysWhatIsInTheWay) {

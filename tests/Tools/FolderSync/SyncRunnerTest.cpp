@@ -295,6 +295,43 @@ TEST_F(SyncRunnerTest, saysWhyItFailsAndGoesOnWhenItCan) {
     }));
 }
 
+TEST_F(SyncRunnerTest, triesAgainWhenThereIsRoomOrAFolderAgain) {
+    const SyncPair pair = this->pair("full");
+    const auto mounted = [&](bool isMounted) {
+        vh::test::LoopDisk::run(isMounted ? std::vector<std::string>{"mount", "-t", "tmpfs", "-o",
+                                                                     "size=256k", "none", pair.destination}
+                                          : std::vector<std::string>{"umount", pair.destination});
+    };
+    mounted(true);
+    const std::shared_ptr<void> unmounting(nullptr, [&](void*) { mounted(false); });
+    write(pair.destination + "/.Trash-0/other", std::string(200 << 10, 'x'));
+    write(pair.source + "/file", std::string(100 << 10, 'x'));
+    runner_->put(pair);
+    runner_->start();
+    const auto hasFailed = [&] {
+        return state(pair) && state(pair)->kind == WatchState::Kind::failed && !runner_->running();
+    };
+    EXPECT_TRUE(waitFor("there is no room", hasFailed));
+    EXPECT_FALSE(fs::exists(pair.destination + "/file"));
+    const size_t tried = world_.summaries().size();
+    world_.loop.advance(seconds(14));
+    EXPECT_TRUE(waitFor("it is tried again", [&] { return world_.summaries().size() > tried; }));
+    EXPECT_TRUE(waitFor("in vain", hasFailed)) << state(pair)->text;
+    fs::remove(pair.destination + "/.Trash-0/other");
+    world_.loop.advance(seconds(31));
+    EXPECT_TRUE(waitForFile(pair.destination + "/file"));
+    EXPECT_TRUE(waitForState(pair, {}));
+
+    fs::remove_all(pair.source);
+    EXPECT_TRUE(waitForState(pair, {WatchState::Kind::waitingForSource, {}, 0}));
+    world_.loop.advance(minutes(6));
+    EXPECT_TRUE(waitForState(pair, {WatchState::Kind::waitingForSource, {}, 0}));
+    write(pair.source + "/late");
+    world_.loop.advance(minutes(6));
+    EXPECT_TRUE(waitForFile(pair.destination + "/late"));
+    EXPECT_TRUE(waitForState(pair, {}));
+}
+
 TEST_F(SyncRunnerTest, comparesFromTimeToTimeWhatCannotBeWatched) {
     const auto outcome = vh::test::runInChild([&] {
         vh::test::setUserLimit("max_inotify_watches", 12);

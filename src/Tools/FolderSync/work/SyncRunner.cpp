@@ -3,11 +3,11 @@
 #include "Automation/FolderNews.h"
 #include "Platform/Desktop.h"
 #include "Tools/FolderSync/SyncPairStore.h"
-#include "Tools/FolderSync/SyncQueue.h"
 #include "Tools/FolderSync/SyncRecord.h"
 #include "Tools/FolderSync/work/SyncWatch.h"
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 
 namespace vh::automation {
@@ -26,23 +26,25 @@ struct SyncRunner::State {
     void newsCame();
     void pairsChanged();
     void request(const Uuid& pair);
-    void runNext(std::optional<Uuid> pair);
+    void runNext();
     void begin(SyncJobRequest request, const Ended& ended);
-    void show(const Uuid& pair, const std::string& title, const CancelToken& cancel);
+    void show(Running first, const CancelToken& cancel);
     void progressed(Running latest);
-    void finished(const SyncJobRequest& request, const SyncJobResult& result, const Ended& ended);
+    void finished(uint64_t run, const SyncJobRequest& request, const SyncJobResult& result,
+                  const Ended& ended);
     void notifyHeld(const SyncJobResult& result);
-    /// Adds to a request that its progress is shown.
-    void showProgress(SyncJobRequest& request, const CancelToken& cancel);
+    /// Adds to a request that its progress is shown, and says which run it is. Any thread.
+    uint64_t showProgress(SyncJobRequest& request, const CancelToken& cancel);
 
     const AutomationWorld& world;
     Desktop& desktop;
     sync::SyncPairStore store;
     SyncWatchFile file;
-    std::vector<SyncPair> known; ///< as the watch and the observers know them
-    sync::SyncQueue queue;
-    std::optional<Running> running;
-    CancelToken cancel; ///< of what runs
+    std::vector<SyncPair> known;    ///< as the watch and the observers know them
+    std::vector<Uuid> waiting;      ///< for the end of what runs, each once
+    std::optional<Running> running; ///< the only truth of what does
+    std::atomic<uint64_t> runs = 0; ///< that were begun
+    CancelToken cancel;             ///< of what runs
     std::map<Uuid, SyncJobResult> results;
     Observers<> observers;
     std::optional<FolderNews> news;
@@ -75,28 +77,30 @@ void SyncRunner::State::pairsChanged() {
 }
 
 void SyncRunner::State::request(const Uuid& pair) {
-    if (queue.request(pair))
-        runNext(pair);
+    if (std::ranges::find(waiting, pair) == waiting.end())
+        waiting.push_back(pair);
+    runNext();
 }
 
-void SyncRunner::State::runNext(std::optional<Uuid> pair) {
-    for (; pair; pair = queue.finish()) {
+void SyncRunner::State::runNext() {
+    while (!running && !waiting.empty()) {
+        const Uuid pair = waiting.front();
+        waiting.erase(waiting.begin());
         const std::vector<SyncPair> pairs = store.load();
-        const auto found = std::ranges::find(pairs, *pair, &SyncPair::id);
+        const auto found = std::ranges::find(pairs, pair, &SyncPair::id);
         if (found == pairs.end() || !found->watch)
             continue;
         if (watch)
-            watch->begins(*pair);
+            watch->begins(pair);
         begin({.pair = *found, .plan = {}, .trigger = Trigger::newFiles, .details = {}, .isAttended = false},
               {});
-        return;
     }
 }
 
 void SyncRunner::State::begin(SyncJobRequest request, const Ended& ended) {
     const JobControl control;
-    show(request.pair.id, request.pair.title(), control.cancel);
-    showProgress(request, control.cancel);
+    const uint64_t run = showProgress(request, control.cancel);
+    show({.run = run, .pair = request.pair.id, .title = request.pair.title()}, control.cancel);
     // A plan may be large: the run alone has it, and lets go of it when it can.
     const auto plan = std::make_shared<std::optional<sync::SyncPlan>>(std::exchange(request.plan, {}));
     const auto result = std::make_shared<SyncJobResult>();
@@ -106,19 +110,21 @@ void SyncRunner::State::begin(SyncJobRequest request, const Ended& ended) {
             whole.plan.swap(*plan);
             *result = runSync(std::move(whole), world, control);
         },
-        [this, request, result, ended] { finished(request, *result, ended); });
+        [this, run, request, result, ended] { finished(run, request, *result, ended); });
     observers.tell();
 }
 
-void SyncRunner::State::show(const Uuid& pair, const std::string& title, const CancelToken& token) {
-    running = Running{.pair = pair, .title = title};
+void SyncRunner::State::show(Running first, const CancelToken& token) {
+    running = std::move(first);
     cancel = token;
 }
 
-void SyncRunner::State::showProgress(SyncJobRequest& request, const CancelToken& token) {
-    request.progress = [this, id = request.pair.id, title = request.pair.title(),
+uint64_t SyncRunner::State::showProgress(SyncJobRequest& request, const CancelToken& token) {
+    const uint64_t run = ++runs;
+    request.progress = [this, run, id = request.pair.id, title = request.pair.title(),
                         token](const SyncJobProgress& at) {
-        const Running latest{.pair = id,
+        const Running latest{.run = run,
+                             .pair = id,
                              .title = title,
                              .done = at.done,
                              .total = at.total,
@@ -126,12 +132,13 @@ void SyncRunner::State::showProgress(SyncJobRequest& request, const CancelToken&
                              .fraction = at.fraction(),
                              .current = std::string(at.current)};
         worker.post([this, latest, token] {
-            if (!running && queue.request(latest.pair))
-                show(latest.pair, latest.title, token); // one that a schedule began
-            if (running && running->pair == latest.pair)
+            if (!running)
+                show(latest, token); // one that a schedule began
+            if (running->run == latest.run)
                 progressed(latest);
         });
     };
+    return run;
 }
 
 void SyncRunner::State::progressed(Running latest) {
@@ -142,20 +149,18 @@ void SyncRunner::State::progressed(Running latest) {
     observers.tell();
 }
 
-void SyncRunner::State::finished(const SyncJobRequest& request, const SyncJobResult& result,
+void SyncRunner::State::finished(uint64_t run, const SyncJobRequest& request, const SyncJobResult& result,
                                  const Ended& ended) {
-    const Uuid& pair = request.pair.id;
-    if (running && running->pair == pair)
+    if (running && running->run == run)
         running.reset();
     if (result.end != SyncJobResult::End::busy)
-        results.insert_or_assign(pair, result);
+        results.insert_or_assign(request.pair.id, result);
     const bool isNewlyHeld = watch ? watch->ended(request, result) : result.end == SyncJobResult::End::held;
     if (isNewlyHeld)
         notifyHeld(result);
     if (ended)
         ended(result);
-    if (!running && queue.running == pair)
-        runNext(queue.finish());
+    runNext();
     pairsChanged();
 }
 
@@ -182,7 +187,7 @@ void SyncRunner::start() {
     s.watch.emplace(s.world, s.file,
                     SyncWatch::Owner{.pairs = [&s] { return s.store.load(); },
                                      .sync = [&s](const Uuid& pair) { s.request(pair); },
-                                     .drop = [&s](const Uuid& pair) { s.queue.drop(pair); },
+                                     .drop = [&s](const Uuid& pair) { std::erase(s.waiting, pair); },
                                      .changed =
                                          [&s] {
                                              s.observers.tell();
@@ -224,9 +229,8 @@ void SyncRunner::approve(const Uuid& pair) {
 
 bool SyncRunner::apply(sync::SyncPlan plan, const SyncPair& pair, Trigger trigger, Ended ended) {
     State& s = *state_;
-    if (s.running || s.queue.running)
+    if (s.running)
         return false;
-    s.queue.request(pair.id);
     s.begin({.pair = pair, .plan = std::move(plan), .trigger = trigger, .details = {}}, ended);
     return true;
 }
@@ -240,9 +244,9 @@ RunRecord SyncRunner::runScheduled(const SyncPair& pair, Trigger trigger, const 
                            .details = details,
                            .isAttended = false,
                            .logsNothingToDo = true};
-    s.showProgress(request, control.cancel);
+    const uint64_t run = s.showProgress(request, control.cancel);
     const SyncJobResult result = runSync(request, s.world, control);
-    s.worker.post([&s, request, result] { s.finished(request, result, {}); });
+    s.worker.post([&s, run, request, result] { s.finished(run, request, result, {}); });
     return result.record.value_or(RunRecord{
         .id = Uuid::random(), .toolID = sync::toolID, .outcome = Outcome::failed, .summary = result.message});
 }

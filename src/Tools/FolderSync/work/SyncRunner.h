@@ -47,6 +47,7 @@ public:
                            const JobControl& control);
 
     struct Running {
+        uint64_t run = 0; ///< which, of those of this process
         Uuid pair;
         std::string title;
         int64_t done = 0, total = 0; ///< actions; total 0 while it compares

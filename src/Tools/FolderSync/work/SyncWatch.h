@@ -7,6 +7,7 @@
 #include "Tools/FolderSync/work/SyncLook.h"
 #include "Tools/FolderSync/work/SyncOccasions.h"
 #include "Tools/FolderSync/work/SyncWatchFile.h"
+#include "Tools/FolderSync/work/WatchMachine.h"
 
 #include <functional>
 #include <map>
@@ -44,32 +45,28 @@ public:
 private:
     struct Watched {
         sync::SyncPair pair;
-        std::unique_ptr<FolderWatcher> watcher;
-        std::optional<sync::WatchState> blocker;
-        std::optional<int64_t> hold; ///< so many would be removed
-        std::string syncFailure, watchFailure;
-        SyncMounts mounts;      ///< where its folders were when it was last well
-        bool isDirty = false;   ///< changed since its last sync began
-        bool catchesUp = false; ///< is to be synced whether it changed or not
-        bool isKnown = false;   ///< was looked at
-        uint64_t look = 0;      ///< that is under way; 0 for none
-        bool looksAgain = false;
-        MainLoop::Token retry;
-
-        sync::WatchState state() const;
+        WatchMachine machine;
+        uint64_t number =
+            0; ///< of this object: another one may stand for the pair by the time that a look ends
+        std::unique_ptr<FolderWatcher> watcher = {};
+        SyncMounts mounts = {}; ///< where its folders were when it was last well
+        MainLoop::Token retry = {};
     };
     Watched* find(const Uuid& pair);
+    /// Takes the pairs as they are stored now.
+    void adoptAll();
     void adopt(const sync::SyncPair& pair);
-    void look(Watched& watched, bool catchUp);
+    void timePasses();
+    /// What the machine says of an event.
+    void carryOut(Watched& watched, const WatchMachine::Todo& todo);
+    void look(Watched& watched);
     void looked(const Uuid& pair, uint64_t number, const SyncLook& seen);
     void startWatcher(Watched& watched);
-    void started(const Uuid& pair);
-    void changed(const Uuid& pair);
-    void rootChanged(const Uuid& pair);
-    void failed(const Uuid& pair, const SystemError& why);
-    void askForSync(Watched& watched);
+    /// Of an event, and makes known what came of it.
+    template <class... Arguments, class... Given>
+    void tell(const Uuid& pair, WatchMachine::Todo (WatchMachine::*event)(Arguments...), Given&&... given);
+    std::string textOf(const SystemError& why) const;
     void mountsChanged(const std::set<std::string>& mounted, const std::set<std::string>& unmounted);
-    void lookWithTime();
     void publish();
 
     const AutomationWorld& world_;
@@ -79,7 +76,7 @@ private:
     Worker worker_;
     std::map<Uuid, Watched> watched_;
     std::map<Uuid, sync::WatchState> told_;
-    uint64_t looks_ = 0;
+    uint64_t adopted_ = 0;
     SyncOccasions occasions_;
 };
 
