@@ -16,6 +16,7 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QKeySequence>
 #include <QStandardPaths>
 
 namespace vh::ui {
@@ -110,6 +111,14 @@ QString App::fixedFontFamily() const {
 QString App::documentsFolder() const {
     const auto documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     return QDir(documents).exists() ? documents : QDir::homePath();
+}
+
+QString App::keyText(const QString& keys) const {
+    return QKeySequence(keys).toString(QKeySequence::NativeText);
+}
+
+bool App::isMenuKey(int key, int modifiers) const {
+    return key == Qt::Key_Menu || (key == Qt::Key_F10 && (modifiers & Qt::ShiftModifier) != 0);
 }
 
 QUrl App::folderUrl(const QString& path) const {

@@ -66,6 +66,10 @@ public:
     QString fixedFontFamily() const;
     /// The home where there is no folder for documents.
     QString documentsFolder() const;
+    /// Keys such as "Ctrl+N" as this system writes them.
+    Q_INVOKABLE QString keyText(const QString& keys) const;
+    /// The keys that ask for the menu of what has the keyboard.
+    Q_INVOKABLE bool isMenuKey(int key, int modifiers) const;
     /// The path of a file's URL; of any other, nothing.
     Q_INVOKABLE QString localPath(const QUrl& url) const { return url.toLocalFile(); }
 

@@ -88,6 +88,7 @@ QtObject {
 
     readonly property int motion: App.reducedMotion ? 0 : 120
     readonly property int toastTime: 5000
+    readonly property int tooltipDelay: 600
 
     readonly property string family: App.fontFamily
     readonly property font title: Qt.font({family: family, pixelSize: 22, weight: Font.Bold})

@@ -2,6 +2,8 @@
 
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QTest>
+#include <algorithm>
 
 namespace vh::test {
 
@@ -87,6 +89,69 @@ TEST_F(Components, aComboKeepsItsChoiceWhenTheOptionsAreToldAnew) {
     EXPECT_EQ(combo->property("displayText").toString(), "Manzana");
     combo->setProperty("value", "b");
     EXPECT_EQ(combo->property("currentIndex").toInt(), 1);
+}
+
+TEST_F(Components, aRowOffersItsActsByRightClickAndByKey) {
+    auto* table = make(R"(ListTable {
+        width: 600; height: 440; name: "Rows"; model: 3
+        property string done
+        property int opened: -1
+        onOpened: row => opened = row
+        delegate: TableRow {
+            name: index
+            acts: () => [{text: "Not now", enabled: false, act: () => table.done = "no"},
+                         {text: "Show", icon: "folder", shortcut: "Ctrl+O", act: () => table.done = "show " + index},
+                         {text: "Remove", act: () => table.done = "remove " + index}] }
+        id: table })");
+    ASSERT_NE(table, nullptr);
+    auto* list = table->property("list").value<QQuickItem*>();
+    list->forceActiveFocus();
+    const auto menuIsOpen = [&] {
+        return std::ranges::any_of(shownItems(), [](auto* item) { return accessibleName(item) == "Remove"; });
+    };
+    const auto done = [&] {
+        return table->property("done").toString();
+    };
+    press(Qt::Key_Down);
+    press(Qt::Key_Menu);
+    waitUntil("the menu is open", menuIsOpen);
+    press(Qt::Key_Return);
+    waitUntil("the first act that can be done is done", [&] { return done() == "show 1"; });
+    waitUntil("the list has the keyboard again", [&] { return list->hasActiveFocus() && !menuIsOpen(); });
+
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    waitUntil("the menu is open", menuIsOpen);
+    press(Qt::Key_Escape);
+    waitUntil("the list has the keyboard again", [&] { return list->hasActiveFocus() && !menuIsOpen(); });
+
+    auto& quick = window().quickWindow();
+    QTest::mouseClick(&quick, Qt::RightButton, Qt::NoModifier, QPoint(40, 10));
+    waitUntil("the menu is open", menuIsOpen);
+    EXPECT_EQ(list->property("currentIndex").toInt(), 0);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    waitUntil("the act below is done", [&] { return done() == "remove 0"; });
+    EXPECT_EQ(table->property("opened").toInt(), -1) << "Return in the menu is not Return in the list";
+}
+
+TEST_F(Components, aButtonWithoutWordsSaysWhatItIsForAndTheKeysThatDoTheSame) {
+    auto* button = make(R"(IconButton {
+        x: 300; y: 300; iconName: "plus"; text: "New thing"; shortcut: "Ctrl+N"
+        property int clicks: 0; onClicked: ++clicks })");
+    ASSERT_NE(button, nullptr);
+    press(Qt::Key_N, Qt::ControlModifier);
+    EXPECT_EQ(button->property("clicks").toInt(), 1);
+    QTest::mouseMove(&window().quickWindow(), QPoint(310, 310));
+    const auto says = [&](const QString& words) {
+        return std::ranges::any_of(shownItems(), [&](auto* item) { return item->property("text") == words; });
+    };
+    waitUntil("it is said", [&] { return says("Ctrl+N"); });
+    EXPECT_TRUE(says("New thing"));
+    QTest::mouseMove(&window().quickWindow(), QPoint(600, 600));
+    waitUntil("it is gone", [&] { return !says("Ctrl+N"); });
+    button->setProperty("enabled", false);
+    press(Qt::Key_N, Qt::ControlModifier);
+    EXPECT_EQ(button->property("clicks").toInt(), 1);
 }
 
 TEST_F(Components, aListOfFiftyThousandRowsMakesOnlyThoseInView) {

@@ -8,6 +8,8 @@ T.Button {
     // "plain", "main" (one on a page), "quiet" (no frame) or "danger" (what cannot be brought back).
     property string kind: "plain"
     property string iconName
+    // The keys that do the same, such as "Ctrl+N"; they work while the button does and are shown to who points at it.
+    property string shortcut
     readonly property bool filled: kind === "main" || kind === "danger"
     readonly property color ink: !enabled ? Theme.third
         : kind === "main" ? Theme.accentInk
@@ -34,6 +36,17 @@ T.Button {
     Accessible.name: text
     Keys.onReturnPressed: control.clicked()
     Keys.onEnterPressed: control.clicked()
+
+    Shortcut {
+        enabled: control.shortcut !== "" && control.enabled && control.visible
+        sequence: control.shortcut
+        onActivated: control.clicked()
+    }
+    Tooltip {
+        wanted: control.shortcut !== "" && (control.hovered && !control.down || control.visualFocus)
+        text: control.text
+        shortcut: control.shortcut
+    }
 
     contentItem: Item {
         implicitWidth: row.implicitWidth

@@ -2,11 +2,13 @@ import QtQuick
 import QtQuick.Templates as T
 import Varnholt
 
-// A button of a picture alone; its name is for who cannot see it.
+// A button of a picture alone; its name is read to who cannot see it and shown to who points at it.
 T.AbstractButton {
     id: control
 
     property string iconName
+    // The keys that do the same, such as "Ctrl+N"; they work while the button does.
+    property string shortcut
     property color ink: enabled ? Theme.text : Theme.third
 
     implicitWidth: Theme.itemHeight
@@ -16,6 +18,17 @@ T.AbstractButton {
     Accessible.name: text
     Keys.onReturnPressed: control.clicked()
     Keys.onEnterPressed: control.clicked()
+
+    Shortcut {
+        enabled: control.shortcut !== "" && control.enabled && control.visible
+        sequence: control.shortcut
+        onActivated: control.clicked()
+    }
+    Tooltip {
+        wanted: control.hovered && !control.down || control.visualFocus
+        text: control.text
+        shortcut: control.shortcut
+    }
 
     background: Rectangle {
         radius: Theme.radiusField

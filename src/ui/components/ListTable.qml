@@ -62,6 +62,11 @@ Card {
         Keys.onReturnPressed: if (currentIndex >= 0) table.opened(currentIndex)
         Keys.onEnterPressed: if (currentIndex >= 0) table.opened(currentIndex)
         Keys.onPressed: event => {
+            if (App.isMenuKey(event.key, event.modifiers)) {
+                currentItem?.offerActs?.(Theme.space24, currentItem.height);
+                event.accepted = true;
+                return;
+            }
             const page = Math.max(1, Math.floor(height / Theme.rowHeightTwo) - 1);
             const moves = {
                 [Qt.Key_Home]: 0,

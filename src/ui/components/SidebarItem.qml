@@ -9,6 +9,7 @@ T.AbstractButton {
     property bool current: false
     property bool available: true
     property int busy: 0
+    property string shortcut
 
     implicitHeight: Theme.itemHeight
     focusPolicy: Qt.StrongFocus
@@ -22,6 +23,12 @@ T.AbstractButton {
     Keys.onEnterPressed: item.clicked()
 
     readonly property color ink: current ? Theme.accent : available ? Theme.second : Theme.third
+
+    Tooltip {
+        wanted: item.shortcut !== "" && item.hovered && !item.down
+        text: item.text
+        shortcut: item.shortcut
+    }
 
     background: Rectangle {
         radius: Theme.radiusButton

@@ -10,10 +10,19 @@ Item {
     property bool chosen: false
     property bool ruled: index < (view ? view.count - 1 : 0)
     property string name
+    // What a ContextMenu offers for this row: a function that tells its acts; without one there is no menu.
+    property var acts: null
     default property alias content: inside.data
 
     signal clicked
     signal doubleClicked
+
+    function offerActs(x: real, y: real) {
+        if (acts === null)
+            return;
+        menu.active = true;
+        menu.item.offer(acts(), row, x, y);
+    }
 
     implicitWidth: view ? view.width : 0
     implicitHeight: Theme.rowHeightTwo
@@ -49,12 +58,24 @@ Item {
         id: mouse
         anchors.fill: parent
         hoverEnabled: true
-        onClicked: {
+        acceptedButtons: row.acts === null ? Qt.LeftButton : Qt.LeftButton | Qt.RightButton
+        onClicked: event => {
             row.view.currentIndex = row.index;
             row.view.forceActiveFocus();
-            row.clicked();
+            if (event.button === Qt.RightButton)
+                row.offerActs(event.x, event.y);
+            else
+                row.clicked();
         }
-        onDoubleClicked: row.doubleClicked()
+        onDoubleClicked: event => {
+            if (event.button === Qt.LeftButton)
+                row.doubleClicked();
+        }
+    }
+    Loader {
+        id: menu
+        active: false
+        sourceComponent: ContextMenu {}
     }
     Item {
         id: inside

@@ -136,8 +136,10 @@ Rectangle {
 
                 SidebarItem {
                     required property var modelData
+                    required property int index
 
                     width: column.width
+                    shortcut: "Ctrl+" + (index + 1)
                     text: modelData.title
                     iconName: modelData.icon
                     current: sidebar.current === modelData.id
@@ -226,6 +228,7 @@ Rectangle {
             y: Theme.space8 + Theme.hairline
             width: parent.width - 2 * Theme.space12
             text: Tr.t("shell.page.settings")
+            shortcut: "Ctrl+,"
             iconName: "gearshape"
             current: sidebar.current === "settings"
             activeFocusOnTab: activeFocus || sidebar.tabStop === "settings"

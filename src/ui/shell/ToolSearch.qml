@@ -32,6 +32,17 @@ SearchField {
     Keys.onEnterPressed: pick(list.currentIndex)
     onResultsChanged: list.currentIndex = results.length > 0 ? 0 : -1
 
+    Label {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.space8 + 2
+        anchors.verticalCenter: parent.verticalCenter
+        visible: field.length === 0 && !field.activeFocus
+        text: App.keyText("Ctrl+F")
+        font: Theme.label
+        color: Theme.second
+        Accessible.ignored: true
+    }
+
     T.Popup {
         y: field.height + Theme.space4
         width: Theme.listWidth
