@@ -1,13 +1,17 @@
 #include "Core/ToolTexts.h"
 
+#include "Platform/Host.h"
+
 #include <fmt/format.h>
 
 namespace vh {
 
 namespace {
 
-/// English stands in the catalogue; its files hold only what is true on one system alone there.
+/// English stands in the catalogue. What it says of macOS alone has a text of its own for Linux in all languages.
 std::string translated(const Texts& texts, std::string_view english, const std::string& key) {
+    if (const std::string here = key + ".linux"; !isMacOS() && texts.has(here))
+        return texts.text(here);
     return texts.has(key) ? texts.text(key) : std::string(english);
 }
 

@@ -24,7 +24,12 @@ void CommandLine::on(Verb& verb, Action action) {
     verb.action = std::move(action);
 }
 
+void CommandLine::asks(Verb& verb) {
+    verb.option("--yes", &agreed_, text("cli.yes")).shortly('y');
+}
+
 void CommandLine::onChange(Verb& verb, Action action) {
+    asks(verb);
     on(verb, [action = std::move(action)](Context& context) {
         const Folders& folders = context.session.folders();
         if (!folders.homeIsAnothers)
@@ -67,7 +72,7 @@ Exit CommandLine::run(int argc, const char* const* argv) {
 
 Exit CommandLine::perform(const Verb& verb) {
     try {
-        Context context{session_, cancelOnInterrupt(), json_ ? Format::json : Format::people};
+        Context context{session_, cancelOnInterrupt(), json_ ? Format::json : Format::people, agreed_};
         const Exit exit = verb.action(context);
         flush();
         return exit;

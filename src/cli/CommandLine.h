@@ -23,6 +23,7 @@ struct Context {
     app::Session& session;
     CancelToken cancel;
     Format format = Format::people;
+    bool agreed = false; ///< --yes
 };
 
 /// Collects what the words of the command line ask for.
@@ -37,7 +38,9 @@ public:
 
     /// Makes `verb` (or a noun without verbs) run `action`, and gives it the --json flag.
     void on(Verb& verb, Action action);
-    /// The same for what changes files. It refuses to in another user's home.
+    /// Gives what may ask before it replaces a file the flag that answers.
+    void asks(Verb& verb);
+    /// Both for what changes files. It refuses to in another user's home.
     void onChange(Verb& verb, Action action);
 
     /// Reads the words and runs what they ask for.
@@ -48,6 +51,7 @@ private:
 
     app::Session& session_;
     bool json_ = false;
+    bool agreed_ = false;
 };
 
 /// A path from the command line, absolute and without a slash at its end.

@@ -8,9 +8,9 @@
 
 namespace vh::cli {
 
-std::optional<Exit> unlessAgreed(Context& context, bool yes, const std::string& question,
+std::optional<Exit> unlessAgreed(Context& context, const std::string& question,
                                  const std::function<void()>& show) {
-    if (yes)
+    if (context.agreed)
         return std::nullopt;
     const Texts& texts = context.session.texts();
     if (context.format == Format::json || !isTerminal(StandardStream::input)) {
@@ -25,10 +25,12 @@ std::optional<Exit> unlessAgreed(Context& context, bool yes, const std::string& 
     return Exit::cancelled;
 }
 
-std::optional<Exit> unlessReplaceable(Context& context, bool yes, const std::string& file) {
+std::optional<Exit> unlessReplaceable(Context& context, const std::string& file) {
     const auto status = statusOf(file);
     const bool isLost = status && (status->type == FileType::file || status->type == FileType::link);
-    return unlessAgreed(context, yes || !isLost,
+    if (!isLost)
+        return std::nullopt;
+    return unlessAgreed(context,
                         context.session.texts().text("cli.ask-replace", {{"path", printable(file)}}));
 }
 

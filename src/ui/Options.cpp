@@ -61,7 +61,7 @@ Options Options::of(const QStringList& arguments) {
 
     if (parser.isSet(QStringLiteral("help"))) {
         options.act = Act::printHelp;
-        options.text = QString::fromLatin1(help);
+        options.text = QString::fromUtf8(help);
     } else if (parser.isSet(QStringLiteral("version"))) {
         options.act = Act::printVersion;
     } else if (pictured) {

@@ -158,7 +158,7 @@ TEST(Schedule, NumbersOutOfRangeAreFaultsAndDoNoHarm) {
 TEST(Schedule, SaysWhen) {
     const std::tuple<Schedule, const char*, const char*> said[] = {
         {HourlySchedule{1}, "Every hour", "Toutes les heures"},
-        {HourlySchedule{6}, "6 hours", "Toutes les 6 heures"},
+        {HourlySchedule{6}, "Every 6 hours", "Toutes les 6 heures"},
         {WeeklySchedule{2, 9, 0}, "Mondays at 09:00", "Le lundi à 09:00"},
         {WeeklySchedule{99, 9, 5}, "Saturdays at 09:05", "Le samedi à 09:05"},
         {DailySchedule{21, 30}, "Every day at 21:30", "Chaque jour à 21:30"},

@@ -1,7 +1,10 @@
 #include "Core/Texts.h"
 #include "Core/ToolTexts.h"
 
+#include "Platform/Host.h"
+
 #include <gtest/gtest.h>
+#include <regex>
 
 namespace vh {
 namespace {
@@ -36,6 +39,27 @@ TEST(Texts, ToolsSpeakEveryLanguage) {
     EXPECT_EQ(sectionTitle(Texts(fr), ToolSection::rescue), "Secours");
     EXPECT_EQ(sectionSubtitle(Texts(en), ToolSection::disks), subtitle(ToolSection::disks));
     EXPECT_EQ(complexityLabel(Texts(es), ToolComplexity::veryHigh), "Muy alta");
+}
+
+TEST(Texts, ToolsSpeakOfThisSystem) {
+    if (isMacOS())
+        GTEST_SKIP() << "there they do";
+    const auto expectNone = [](const std::string& text) {
+        static const std::regex other(
+            "\\bMacs?\\b|macOS|Apple|IOKit|Safari|Time Machine|Spotlight|Launch (Services|Agent)|"
+            "LaunchAgents|Finder|FSEvents|APFS|Keychain|plist|TCC|Keynote|Full Disk Access|"
+            "Application Support|DMG");
+        EXPECT_FALSE(std::regex_search(text, other)) << text;
+    };
+    for (const Language language : allLanguages) {
+        const Texts texts(language);
+        for (const ToolDescriptor& tool : ToolCatalog::all()) {
+            expectNone(toolName(texts, tool.id));
+            expectNone(toolSummary(texts, tool.id));
+        }
+        for (const ToolSection section : allCases<ToolSection>())
+            expectNone(sectionTitle(texts, section) + sectionSubtitle(texts, section));
+    }
 }
 
 TEST(Language, IsFoundInTagsAndSettings) {

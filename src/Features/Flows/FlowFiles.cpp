@@ -20,30 +20,37 @@ std::optional<Uuid> idOfName(std::string_view name, std::string_view suffix) {
 
 bool FlowFolder::refresh() {
     std::map<Uuid, Known> now;
+    std::set<std::string> misnamed;
     bool isUnreadable = false;
     try {
-        now = look();
+        now = look(misnamed);
     } catch (const SystemError&) {
         isUnreadable = true;
     }
-    const bool isSame =
-        isUnreadable == isUnreadable_ && std::ranges::equal(now, known_, [](const auto& a, const auto& b) {
-            return a.first == b.first && a.second.stamp == b.second.stamp;
-        });
+    const bool isSame = isUnreadable == isUnreadable_ && misnamed == misnamed_ &&
+                        std::ranges::equal(now, known_, [](const auto& a, const auto& b) {
+                            return a.first == b.first && a.second.stamp == b.second.stamp;
+                        });
     isUnreadable_ = isUnreadable;
     known_ = std::move(now);
+    misnamed_ = std::move(misnamed);
     return !isSame;
 }
 
-std::map<Uuid, FlowFolder::Known> FlowFolder::look() const {
+std::map<Uuid, FlowFolder::Known> FlowFolder::look(std::set<std::string>& misnamed) const {
     std::map<Uuid, Known> now;
     if (!statusOf(path_))
         return now;
     FolderReader reader(path_);
     while (const auto entry = reader.next()) {
         const auto id = idOfName(entry->name, ".json");
-        if (!id || entry->type != FileType::file)
+        if (entry->type != FileType::file)
             continue;
+        if (!id) {
+            if (entry->name.ends_with(".json") && !entry->name.ends_with(".runs.json"))
+                misnamed.emplace(entry->name);
+            continue;
+        }
         const auto stamp = stampOf(fileOf(*id));
         if (!stamp)
             continue; // gone by now
@@ -84,6 +91,8 @@ std::vector<std::string> FlowFolder::damaged() const {
     for (const auto& [id, known] : known_)
         if (!known.flow)
             files.push_back(fileOf(id));
+    for (const std::string& name : misnamed_)
+        files.push_back(path_ + "/" + name);
     return files;
 }
 

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,7 +23,7 @@ public:
     bool refresh();
     /// By identifier.
     std::vector<CompanyFlow> flows() const;
-    /// What cannot be read, the folder itself if need be.
+    /// What cannot be read, the folder itself if need be; files under a name that no flow has are taken for that too.
     std::vector<std::string> damaged() const;
     bool contains(const Uuid& id) const;
 
@@ -36,12 +37,13 @@ private:
         std::shared_ptr<const CompanyFlow> flow; ///< nothing: damaged
     };
     std::shared_ptr<const CompanyFlow> read(const std::string& file, const Uuid& id) const;
-    std::map<Uuid, Known> look() const;
+    std::map<Uuid, Known> look(std::set<std::string>& misnamed) const;
 
     const std::string path_;
     const bool isCompany_;
     bool isUnreadable_ = false;
     std::map<Uuid, Known> known_;
+    std::set<std::string> misnamed_;
 };
 
 /// The identifier in a name "<uuid><suffix>" as this program writes it; nothing for any other name.

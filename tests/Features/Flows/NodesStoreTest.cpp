@@ -41,13 +41,14 @@ TEST_F(NodesStoreTest, IsSharedAndLeavesAloneWhatItCannotRead) {
     const Flow second = one.save(Flow::blank("b", {}));
     const std::string damaged = home_ / ("flows/" + Uuid::random().text() + ".json");
     writeFileAtomically(damaged, "{");
-    writeFileAtomically(home_ / "flows/notes.json", "{}");
+    const std::string misnamed = home_ / "flows/notes.json";
+    writeFileAtomically(misnamed, "{}");
     writeFileAtomically(home_ / ("flows/" + first.id.text() + ".json.varnholt-partial"), "{");
     two.load();
     two.load();
     EXPECT_EQ(told, 1);
     EXPECT_THAT(two.flows(), ElementsAre(second, first));
-    EXPECT_THAT(two.damaged(), ElementsAre(damaged));
+    EXPECT_THAT(two.damaged(), ElementsAre(damaged, misnamed));
     EXPECT_EQ(two.freeName([](int number) { return number == 1 ? "a" : "c"; }), "c");
 
     const auto copy = two.duplicate(first.id, "copy");

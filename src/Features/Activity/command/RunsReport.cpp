@@ -19,7 +19,6 @@ struct ReportOptions {
     std::string word;
     std::string format = "pdf";
     std::string output;
-    bool yes = false;
 };
 
 Exit writeReport(Context& context, const ReportOptions& options) {
@@ -32,7 +31,7 @@ Exit writeReport(Context& context, const ReportOptions& options) {
                                                  texts, LocalCalendar());
     const std::string file =
         std::filesystem::absolute(options.output.empty() ? report.name : options.output).native();
-    if (const auto exit = unlessReplaceable(context, options.yes, file))
+    if (const auto exit = unlessReplaceable(context, file))
         return *exit;
     writeFileAtomically(file, report.bytes, reportMode);
     complain(texts.text("cli.runs.reported", {{"path", printable(file)}}));
@@ -47,7 +46,7 @@ void describeRunsReport(Verb& noun, CommandLine& line) {
     report.argument("ID", &options->word, line.text("cli.runs.id")).required();
     report.option("--format", &options->format, line.text("cli.runs.report-format")).oneOf({"pdf", "csv"});
     report.option("--output", &options->output, line.text("cli.runs.output")).shortly('o').valueName("FILE");
-    report.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
+    line.asks(report);
     line.on(report, [options](Context& context) { return writeReport(context, *options); });
 }
 

@@ -71,18 +71,15 @@ constexpr unsigned exportMode = 0644;
 struct ExportOptions {
     RunFilterOptions filter;
     std::string output;
-    bool yes = false;
 };
 
 struct MoveOptions {
     std::string folder;
-    bool yes = false;
 };
 
 struct PruneOptions {
     std::string before;
     std::string keep;
-    bool yes = false;
 };
 
 Exit undo(Context& context, const std::string& word) {
@@ -117,7 +114,7 @@ Exit exportRuns(Context& context, const ExportOptions& options) {
         return Exit::done;
     }
     const std::string file = std::filesystem::absolute(options.output).native();
-    if (const auto exit = unlessReplaceable(context, options.yes, file))
+    if (const auto exit = unlessReplaceable(context, file))
         return *exit;
     writeFileAtomically(file, csv, exportMode);
     complain(texts.text("cli.runs.exported", {{"count", runs.size()}, {"path", printable(options.output)}}));
@@ -142,10 +139,9 @@ Exit prune(Context& context, const PruneOptions& options) {
     const auto before = pruneDate(context, options, keepRunsKey);
     const size_t kept = before ? log.since(*before).size() : log.all().size();
     const size_t count = log.all().size() - kept;
-    const bool removesNone = count == 0;
-    if (const auto exit = unlessAgreed(context, options.yes || removesNone,
-                                       texts.text("cli.runs.ask-prune", {{"count", count}})))
-        return *exit;
+    if (count > 0)
+        if (const auto exit = unlessAgreed(context, texts.text("cli.runs.ask-prune", {{"count", count}})))
+            return *exit;
     log.prune(before, pruneDate(context, options, keepFilesKey));
     if (context.format == Format::json)
         printJson(PruneReply{static_cast<int64_t>(count)});
@@ -169,7 +165,7 @@ Exit moveDatabase(Context& context, const MoveOptions& options) {
     RunLog& log = context.session.runLog();
     const auto folder = std::filesystem::absolute(options.folder).lexically_normal().native();
     if (log.wouldReplace(folder))
-        if (const auto exit = unlessReplaceable(context, options.yes, folder + "/runs.jsonl"))
+        if (const auto exit = unlessReplaceable(context, folder + "/runs.jsonl"))
             return *exit;
     log.relocate(folder);
     return showLocation(context);
@@ -189,7 +185,7 @@ void describeRunsUpkeep(Verb& noun, CommandLine& line) {
     exportVerb.option("--output", &exportOptions->output, line.text("cli.runs.output"))
         .shortly('o')
         .valueName("FILE");
-    exportVerb.option("--yes", &exportOptions->yes, line.text("cli.yes")).shortly('y');
+    line.asks(exportVerb);
     line.on(exportVerb, [exportOptions](Context& context) { return exportRuns(context, *exportOptions); });
 
     auto pruneOptions = std::make_shared<PruneOptions>();
@@ -199,7 +195,6 @@ void describeRunsUpkeep(Verb& noun, CommandLine& line) {
     pruneVerb.option("--keep", &pruneOptions->keep, line.text("cli.runs.keep"))
         .oneOf({"days30", "days90", "months6", "year", "always"})
         .notWith(before);
-    pruneVerb.option("--yes", &pruneOptions->yes, line.text("cli.yes")).shortly('y');
     line.onChange(pruneVerb, [pruneOptions](Context& context) { return prune(context, *pruneOptions); });
 
     line.on(noun.verb("location", line.text("cli.runs.location")), showLocation);
@@ -207,7 +202,6 @@ void describeRunsUpkeep(Verb& noun, CommandLine& line) {
     auto moveOptions = std::make_shared<MoveOptions>();
     Verb& move = noun.verb("move", line.text("cli.runs.move"));
     move.argument("FOLDER", &moveOptions->folder, line.text("cli.runs.folder")).required();
-    move.option("--yes", &moveOptions->yes, line.text("cli.yes")).shortly('y');
     line.onChange(move, [moveOptions](Context& context) { return moveDatabase(context, *moveOptions); });
 }
 

@@ -14,7 +14,6 @@ using namespace flows;
 struct FileOptions {
     std::string word;
     std::string file;
-    bool yes = false;
 };
 
 void printSaved(const Context& context, const Flow& flow) {
@@ -45,7 +44,7 @@ Exit exportFlow(Context& context, const FileOptions& options) {
     if (statusOf(options.file)) {
         const auto question =
             context.session.texts().text("cli.ask-replace", {{"path", printable(options.file)}});
-        if (const auto refused = unlessAgreed(context, options.yes, question))
+        if (const auto refused = unlessAgreed(context, question))
             return *refused;
     }
     writeFileAtomically(options.file, encodeJson(*flow, JsonStyle::pretty) + "\n", 0644);
@@ -73,7 +72,7 @@ Exit deleteFlow(Context& context, const FileOptions& options) {
         return Exit::failed;
     const auto question =
         context.session.texts().text("cli.flow.ask-delete", {{"name", printable(flow->name)}});
-    if (const auto refused = unlessAgreed(context, options.yes, question))
+    if (const auto refused = unlessAgreed(context, question))
         return *refused;
     if (shelf.store.isCompany(flow->id))
         shelf.store.removeCompany(flow->id);
@@ -100,7 +99,6 @@ void describeFlowFiles(Verb& noun, CommandLine& line) {
     Verb& out = verb("export", line.text("cli.flow.export"));
     takeFlow(out);
     out.argument("FILE", &options->file, line.text("cli.flow.output"));
-    out.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(out, [options](Context& context) { return exportFlow(context, *options); });
 
     Verb& duplicate = verb("duplicate", line.text("cli.flow.duplicate"));
@@ -109,7 +107,6 @@ void describeFlowFiles(Verb& noun, CommandLine& line) {
 
     Verb& remove = verb("delete", line.text("cli.flow.delete"));
     takeFlow(remove);
-    remove.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(remove, [options](Context& context) { return deleteFlow(context, *options); });
 }
 

@@ -75,14 +75,14 @@ Exit showStatus(Context& context) {
 }
 
 /// Nobody is asked for what is not there.
-Exit unregister(Context& context, bool yes) {
+Exit unregister(Context& context) {
     const Status status = context.session.helper().refreshStatus();
     if (status == Status::notRegistered || status == Status::notFound) {
         showStatus(context);
         return Exit::done;
     }
     const std::string question = context.session.texts().text("cli.helper.ask-remove");
-    if (const auto refusal = unlessAgreed(context, yes, question))
+    if (const auto refusal = unlessAgreed(context, question))
         return *refusal;
     context.session.helper().unregisterHelper();
     showStatus(context);
@@ -109,10 +109,7 @@ void describeHelper(Verb& noun, CommandLine& line) {
         context.session.helper().registerHelper();
         return showStatus(context);
     });
-    auto yes = std::make_shared<bool>(false);
-    Verb& removal = noun.verb("unregister", line.text("cli.helper.unregister"));
-    removal.option("--yes", yes.get(), line.text("cli.yes")).shortly('y');
-    line.onChange(removal, [yes](Context& context) { return unregister(context, *yes); });
+    line.onChange(noun.verb("unregister", line.text("cli.helper.unregister")), unregister);
     line.onChange(noun.verb("repair", line.text("cli.helper.repair")), [](Context& context) {
         context.session.helper().repair();
         return showStatus(context);

@@ -42,11 +42,6 @@ struct NextOptions {
     int count = 1;
 };
 
-struct RemoveOptions {
-    std::string word;
-    bool yes = false;
-};
-
 ScheduleStore storeOfUser() {
     return ScheduleStore(ScheduleStore::fileOfUser());
 }
@@ -154,14 +149,14 @@ Exit setEnabled(Context& context, const std::string& word, bool value) {
     });
 }
 
-Exit remove(Context& context, const RemoveOptions& options) {
+Exit remove(Context& context, const std::string& word) {
     ScheduleStore store = storeOfUser();
     const Texts& texts = context.session.texts();
-    const auto task = findTask(context, store, options.word);
+    const auto task = findTask(context, store, word);
     if (!task)
         return Exit::failed;
     const auto question = texts.text("cli.schedule.ask-remove", {{"title", printable(task->title)}});
-    if (const auto exit = unlessAgreed(context, options.yes, question))
+    if (const auto exit = unlessAgreed(context, question))
         return *exit;
     store.remove(task->id);
     failUnlessWritten(store);
@@ -263,10 +258,9 @@ void describeUpkeep(Verb& noun, CommandLine& line) {
     editVerb.option("--run-if-missed", &editing->runIfMissed, line.text("cli.schedule.run-if-missed"));
     line.onChange(editVerb, [editing](Context& context) { return edit(context, *editing); });
 
-    auto removing = std::make_shared<RemoveOptions>();
-    Verb& removeVerb = taskVerb(noun, line, "remove", "cli.schedule.remove", removing->word);
-    removeVerb.option("--yes", &removing->yes, line.text("cli.yes")).shortly('y');
-    line.onChange(removeVerb, [removing](Context& context) { return remove(context, *removing); });
+    auto removed = std::make_shared<std::string>();
+    Verb& removeVerb = taskVerb(noun, line, "remove", "cli.schedule.remove", *removed);
+    line.onChange(removeVerb, [removed](Context& context) { return remove(context, *removed); });
 }
 
 } // namespace

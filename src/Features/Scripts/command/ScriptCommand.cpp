@@ -20,7 +20,6 @@ using automation::ScriptLibrary;
 struct ScriptOptions {
     std::string name;
     std::string file;
-    bool yes = false;
 };
 
 ScriptLibrary library() {
@@ -63,7 +62,7 @@ Exit addScript(Context& context, const ScriptOptions& options) {
     ScriptLibrary scripts = library();
     if (scripts.script(options.name)) {
         const auto question = texts.text("cli.ask-replace", {{"path", printable(options.name)}});
-        if (const auto refused = unlessAgreed(context, options.yes, question))
+        if (const auto refused = unlessAgreed(context, question))
             return *refused;
     }
     scripts.save(options.name, options.file == "-" ? readInput() : readFile(options.file));
@@ -81,7 +80,7 @@ Exit removeScript(Context& context, const ScriptOptions& options) {
         return noScript(context, options.name);
     const auto question =
         context.session.texts().text("cli.script.ask-remove", {{"name", printable(options.name)}});
-    if (const auto refused = unlessAgreed(context, options.yes, question))
+    if (const auto refused = unlessAgreed(context, question))
         return *refused;
     scripts.remove(options.name);
     return Exit::done;
@@ -111,11 +110,9 @@ void describeScript(Verb& noun, CommandLine& line) {
     };
     Verb& add = verb("add", line.text("cli.script.add"));
     add.argument("FILE|-", &options->file, line.text("cli.script.file")).required();
-    add.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(add, [options](Context& context) { return addScript(context, *options); });
 
     Verb& remove = verb("remove", line.text("cli.script.remove"));
-    remove.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(remove, [options](Context& context) { return removeScript(context, *options); });
 
     line.on(verb("show", line.text("cli.script.show")),

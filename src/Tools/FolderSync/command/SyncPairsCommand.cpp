@@ -26,11 +26,6 @@ struct AddWords {
     bool watch = false;
 };
 
-struct RemoveWords {
-    std::string word;
-    bool yes = false;
-};
-
 std::string optionsOf(const SyncPair& pair, const Texts& texts) {
     std::vector<std::string> options;
     const auto add = [&](bool isSet, const char* key) {
@@ -112,13 +107,13 @@ Exit addPair(Context& context, const AddWords& words) {
     return Exit::done;
 }
 
-Exit removePair(Context& context, const RemoveWords& words) {
+Exit removePair(Context& context, const std::string& word) {
     const Texts& texts = context.session.texts();
-    const auto pair = findPair(context, words.word);
+    const auto pair = findPair(context, word);
     if (!pair)
         return Exit::failed;
     const std::vector<TextArgument> name{{"name", printable(pair->title())}};
-    if (const auto exit = unlessAgreed(context, words.yes, texts.text("cli.sync.ask-remove", name)))
+    if (const auto exit = unlessAgreed(context, texts.text("cli.sync.ask-remove", name)))
         return *exit;
     pairStore(context).change([&](std::vector<SyncPair>& pairs) {
         std::erase_if(pairs, [&](const SyncPair& each) { return each.id == pair->id; });
@@ -142,10 +137,9 @@ void describeSyncPairs(Verb& noun, CommandLine& line) {
     add.option("--watch", &adding->watch, line.text("cli.sync.watches"));
     line.onChange(add, [adding](Context& context) { return addPair(context, *adding); });
 
-    const auto removing = std::make_shared<RemoveWords>();
+    const auto removing = std::make_shared<std::string>();
     Verb& remove = noun.verb("remove", line.text("cli.sync.remove"));
-    remove.argument("PAIR", &removing->word, line.text("cli.sync.pair")).required();
-    remove.option("--yes", &removing->yes, line.text("cli.yes")).shortly('y');
+    remove.argument("PAIR", removing.get(), line.text("cli.sync.pair")).required();
     line.onChange(remove, [removing](Context& context) { return removePair(context, *removing); });
 }
 

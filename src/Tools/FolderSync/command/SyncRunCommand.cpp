@@ -27,7 +27,6 @@ using automation::SyncJobResult;
 struct RunWords {
     std::string pair;
     FolderWords folders;
-    bool yes = false;
 };
 
 /// The stored pair, or the two folders, that are meant. Complains when there is none.
@@ -126,7 +125,7 @@ std::optional<Exit> unlessAgreed(Context& context, const RunWords& words, const 
     if (deletes == 0)
         return std::nullopt;
     const Texts& texts = context.session.texts();
-    return unlessAgreed(context, words.yes, texts.text("cli.sync.ask-trash", {{"count", deletes}}), [&] {
+    return unlessAgreed(context, texts.text("cli.sync.ask-trash", {{"count", deletes}}), [&] {
         const ActionLines lines(texts);
         for (size_t shown = 0; const SyncAction& each : plan.actions)
             if (each.kind == SyncAction::Kind::remove && shown++ < mostShown)
@@ -236,7 +235,6 @@ void describeSyncRuns(Verb& noun, CommandLine& line) {
     line.on(verb("plan", line.text("cli.sync.plan")),
             [words](Context& context) { return showPlan(context, *words); });
     Verb& apply = verb("apply", line.text("cli.sync.apply"));
-    apply.option("--yes", &words->yes, line.text("cli.yes")).shortly('y');
     line.onChange(apply, [words](Context& context) { return applyPlan(context, *words); });
 }
 

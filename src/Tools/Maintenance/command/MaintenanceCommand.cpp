@@ -62,13 +62,11 @@ struct MaintenanceOptions {
     std::vector<std::string> tasks;
 };
 
-/// The raw values of all that are given, for people who typed something else.
-template <class Cases>
-std::string choices(const Cases& cases) {
-    std::string names;
-    for (const auto each : cases)
-        names += (names.empty() ? "" : "|") + std::string(rawValue(each));
-    return names;
+std::string namesOf(std::span<const MaintenanceTask> tasks) {
+    std::vector<std::string_view> names;
+    for (const MaintenanceTask each : tasks)
+        names.push_back(rawValue(each));
+    return fmt::format("{}", fmt::join(names, ", "));
 }
 
 TaskReply replyOf(MaintenanceTask task, MaintenanceSystem system, const helper::MaintenanceFacts& facts,
@@ -97,14 +95,8 @@ std::string needsOf(const TaskReply& task, const Texts& texts) {
 
 Exit listTasks(Context& context, const MaintenanceOptions& options) {
     const Texts& texts = context.session.texts();
-    MaintenanceSystem system = helper::thisSystem();
-    if (!options.system.empty()) {
-        const auto named = fromRaw<MaintenanceSystem>(options.system);
-        if (!named)
-            throw UsageError(
-                fmt::format("{}: {}", printable(options.system), choices(allCases<MaintenanceSystem>())));
-        system = *named;
-    }
+    const MaintenanceSystem system =
+        options.system.empty() ? helper::thisSystem() : *fromRaw<MaintenanceSystem>(options.system);
     const helper::MaintenanceFacts facts = helper::factsOfThisMachine();
     std::vector<TaskReply> tasks;
     for (const MaintenanceTask task : helper::listedTasks())
@@ -123,13 +115,14 @@ Exit listTasks(Context& context, const MaintenanceOptions& options) {
     return Exit::done;
 }
 
-std::vector<MaintenanceTask> tasksNamed(const std::vector<std::string>& words) {
+std::vector<MaintenanceTask> tasksNamed(const std::vector<std::string>& words, const Texts& texts) {
     const auto listed = helper::listedTasks();
     std::vector<MaintenanceTask> tasks;
     for (const std::string& word : words) {
         const auto task = fromRaw<MaintenanceTask>(word);
         if (!task || std::ranges::find(listed, *task) == listed.end())
-            throw UsageError(fmt::format("{}: {}", printable(word), choices(listed)));
+            throw UsageError(texts.text("cli.maintenance.no-task",
+                                        {{"word", printable(word)}, {"tasks", namesOf(listed)}}));
         tasks.push_back(*task);
     }
     return tasks;
@@ -173,7 +166,7 @@ TaskRunReply runOne(Context& context, const MaintenanceWork& work, MaintenanceTa
 }
 
 Exit runTasks(Context& context, const MaintenanceOptions& options) {
-    const auto tasks = tasksNamed(options.tasks);
+    const auto tasks = tasksNamed(options.tasks, context.session.texts());
     const MaintenanceWork work(&context.session.helper());
     if (!canAllRun(context, work, tasks))
         return Exit::failed;
@@ -198,7 +191,7 @@ Exit runTasks(Context& context, const MaintenanceOptions& options) {
 void describeMaintenance(Verb& noun, CommandLine& line) {
     const auto options = std::make_shared<MaintenanceOptions>();
     Verb& list = noun.verb("list", line.text("cli.maintenance.list"));
-    list.option("--system", &options->system, line.text("cli.maintenance.system")).valueName("macos|linux");
+    list.option("--system", &options->system, line.text("cli.maintenance.system")).oneOf({"macos", "linux"});
     line.on(list, [options](Context& context) { return listTasks(context, *options); });
 
     Verb& run = noun.verb("run", line.text("cli.maintenance.run"));

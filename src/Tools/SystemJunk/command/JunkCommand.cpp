@@ -47,7 +47,6 @@ namespace {
 struct CleanOptions {
     JunkWords words;
     bool permanent = false;
-    bool yes = false;
 };
 
 std::shared_ptr<SuiteModule> junkModule(Context& context) {
@@ -98,7 +97,7 @@ std::optional<Exit> unlessAgreed(Context& context, const CleanOptions& options,
     const auto question =
         texts.text(options.permanent ? "cli.junk.ask-permanent" : "cli.junk.ask-trash",
                    {{"count", items.size()}, {"size", sizeText(bytesOf(items), texts.language())}});
-    return unlessAgreed(context, options.yes, question, [&] { printItems(items, texts); });
+    return unlessAgreed(context, question, [&] { printItems(items, texts); });
 }
 
 Exit printClean(const CleanJobResult& clean, Context& context) {
@@ -171,7 +170,6 @@ void describeJunk(Verb& noun, CommandLine& line) {
         .many();
     clean.option("--path", &options->words.paths, line.text("cli.junk.path")).valueName("PATH").many();
     clean.option("--permanent", &options->permanent, line.text("cli.junk.permanent"));
-    clean.option("--yes", &options->yes, line.text("cli.yes")).shortly('y');
     line.onChange(clean, [options](Context& context) { return cleanJunk(context, *options); });
 }
 
