@@ -39,16 +39,20 @@ void CommandLine::onChange(Verb& verb, Action action) {
     });
 }
 
-Exit CommandLine::run(int argc, const char* const* argv) {
-    const std::span words(argv, static_cast<size_t>(argc));
-    const std::string_view noun = argc > 1 ? argv[1] : "";
+Verb CommandLine::program(std::optional<std::string_view> only) {
     Verb program("varnholt", text("cli.about"));
     for (const Command& command : commands()) {
-        Verb& verb = program.verb(std::string(command.noun), text(command.helpKey));
-        // The words of the other nouns are not needed, and there will be dozens of them.
-        if (command.noun == noun)
-            command.describe(verb, *this);
+        Verb& noun = program.verb(std::string(command.noun), text(command.helpKey));
+        if (!only || command.noun == only)
+            command.describe(noun, *this);
     }
+    return program;
+}
+
+Exit CommandLine::run(int argc, const char* const* argv) {
+    const std::span words(argv, static_cast<size_t>(argc));
+    // The words of other nouns are not needed, and there will be dozens of them.
+    const Verb program = this->program(argc > 1 ? argv[1] : "");
     try {
         const Asked asked = readWords(program, words.subspan(1), session_.texts());
         if (asked.version)

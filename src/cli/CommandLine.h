@@ -43,6 +43,8 @@ public:
     /// Both for what changes files. It refuses to in another user's home.
     void onChange(Verb& verb, Action action);
 
+    /// All nouns, described in full or, to be quick, but one.
+    Verb program(std::optional<std::string_view> only = {});
     /// Reads the words and runs what they ask for.
     Exit run(int argc, const char* const* argv);
 

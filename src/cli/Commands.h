@@ -6,6 +6,7 @@ namespace vh::cli {
 class CommandLine;
 class Verb;
 
+void describeCompletions(Verb& noun, CommandLine& line);
 void describeCopy(Verb& noun, CommandLine& line);
 void describeFlow(Verb& noun, CommandLine& line);
 void describeFollowUps(Verb& noun, CommandLine& line);

@@ -58,6 +58,7 @@ public:
     Option& option(std::string name, Target target, std::string help);
     /// A word without a name, by its place. Only the last may be a list.
     Option& argument(std::string name, Target target, std::string help);
+    /// Words as somebody would type them, for the help page.
     void example(std::string words) { examples_.push_back(std::move(words)); }
 
     const std::string& name() const { return name_; }

@@ -101,8 +101,7 @@ int WordReader::numberOf(const Option& option, const std::string& word) const {
 void WordReader::store(const Option& option, const std::string& word) {
     if (!option.words.empty() && std::ranges::find(option.words, word) == option.words.end())
         fail("cli.usage.none-of",
-             {{"option", option.name},
-              {"word", printable(word)},
+             {{"word", (option.isArgument() ? "" : option.name + " ") + printable(word)},
               {"words", fmt::format("{}", fmt::join(option.words, ", "))}},
              nearestWord(word, option.words));
     std::visit(

@@ -6,6 +6,7 @@ namespace vh::cli {
 
 std::span<const Command> commands() {
     static constexpr Command table[] = {
+        {"completions", "cli.completions", describeCompletions},
         {"copy", "cli.copy", describeCopy},
         {"flow", "cli.flow", describeFlow},
         {"follow-ups", "cli.follow-ups", describeFollowUps},

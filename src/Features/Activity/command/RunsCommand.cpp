@@ -135,6 +135,9 @@ void describeRuns(Verb& noun, CommandLine& line) {
 
     describeRunsReport(noun, line);
     describeRunsUpkeep(noun, line);
+    noun.example("varnholt runs list --tool system-junk --period 7");
+    noun.example("varnholt runs undo 0B5F6A0E");
+    noun.example("varnholt runs report 0B5F6A0E --format pdf -o report.pdf");
 }
 
 } // namespace vh::cli

@@ -181,6 +181,9 @@ void describeFlow(Verb& noun, CommandLine& line) {
 
     describeFlowFiles(noun, line);
     describeFlowRuns(noun, line);
+    noun.example("varnholt flow import backup.json");
+    noun.example("varnholt flow check Backup");
+    noun.example("varnholt flow run Backup --dry");
 }
 
 } // namespace vh::cli

@@ -136,6 +136,7 @@ void describeFollowUps(Verb& noun, CommandLine& line) {
     line.onChange(clear, [options](Context& context) {
         return store(context, checkedTool(options->tool, context.session.texts()), {});
     });
+    noun.example("varnholt follow-ups set system-junk --report pdf --mail ana@example.org");
 }
 
 } // namespace vh::cli

@@ -286,6 +286,9 @@ void describeSchedule(Verb& noun, CommandLine& line) {
         .valueName("N")
         .range(1, mostDates);
     line.on(nextVerb, [options](Context& context) { return next(context, *options); });
+    noun.example("varnholt schedule add --action system-junk --daily 21:30");
+    noun.example("varnholt schedule add --action optimize --weekly mon@09:00 --run-if-missed");
+    noun.example("varnholt schedule next --every-hours 12 --count 5");
 }
 
 } // namespace vh::cli

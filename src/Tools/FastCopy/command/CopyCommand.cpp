@@ -116,6 +116,8 @@ void describeCopy(Verb& noun, CommandLine& line) {
     };
     describeCopyVerify(noun, line, hasWords);
     describeDisks(noun, line, hasWords);
+    noun.example("varnholt copy Photos --to /media/one /media/two --verify");
+    noun.example("varnholt copy Photos --to /media/one --manifest sums");
 }
 
 } // namespace vh::cli

@@ -71,6 +71,7 @@ void describeHash(Verb& noun, CommandLine& line) {
     noun.option("--algorithm", &words->algorithm, line.text("cli.copy.algorithm"))
         .oneOf({"sha256", "xxhash64", "md5"});
     line.on(noun, [words](Context& context) { return hashFiles(context, *words); });
+    noun.example("varnholt hash film.mov --algorithm xxhash64");
 }
 
 } // namespace vh::cli

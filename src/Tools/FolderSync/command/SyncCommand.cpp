@@ -47,6 +47,10 @@ void describeSync(Verb& noun, CommandLine& line) {
     describeSyncPairs(noun, line);
     describeSyncRuns(noun, line);
     describeSyncWatch(noun, line);
+    noun.example("varnholt sync plan --source ~/Photos --destination /media/disk/Photos");
+    noun.example(
+        "varnholt sync add --source ~/Photos --destination /media/disk/Photos --name Photos --watch");
+    noun.example("varnholt sync apply Photos");
 }
 
 } // namespace vh::cli

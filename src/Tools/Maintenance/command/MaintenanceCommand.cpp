@@ -197,6 +197,7 @@ void describeMaintenance(Verb& noun, CommandLine& line) {
     Verb& run = noun.verb("run", line.text("cli.maintenance.run"));
     run.argument("TASK", &options->tasks, line.text("cli.maintenance.task")).required();
     line.onChange(run, [options](Context& context) { return runTasks(context, *options); });
+    noun.example("varnholt maintenance run clear-font-caches reset-quicklook");
 }
 
 } // namespace vh::cli

@@ -171,6 +171,8 @@ void describeJunk(Verb& noun, CommandLine& line) {
     clean.option("--path", &options->words.paths, line.text("cli.junk.path")).valueName("PATH").many();
     clean.option("--permanent", &options->permanent, line.text("cli.junk.permanent"));
     line.onChange(clean, [options](Context& context) { return cleanJunk(context, *options); });
+    noun.example("varnholt junk scan");
+    noun.example("varnholt junk clean --category Caches Logs");
 }
 
 } // namespace vh::cli
