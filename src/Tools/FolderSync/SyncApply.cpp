@@ -58,6 +58,7 @@ SyncApply::SyncApply(const std::string& source, const std::string& destination,
 SyncResult SyncApply::run(const SyncPlan& plan) {
     result_ = {};
     result_.errors = plan.unreadable;
+    result_.leftOut = plan.leftOut;
     plan_ = &plan;
     folders_.insert(plan.folders.begin(), plan.folders.end());
     const auto total = static_cast<int64_t>(plan.actions.size());

@@ -45,6 +45,8 @@ public:
         std::ranges::move(removals_, std::back_inserter(plan_.actions));
         for (const SyncIndex::Unreadable& each : source_.unreadable())
             plan_.unreadable.push_back(each.relative + ": " + each.reason);
+        if (source_.leftOut() != SyncLeftOut())
+            plan_.leftOut = source_.leftOut();
         return std::move(plan_);
     }
 

@@ -34,7 +34,7 @@ bool isTopOfVolume(const std::string& folder) {
 class Walk {
 public:
     Walk(SyncIndex& index, const std::string& root, const CancelToken& cancel)
-        : index_(index), cancel_(cancel), isVolume_(isTopOfVolume(root)) {}
+        : index_(index), cancel_(cancel), isVolume_(isTopOfVolume(root)), root_(root) {}
 
     /// Throws SystemError when `folder` cannot be listed.
     void walk(FolderReader& folder) {
@@ -43,7 +43,9 @@ public:
         std::exception_ptr failure; // what was listed until then is there nevertheless
         try {
             while (const auto entry = folder.next())
-                if (entry->type != FileType::socket && entry->type != FileType::other)
+                if (entry->type == FileType::socket || entry->type == FileType::other)
+                    leaveOut(*entry);
+                else
                     names.emplace_back(entry->name);
         } catch (const SystemError&) {
             failure = std::current_exception();
@@ -61,7 +63,18 @@ public:
             std::rethrow_exception(failure);
     }
 
+    const SyncLeftOut& leftOut() const { return leftOut_; }
+
 private:
+    void leaveOut(const FolderReader::Entry& entry) {
+        namespace fs = std::filesystem;
+        std::error_code error;
+        const bool isPipe =
+            entry.type == FileType::other &&
+            fs::symlink_status(fs::path(root_) / path_ / entry.name, error).type() == fs::file_type::fifo;
+        ++(entry.type == FileType::socket ? leftOut_.sockets : isPipe ? leftOut_.pipes : leftOut_.devices);
+    }
+
     template <class Work>
     void guarded(Work work) {
         try {
@@ -91,6 +104,8 @@ private:
     SyncIndex& index_;
     const CancelToken& cancel_;
     const bool isVolume_;
+    const std::string& root_;
+    SyncLeftOut leftOut_;
     std::string path_; ///< of what is being visited
 };
 
@@ -162,7 +177,9 @@ std::string_view SyncIndex::keep(std::string_view text) {
 SyncIndex indexOf(const std::string& root, const CancelToken& cancel) {
     SyncIndex index;
     FolderReader top(root);
-    Walk(index, root, cancel).walk(top);
+    Walk walk(index, root, cancel);
+    walk.walk(top);
+    index.setLeftOut(walk.leftOut());
     return index;
 }
 

@@ -36,10 +36,12 @@ public:
         std::string reason;
     };
     const std::vector<Unreadable>& unreadable() const { return unreadable_; }
+    const SyncLeftOut& leftOut() const { return leftOut_; }
 
     /// For who walks a tree: items come in order. The texts are copied.
     void add(Item item);
     void addUnreadable(std::string relative, std::string reason);
+    void setLeftOut(const SyncLeftOut& leftOut) { leftOut_ = leftOut; }
 
     static bool comesBefore(std::string_view one, std::string_view other);
 
@@ -48,6 +50,7 @@ private:
 
     std::vector<Item> items_;
     std::vector<Unreadable> unreadable_;
+    SyncLeftOut leftOut_;
     std::vector<std::unique_ptr<char[]>> blocks_; ///< of the texts
     size_t used_ = 0;
     size_t room_ = 0;
@@ -56,7 +59,7 @@ private:
 /// Whether `path` lies below `folder`; both relative.
 bool liesBelow(std::string_view path, std::string_view folder);
 
-/// Walks a tree without following links below it. Left out are pipes, sockets and devices, and whatever ends in
+/// Walks a tree without following links below it. Left out, and counted, are pipes, sockets and devices; and whatever ends in
 /// ".DS_Store", and a volume's Trash and "lost+found". Throws SystemError when `root` cannot be listed, or Cancelled.
 SyncIndex indexOf(const std::string& root, const CancelToken& cancel = {});
 

@@ -113,7 +113,9 @@ void matchCaseBlind(SyncIndex& source, SyncIndex& destination) {
     }
     for (const SyncIndex::Unreadable& each : unreadable)
         names.add(each.relative);
+    const SyncLeftOut leftOut = source.leftOut();
     source = SyncIndex(kept);
+    source.setLeftOut(leftOut);
     for (SyncIndex::Unreadable& each : unreadable)
         source.addUnreadable(std::move(each.relative), std::move(each.reason));
     std::vector<SyncEntry> theirs = destination.entries();

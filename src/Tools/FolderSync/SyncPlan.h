@@ -35,10 +35,17 @@ struct SyncAction {
     bool operator==(const SyncAction&) const = default;
 };
 
+/// What of a source is neither file, folder nor link: no sync copies it.
+struct SyncLeftOut {
+    int64_t pipes = 0, sockets = 0, devices = 0;
+    bool operator==(const SyncLeftOut&) const = default;
+};
+
 /// What has to happen so that a destination becomes like its source.
 struct SyncPlan {
     std::vector<SyncAction> actions; ///< in the order in which they are carried out
     int64_t unchanged = 0;
+    std::optional<SyncLeftOut> leftOut; ///< nothing when there is none
     /// What of the source could not be read, "path: reason" each. Nothing of it is deleted in the destination, and no
     /// run of this plan is without errors. Not stored.
     std::vector<std::string> unreadable;
@@ -76,6 +83,7 @@ struct SyncResult {
     int64_t copied = 0, updated = 0, deleted = 0;
     std::vector<std::string> errors; ///< "path: reason" each
     bool stopped = false;
+    std::optional<SyncLeftOut> leftOut; ///< as in the plan
 };
 
 } // namespace sync
@@ -101,15 +109,22 @@ inline constexpr auto describe<sync::SyncAction> = record(field("kind", &sync::S
                                                           field("bytes", &sync::SyncAction::bytes));
 
 template <>
+inline constexpr auto describe<sync::SyncLeftOut> = record(field("pipes", &sync::SyncLeftOut::pipes),
+                                                           field("sockets", &sync::SyncLeftOut::sockets),
+                                                           field("devices", &sync::SyncLeftOut::devices));
+
+template <>
 inline constexpr auto describe<sync::SyncPlan> = record(field("actions", &sync::SyncPlan::actions),
-                                                        field("unchanged", &sync::SyncPlan::unchanged));
+                                                        field("unchanged", &sync::SyncPlan::unchanged),
+                                                        field("leftOut", &sync::SyncPlan::leftOut));
 
 template <>
 inline constexpr auto describe<sync::SyncResult> = record(field("copied", &sync::SyncResult::copied),
                                                           field("updated", &sync::SyncResult::updated),
                                                           field("deleted", &sync::SyncResult::deleted),
                                                           field("errors", &sync::SyncResult::errors),
-                                                          field("stopped", &sync::SyncResult::stopped));
+                                                          field("stopped", &sync::SyncResult::stopped),
+                                                          field("leftOut", &sync::SyncResult::leftOut));
 
 inline std::string sync::SyncAction::id() const {
     return std::string(rawValue(kind)) + relativePath;

@@ -34,16 +34,34 @@ RunDetails detailsOf(const SyncResult& result, int64_t bytes) {
             {RunDetail::errors, joinList(told)}};
 }
 
+std::string leftOutText(const std::optional<SyncLeftOut>& leftOut, const Texts& texts) {
+    if (!leftOut)
+        return {};
+    std::string kinds;
+    const auto add = [&](int64_t count, const char* key) {
+        if (count > 0)
+            kinds += (kinds.empty() ? "" : ", ") + texts.text(key, {{"count", count}});
+    };
+    add(leftOut->pipes, "folder-sync.left-out.pipes");
+    add(leftOut->sockets, "folder-sync.left-out.sockets");
+    add(leftOut->devices, "folder-sync.left-out.devices");
+    return texts.text("folder-sync.left-out", {{"kinds", kinds}});
+}
+
 std::string summaryOf(const SyncResult& result, const Texts& texts) {
     const char* const key = result.stopped          ? "folder-sync.run-stopped"
                             : result.errors.empty() ? "folder-sync.run-summary"
                                                     : "folder-sync.run-failed";
-    return texts.text(key, {{"copied", result.copied},
-                            {"updated", result.updated},
-                            {"deleted", result.deleted},
-                            {"total", changesOf(result)},
-                            {"errors", result.errors.size()},
-                            {"first", result.errors.empty() ? "" : printable(result.errors.front())}});
+    std::string text =
+        texts.text(key, {{"copied", result.copied},
+                         {"updated", result.updated},
+                         {"deleted", result.deleted},
+                         {"total", changesOf(result)},
+                         {"errors", result.errors.size()},
+                         {"first", result.errors.empty() ? "" : printable(result.errors.front())}});
+    if (const std::string more = leftOutText(result.leftOut, texts); !more.empty())
+        text += " " + more;
+    return text;
 }
 
 Outcome outcomeOf(const SyncResult& result) {
@@ -65,6 +83,25 @@ std::string textOf(const SyncError& error, const Texts& texts) {
     return error.kind == SyncError::Kind::nested
                ? texts.text("folder-sync.error-nested")
                : texts.text("folder-sync.error-missing", {{"path", printable(error.path)}});
+}
+
+std::string_view textName(WatchState::Kind kind) {
+    using enum WatchState::Kind;
+    switch (kind) {
+    case notPermitted:
+        return "not-permitted";
+    case held:
+        return "held";
+    case failed:
+        return "failed";
+    case waitingForSource:
+        return "no-source";
+    case waitingForDestination:
+        return "no-destination";
+    case watching:
+        break;
+    }
+    return "watching";
 }
 
 std::string textOf(const WatchState& blocker, const SyncPair& pair, const Texts& texts) {

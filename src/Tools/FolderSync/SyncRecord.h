@@ -6,7 +6,9 @@
 #include "Tools/FolderSync/SyncPlan.h"
 #include "Tools/FolderSync/WatchState.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace vh {
 class Texts;
@@ -21,13 +23,17 @@ inline constexpr const char* toolID = "sync";
 RunDetails detailsOf(const SyncPair& pair);
 /// What it says of what came of it; so many bytes were copied.
 RunDetails detailsOf(const SyncResult& result, int64_t bytes);
-/// One sentence or two on what a sync did.
+/// "Not copied: 2 pipes, 1 socket."; empty when nothing was left out.
+std::string leftOutText(const std::optional<SyncLeftOut>& leftOut, const Texts& texts);
+/// A few sentences on what a sync did.
 std::string summaryOf(const SyncResult& result, const Texts& texts);
 Outcome outcomeOf(const SyncResult& result);
 RunMetrics metricsOf(const SyncResult& result, int64_t bytes);
 
 /// Why two folders cannot be compared.
 std::string textOf(const SyncError& error, const Texts& texts);
+/// Which of the texts of states says this one: "no-source".
+std::string_view textName(WatchState::Kind kind);
 /// What keeps a pair from being synced.
 std::string textOf(const WatchState& blocker, const SyncPair& pair, const Texts& texts);
 

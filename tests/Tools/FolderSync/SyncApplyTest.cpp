@@ -53,15 +53,20 @@ TEST_F(Sync, MakesTheDestinationTheSourceInEveryRespect) {
     write(from("file now"), "new");
     write(from(std::string(250, 'l')), "a name with no room for more");
     write(from(".DS_Store"), "stays here");
-    ::mkfifo(from("pipe").c_str(), 0600);
+    for (const auto& [name, type] :
+         {std::pair("pipe", S_IFIFO), {"inner/pipe", S_IFIFO}, {"inner/socket", S_IFSOCK}})
+        ASSERT_EQ(::mknod(from(name).c_str(), type | 0600, 0), 0);
     write(to("file now/inner/old"), "old");
     write(to("extra/deep/old"), "old");
     write(to("photo.DS_Store"), "stays too");
     const SyncResult result = run();
     EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_EQ(result.leftOut, (SyncLeftOut{.pipes = 2, .sockets = 1}));
     EXPECT_EQ(result.deleted, 2); // the folder that was in the way took one along
-    fs::remove(from("pipe"));
-    fs::remove(from(".DS_Store"));
+    const auto dated = fs::last_write_time(from("inner"));
+    for (const char* name : {"pipe", "inner/pipe", "inner/socket", ".DS_Store"})
+        fs::remove(from(name));
+    fs::last_write_time(from("inner"), dated);
     fs::remove(to("photo.DS_Store"));
     auto source = treeOf(pair.source);
     EXPECT_EQ(treeOf(pair.destination), source);

@@ -5,6 +5,7 @@
 #include "Tools/FolderSync/SyncEngine.h"
 #include "Tools/FolderSync/SyncRecord.h"
 #include "Tools/FolderSync/command/SyncCommand.h"
+#include "Tools/FolderSync/work/SyncWatchFile.h"
 #include "app/Session.h"
 #include "cli/Consent.h"
 #include "cli/Reply.h"
@@ -13,6 +14,28 @@
 #include <algorithm>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
+#include <tuple>
+
+namespace vh {
+
+namespace cli {
+
+/// A pair, and how it is where it is watched.
+struct ListedPair : sync::SyncPair {
+    std::optional<sync::WatchState> state;
+};
+
+} // namespace cli
+
+template <>
+inline constexpr auto describe<cli::ListedPair> = std::apply(
+    []<class... Values>(const Field<sync::SyncPair, Values>&... fields) {
+        return record(field<cli::ListedPair, Values>(fields.name, fields.member)...,
+                      field("state", &cli::ListedPair::state));
+    },
+    describe<sync::SyncPair>.fields);
+
+} // namespace vh
 
 namespace vh::cli {
 
@@ -38,8 +61,26 @@ std::string optionsOf(const SyncPair& pair, const Texts& texts) {
     return fmt::format("{}", fmt::join(options, ", "));
 }
 
+std::vector<ListedPair> listedPairs(Context& context) {
+    const auto states = automation::SyncWatchFile(context.session.folders()).states();
+    std::vector<ListedPair> listed;
+    for (SyncPair& pair : pairStore(context).load()) {
+        ListedPair& each = listed.emplace_back(std::move(pair));
+        if (const auto state = states.find(each.id); each.watch && state != states.end())
+            each.state = state->second;
+    }
+    return listed;
+}
+
+std::string stateText(const ListedPair& pair, const Texts& texts) {
+    if (!pair.watch)
+        return {};
+    return texts.text(
+        fmt::format("sync-page.state.{}", pair.state ? sync::textName(pair.state->kind) : "unwatched"));
+}
+
 Exit listPairs(Context& context) {
-    const auto pairs = pairStore(context).load();
+    const auto pairs = listedPairs(context);
     if (context.format == Format::json) {
         printJson(pairs);
         return Exit::done;
@@ -56,12 +97,19 @@ Exit listPairs(Context& context) {
                  {texts.text("cli.sync.column.source"), Align::left, true},
                  {texts.text("cli.sync.column.destination"), Align::left, true},
                  {texts.text("cli.sync.column.options")},
+                 {texts.text("cli.sync.column.state")},
                  {texts.text("cli.sync.column.last")}});
-    for (const SyncPair& each : pairs)
+    for (const ListedPair& each : pairs)
         table.add({each.id.text().substr(0, shownOfIdentifier), printable(each.title()),
                    printable(each.source), printable(each.destination), optionsOf(each, texts),
+                   stateText(each, texts),
                    each.lastSync ? timestamp(*each.lastSync, LocalCalendar()).substr(0, toTheMinute) : ""});
     print(table.text(outputWidth()));
+    const auto isUnwatched = [](const ListedPair& each) {
+        return each.watch && !each.state;
+    };
+    if (std::ranges::any_of(pairs, isUnwatched))
+        print(texts.text("cli.sync.unwatched") + "\n");
     return Exit::done;
 }
 

@@ -87,6 +87,11 @@ private:
     size_t widest_ = 0;
 };
 
+void printLeftOut(const SyncPlan& plan, const Texts& texts) {
+    if (const std::string text = leftOutText(plan.leftOut, texts); !text.empty())
+        print(text + "\n");
+}
+
 void printTotals(const SyncPlan& plan, const Texts& texts) {
     print(texts.text("cli.sync.totals", {{"copies", plan.copies()},
                                          {"size", sizeText(plan.bytes(), texts.language())},
@@ -94,6 +99,7 @@ void printTotals(const SyncPlan& plan, const Texts& texts) {
                                          {"deletes", plan.deletes()},
                                          {"unchanged", plan.unchanged}}) +
           "\n");
+    printLeftOut(plan, texts);
 }
 
 void complainOfUnreadable(const SyncPlan& plan) {
@@ -209,12 +215,14 @@ Exit applyPlan(Context& context, const RunWords& words) {
         return Exit::failed;
     if (plan->isEmpty()) {
         automation::SyncWatchFile(context.session.folders()).approve(pair->id);
-        if (context.format == Format::json)
-            printJson(SyncResult());
-        else
+        if (context.format == Format::json) {
+            printJson(SyncResult{.leftOut = plan->leftOut});
+        } else {
             print(context.session.texts().text("folder-sync.up-to-date-line",
                                                {{"name", printable(pair->title())}}) +
                   "\n");
+            printLeftOut(*plan, context.session.texts());
+        }
         return Exit::done;
     }
     if (const auto exit = unlessAgreed(context, words, *plan))

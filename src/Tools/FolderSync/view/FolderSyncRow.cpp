@@ -1,6 +1,7 @@
 #include "Tools/FolderSync/view/FolderSyncRow.h"
 
 #include "Core/Printable.h"
+#include "Tools/FolderSync/SyncRecord.h"
 #include "Tools/FolderSync/work/SyncJob.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -24,33 +25,33 @@ QString lastNames(const QString& path, int count) {
 
 struct Words {
     const char* outcome;
-    const char* name; ///< of its texts
     const char* act;
 };
 
 Words wordsOf(State state) {
     switch (state) {
     case State::notPermitted:
-        return {"failed", "not-permitted", ""};
+        return {"failed", ""};
     case State::held:
-        return {"warning", "held", "plan"};
+        return {"warning", "plan"};
     case State::failed:
-        return {"failed", "failed", "compare"};
+        return {"failed", "compare"};
     case State::waitingForSource:
-        return {"warning", "no-source", "edit"};
+        return {"warning", "edit"};
     case State::waitingForDestination:
-        return {"warning", "no-destination", "edit"};
+        return {"warning", "edit"};
     case State::watching:
         break;
     }
-    return {"success", "watching", ""};
+    return {"success", ""};
 }
 
 void tellState(FolderSyncRow& row, const sync::WatchState& state, const AppTexts& texts,
                const std::string& home) {
     const Words words = wordsOf(state.kind);
+    const std::string_view name = sync::textName(state.kind);
     row.outcome = QLatin1String(words.outcome);
-    row.stateText = texts.text(fmt::format("sync-page.state.{}", words.name));
+    row.stateText = texts.text(fmt::format("sync-page.state.{}", name));
     if (state.isHealthy())
         return;
     const std::string detail = state.kind == State::notPermitted ? displayPath(state.text, home).toStdString()
@@ -59,8 +60,8 @@ void tellState(FolderSyncRow& row, const sync::WatchState& state, const AppTexts
                                               {"count", state.deletes},
                                               {"source", row.sourcePath.toStdString()},
                                               {"destination", row.destinationPath.toStdString()}};
-    row.needTitle = texts.text(fmt::format("sync-page.need.{}.title", words.name), arguments);
-    row.needText = texts.text(fmt::format("sync-page.need.{}.text", words.name), arguments);
+    row.needTitle = texts.text(fmt::format("sync-page.need.{}.title", name), arguments);
+    row.needText = texts.text(fmt::format("sync-page.need.{}.text", name), arguments);
     row.needAct = QLatin1String(words.act);
 }
 
@@ -114,6 +115,8 @@ FolderSyncRow FolderSyncRow::of(const sync::SyncPair& pair, const Facts& facts, 
     } else if (pair.watch && !facts.isWatchedByAny) {
         row.outcome.clear();
         row.stateText = texts.text("sync-page.state.unwatched");
+        row.needTitle = texts.text("sync-page.need.unwatched.title");
+        row.needText = texts.text("sync-page.need.unwatched.text");
     }
     return row;
 }

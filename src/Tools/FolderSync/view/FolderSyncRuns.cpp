@@ -1,5 +1,6 @@
 #include "Core/Printable.h"
 #include "Tools/FolderSync/SyncEngine.h"
+#include "Tools/FolderSync/SyncRecord.h"
 #include "Tools/FolderSync/view/FolderSyncViewModel.h"
 #include "Tools/FolderSync/work/SyncRunner.h"
 #include "app/AppContext.h"
@@ -202,8 +203,9 @@ QString FolderSyncViewModel::planText() const {
         return {};
     const AppTexts& texts = context_.texts();
     const sync::SyncPlan& plan = *actions_.plan();
+    const QString leftOut = qtText(sync::leftOutText(plan.leftOut, texts.current()));
     if (plan.isEmpty())
-        return texts.text("folder-sync.nothing-to-do");
+        return QStringList{texts.text("folder-sync.nothing-to-do"), leftOut}.join(u' ').trimmed();
     QStringList parts;
     const int64_t copied = plan.copies() + plan.updates();
     if (copied > 0)
@@ -216,6 +218,8 @@ QString FolderSyncViewModel::planText() const {
         parts << texts.text("sync-page.will.folders", {{"count", folders}});
     if (!plan.unreadable.empty())
         parts << texts.text("sync-page.will.unreadable", {{"count", plan.unreadable.size()}});
+    if (!leftOut.isEmpty())
+        parts << leftOut;
     return parts.join(QStringLiteral(" · "));
 }
 

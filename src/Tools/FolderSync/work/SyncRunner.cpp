@@ -269,13 +269,7 @@ const std::map<Uuid, SyncJobResult>& SyncRunner::results() const {
 }
 
 std::map<Uuid, WatchState> SyncRunner::states() const {
-    if (state_->watch)
-        return state_->watch->states();
-    std::map<Uuid, WatchState> states;
-    if (state_->file.isLed())
-        for (SyncWatchNote& each : state_->file.notes())
-            states.insert_or_assign(each.pair.id, std::move(each.state));
-    return states;
+    return state_->watch ? state_->watch->states() : state_->file.states();
 }
 
 bool SyncRunner::isWatched() const {

@@ -33,6 +33,14 @@ std::vector<SyncWatchNote> SyncWatchFile::notes() const {
     return {};
 }
 
+std::map<Uuid, sync::WatchState> SyncWatchFile::states() const {
+    std::map<Uuid, sync::WatchState> states;
+    if (isLed())
+        for (SyncWatchNote& each : notes())
+            states.insert_or_assign(each.pair.id, std::move(each.state));
+    return states;
+}
+
 SyncMounts SyncWatchFile::mountsOf(const sync::SyncPair& pair) const {
     for (SyncWatchNote& each : notes())
         if (each.pair.id == pair.id && each.pair.source == pair.source &&

@@ -6,6 +6,7 @@
 #include "Tools/FolderSync/WatchState.h"
 #include "Tools/FolderSync/work/SyncLook.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -31,6 +32,8 @@ public:
     bool isLed() const;
     /// What was written last, also by one that leads no longer; empty when it cannot be read.
     std::vector<SyncWatchNote> notes() const;
+    /// How the watched pairs are; empty while no process leads.
+    std::map<Uuid, sync::WatchState> states() const;
     /// Where the folders of that pair were when it was last well.
     SyncMounts mountsOf(const sync::SyncPair& pair) const;
     /// A person has looked at the plan of that pair: where it is held, it no longer is. Any process.
