@@ -14,6 +14,8 @@ FocusScope {
     property alias actions: buttons.data
     property alias foot: footContent.data
     property bool footShown: false
+    // As high as it has to be for words that are never cut.
+    property real footRoom: Theme.footHeight
     default property alias content: body.data
     readonly property int margin: Theme.space32
 
@@ -66,7 +68,6 @@ FocusScope {
                 text: page.line
                 color: Theme.second
                 wrapMode: Text.Wrap
-                maximumLineCount: 2
             }
         }
         Row {
@@ -126,7 +127,7 @@ FocusScope {
         id: bar
         anchors.bottom: parent.bottom
         width: parent.width
-        height: page.footShown ? Theme.footHeight : 0
+        height: page.footShown ? page.footRoom : 0
         visible: page.footShown
         color: Theme.surface
 

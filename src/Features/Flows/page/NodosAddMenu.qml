@@ -26,7 +26,7 @@ T.Popup {
 
     x: Theme.space12
     y: Math.max(Theme.space8, parent.height - height - Theme.space12 - Theme.rowHeight - Theme.space8)
-    width: Theme.fieldWidthMiddle + Theme.space24
+    width: Math.min(Theme.inspectorWidth, parent.width - 2 * Theme.space8)
     height: Math.min(list.contentHeight + 2 * padding, parent.height - 2 * Theme.space16)
     padding: Theme.space4
     focus: true
@@ -57,13 +57,14 @@ T.Popup {
             required property int index
 
             width: list.width
-            implicitHeight: Theme.itemHeight + 2
+            implicitHeight: words.implicitHeight + 2 * Theme.space4 + 2
             highlighted: list.currentIndex === index
             hoverEnabled: true
             onHoveredChanged: if (hovered) list.currentIndex = index
             onClicked: menu.pick(modelData.value)
             Accessible.role: Accessible.MenuItem
             Accessible.name: modelData.title
+            Accessible.description: modelData.line
 
             contentItem: Item {
                 Icon {
@@ -73,14 +74,28 @@ T.Popup {
                     name: choice.modelData.icon
                     color: choice.highlighted ? Theme.accent : Theme.text
                 }
-                Label {
+                Column {
+                    id: words
                     anchors.left: picture.right
                     anchors.leftMargin: Theme.space8 + 2
                     anchors.right: parent.right
+                    anchors.rightMargin: Theme.space8
                     anchors.verticalCenter: parent.verticalCenter
-                    text: choice.modelData.title
-                    color: choice.highlighted ? Theme.accent : Theme.text
-                    Accessible.ignored: true
+
+                    Label {
+                        width: parent.width
+                        text: choice.modelData.title
+                        color: choice.highlighted ? Theme.accent : Theme.text
+                        Accessible.ignored: true
+                    }
+                    Label {
+                        width: parent.width
+                        text: choice.modelData.line
+                        font: Theme.label
+                        color: Theme.second
+                        wrapMode: Text.Wrap
+                        Accessible.ignored: true
+                    }
                 }
             }
             background: Rectangle {

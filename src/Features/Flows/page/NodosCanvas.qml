@@ -8,6 +8,8 @@ FocusScope {
     id: canvas
 
     required property var editor
+    // What is to be said of the selection stands beside the canvas.
+    property bool inspected: true
     property real zoom: 1
     property real panX: 0
     property real panY: 0
@@ -23,6 +25,7 @@ FocusScope {
 
     signal leave
     signal inspect
+    signal foldingWanted
 
     function clear() {
         editor.select("");
@@ -54,7 +57,7 @@ FocusScope {
         zoomAt(factor, width / 2, height / 2);
     }
 
-    // The whole flow, or its beginning where that would be smaller than `least`; never larger than life.
+    // The whole flow in the middle, or its beginning where that would be smaller than `least`; never larger than life.
     function fit(least: real) {
         const all = editor.bounds;
         const room = Theme.space32;
@@ -64,8 +67,8 @@ FocusScope {
         const most = Math.min(1, (width - 2 * room) / all.width, (height - 2 * top - room) / all.height);
         zoom = Math.max(least, Math.floor(most * 20) / 20);
         moved.wanted = zoom;
-        panX = Math.round(room - all.x * zoom);
-        panY = Math.round(top + room - all.y * zoom);
+        panX = Math.round(Math.max(room, (width - all.width * zoom) / 2) - all.x * zoom);
+        panY = Math.round(Math.max(top + room, (height - all.height * zoom) / 2) - all.y * zoom);
     }
 
     // Brings a part of the canvas into view, and keeps it there when the window changes.
@@ -150,7 +153,8 @@ FocusScope {
             [Qt.Key_Equal]: () => zoomBy(1.25),
             [Qt.Key_Minus]: () => zoomBy(0.8),
             [Qt.Key_0]: () => zoomBy(1 / zoom),
-            [Qt.Key_F]: () => fit(leastZoom)
+            [Qt.Key_F]: () => fit(leastZoom),
+            [Qt.Key_I]: () => canvas.foldingWanted()
         };
         event.accepted = plain && event.key in acts;
         if (event.accepted)
@@ -313,6 +317,26 @@ FocusScope {
         anchors.rightMargin: Theme.space12
         anchors.bottom: parent.bottom
         anchors.bottomMargin: Theme.space12
+    }
+    IconButton {
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.space8
+        y: Theme.space8 + 1
+        iconName: canvas.inspected ? "chevron.right" : "info.circle"
+        text: canvas.inspected ? Tr.t("nodes-page.inspector.fold") : Tr.t("nodes-page.inspector.unfold")
+        onClicked: canvas.foldingWanted()
+    }
+    // Of a flow that was just made: what comes next.
+    Label {
+        visible: canvas.editor.isBlank && canvas.editor.connectFrom === ""
+        width: Math.min(implicitWidth, canvas.width - 2 * Theme.space24)
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: canvas.panY + canvas.editor.bounds.bottom * canvas.zoom + Theme.space24
+        text: Tr.t("nodes-page.canvas.next")
+        color: Theme.second
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
+        lineHeight: 1.3
     }
     FloatingSurface {
         visible: canvas.editor.connectFrom !== ""

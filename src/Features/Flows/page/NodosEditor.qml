@@ -6,8 +6,24 @@ FocusScope {
     id: pane
 
     required property var editor
+    // As it was left the last time; before that, folded away where the canvas needs the room.
+    readonly property bool folded: editor.inspectorStanding === "" ? width < 2.5 * Theme.inspectorWidth
+        : editor.inspectorStanding === "folded"
 
     signal leave
+
+    function fold(away: bool) {
+        if (away === folded)
+            return;
+        editor.inspectorStanding = away ? "folded" : "unfolded";
+        if (away)
+            canvas.focusSelected();
+    }
+
+    function inspect() {
+        fold(false);
+        inspector.focusFirst();
+    }
 
     function clear() { canvas.clear(); }
 
@@ -26,6 +42,7 @@ FocusScope {
             canvas.add();
             return true;
         case "dry-run":
+            pane.fold(false);
             pane.editor.toggleDryRun();
             return true;
         case "running":
@@ -77,12 +94,14 @@ FocusScope {
         anchors.topMargin: trouble.visible ? Theme.space16 : 0
         anchors.bottom: parent.bottom
         anchors.left: parent.left
-        anchors.right: inspector.left
-        anchors.rightMargin: Theme.space16
+        anchors.right: pane.folded ? parent.right : inspector.left
+        anchors.rightMargin: pane.folded ? 0 : Theme.space16
         focus: true
         editor: pane.editor
+        inspected: !pane.folded
         onLeave: pane.leave()
-        onInspect: inspector.focusFirst()
+        onInspect: pane.inspect()
+        onFoldingWanted: pane.fold(!pane.folded)
     }
     NodosInspector {
         id: inspector
@@ -90,6 +109,7 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.right: parent.right
         width: Theme.inspectorWidth
+        visible: !pane.folded
         editor: pane.editor
         onLeave: canvas.focusSelected()
     }

@@ -7,12 +7,16 @@ Item {
 
     required property var board
     readonly property var editor: board.editor
+    // Beside each other where there is room, else one over the other.
+    readonly property bool stacked: making.width + view.width + Theme.space8 > width && making.visible
 
-    height: Theme.rowHeight
+    height: stacked ? 2 * Theme.rowHeight + Theme.space8 : Theme.rowHeight
 
     FloatingSurface {
+        id: making
+        anchors.bottom: parent.bottom
         width: doing.width + 2 * Theme.space4
-        height: parent.height
+        height: Theme.rowHeight
         radius: Theme.radiusButton
         visible: !tools.editor.readOnly
 
@@ -43,9 +47,10 @@ Item {
         }
     }
     FloatingSurface {
-        anchors.right: parent.right
+        id: view
+        x: tools.stacked ? 0 : tools.width - width
         width: seeing.width + 2 * Theme.space4
-        height: parent.height
+        height: Theme.rowHeight
         radius: Theme.radiusButton
 
         Row {

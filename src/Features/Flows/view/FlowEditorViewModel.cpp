@@ -6,9 +6,11 @@
 #include "Features/Flows/NodesStore.h"
 #include "Features/Flows/work/FlowsService.h"
 #include "Features/Flows/work/NodesRunner.h"
+#include "Platform/SystemError.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
 #include "app/Options.h"
+#include "app/Session.h"
 
 #include <algorithm>
 #include <array>
@@ -21,6 +23,7 @@ using namespace flows;
 
 /// Long enough for a word to be typed, short enough to be forgotten.
 constexpr std::chrono::milliseconds saveDelay{800};
+constexpr std::string_view inspectorKey = "nodes.inspector";
 
 std::optional<Uuid> idOf(const QString& text) {
     return Uuid::parse(text.toStdString());
@@ -33,7 +36,9 @@ QString textOf(const std::optional<Uuid>& id) {
 } // namespace
 
 FlowEditorViewModel::FlowEditorViewModel(AppContext& context, automation::Automation& automation)
-    : context_(context), automation_(automation), service_(automation.service<automation::FlowsService>()) {
+    : context_(context), automation_(automation), service_(automation.service<automation::FlowsService>()),
+      inspectorStanding_(
+          qtText(context.session().defaults().get<std::string>(inspectorKey).value_or(std::string()))) {
     saving_.setSingleShot(true);
     saving_.setInterval(saveDelay);
     connect(&saving_, &QTimer::timeout, this, &FlowEditorViewModel::save);
@@ -109,6 +114,22 @@ QString FlowEditorViewModel::name() const {
 
 QRectF FlowEditorViewModel::bounds() const {
     return document_ ? boundsOf(flow()) : QRectF();
+}
+
+bool FlowEditorViewModel::isBlank() const {
+    return document_ && !readOnly_ && flow().nodes.size() == 2 && flow().edges.size() == 1 && !canUndo();
+}
+
+void FlowEditorViewModel::setInspectorStanding(const QString& standing) {
+    if (standing == inspectorStanding_)
+        return;
+    inspectorStanding_ = standing;
+    try {
+        context_.session().defaults().set(inspectorKey, standing.toStdString());
+    } catch (const SystemError&) {
+        // It stands as wanted all the same, and is only not remembered.
+    }
+    emit inspectorStandingChanged();
 }
 
 QString FlowEditorViewModel::trouble() const {

@@ -37,6 +37,11 @@ class FlowEditorViewModel : public QObject {
     Q_PROPERTY(double nodeHeight READ nodeHeight CONSTANT)
     Q_PROPERTY(double grid READ grid CONSTANT)
     Q_PROPERTY(QRectF bounds READ bounds NOTIFY flowChanged)
+    /// As it was made, nothing added to it yet.
+    Q_PROPERTY(bool isBlank READ isBlank NOTIFY flowChanged)
+    /// How the inspector was left, here or in an earlier window: "folded", "unfolded"; empty before the first time.
+    Q_PROPERTY(QString inspectorStanding READ inspectorStanding WRITE setInspectorStanding NOTIFY
+                   inspectorStandingChanged)
     Q_PROPERTY(bool canUndo READ canUndo NOTIFY flowChanged)
     Q_PROPERTY(bool canRedo READ canRedo NOTIFY flowChanged)
     Q_PROPERTY(QVariantList addOptions READ addOptions NOTIFY flowChanged)
@@ -86,6 +91,9 @@ public:
     static double nodeHeight() { return canvas::nodeHeight; }
     static double grid() { return canvas::grid; }
     QRectF bounds() const;
+    bool isBlank() const;
+    QString inspectorStanding() const { return inspectorStanding_; }
+    void setInspectorStanding(const QString& standing);
     bool canUndo() const { return document_ && document_->canUndo(); }
     bool canRedo() const { return document_ && document_->canRedo(); }
     QVariantList addOptions() const;
@@ -167,6 +175,7 @@ public:
 signals:
     void opened();
     void flowChanged();
+    void inspectorStandingChanged();
     void lineChanged();
     void variablesChanged();
     void selectionChanged();
@@ -218,6 +227,7 @@ private:
     automation::FlowsService& service_;
     std::optional<FlowDocument> document_;
     bool readOnly_ = false;
+    QString inspectorStanding_;
     FlowScene scene_;
     FlowSceneState state_;
     std::optional<Uuid> shownRun_;

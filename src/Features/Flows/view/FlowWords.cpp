@@ -128,6 +128,7 @@ QVariantList FlowWords::kindOptions(bool withStart) const {
         const std::string_view kind = caseName(each);
         options << QVariantMap{{QStringLiteral("value"), qtText(kind)},
                                {QStringLiteral("title"), kindTitle(kind)},
+                               {QStringLiteral("line"), text("nodes-page.kind-line." + std::string(kind))},
                                {QStringLiteral("icon"), kindIcon(kind)}};
     }
     return options;

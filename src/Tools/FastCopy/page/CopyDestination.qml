@@ -14,6 +14,7 @@ Rectangle {
     signal takenOut
     signal dropped(var paths)
 
+    implicitHeight: state.y + state.height + Theme.space8
     radius: Theme.radiusCard
     color: Theme.surface
     border.width: Theme.hairline
@@ -97,15 +98,16 @@ Rectangle {
         }
     }
     Row {
+        id: state
         anchors.left: name.left
         anchors.right: room.right
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: Theme.space8
+        anchors.top: shape.bottom
+        anchors.topMargin: box.used >= 0 ? Theme.space24 - 2 : Theme.space8
         spacing: Theme.space4
 
         Icon {
             id: warning
-            anchors.verticalCenter: parent.verticalCenter
+            y: 1
             visible: box.isFaulty || box.isTight
             size: Theme.space12
             name: visible ? "exclamationmark.triangle" : ""
@@ -116,6 +118,7 @@ Rectangle {
             text: (box.isFaulty ? box.place.fault : box.place.text) ?? ""
             font: Theme.label
             color: box.tone
+            wrapMode: Text.Wrap
             Accessible.ignored: true
         }
     }

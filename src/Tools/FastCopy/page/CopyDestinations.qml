@@ -12,9 +12,8 @@ Item {
 
     // Where a place is drawn; with none, where the first would be.
     function boxAt(index: int): rect {
-        const top = head.height;
-        return count === 0 ? Qt.rect(0, top, width, zone.height)
-            : Qt.rect(0, top + index * (Theme.tileHeight - Theme.space16 + Theme.space8), width, Theme.tileHeight - Theme.space16);
+        const box = index < boxes.count ? boxes.itemAt(index) : null;
+        return box ? Qt.rect(0, column.y + box.y, width, box.height) : Qt.rect(0, column.y, width, zone.height);
     }
 
     implicitHeight: column.y + column.height
@@ -44,13 +43,13 @@ Item {
             onDropped: paths => places.copying.addDestinations(paths)
         }
         Repeater {
+            id: boxes
             model: places.count
 
             CopyDestination {
                 required property int index
 
                 width: column.width
-                height: Theme.tileHeight - Theme.space16
                 place: places.copying.destinations[index] ?? ({})
                 onTakenOut: places.copying.removeDestination(index)
                 onDropped: paths => places.copying.addDestinations(paths)

@@ -8,6 +8,9 @@ Item {
     required property var copying
     readonly property bool isClone: copying.options.mode === "clone"
 
+    // As high as its words are.
+    implicitHeight: Math.max(Theme.footHeight, words.implicitHeight + 2 * Theme.space12)
+
     signal helperWanted
     signal begun(int focusReason)
 
@@ -19,6 +22,7 @@ Item {
         color: Theme.second
     }
     Label {
+        id: words
         anchors.left: shape.visible ? shape.right : parent.left
         anchors.leftMargin: shape.visible ? Theme.space8 : 0
         anchors.right: buttons.left
@@ -26,7 +30,7 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         text: foot.copying.canRun ? [foot.copying.planText, foot.copying.largestText].filter(text => text !== "").join(" · ") : foot.copying.hindrance
         color: foot.copying.canRun ? Theme.text : Theme.second
-        elide: Text.ElideMiddle
+        wrapMode: Text.Wrap
     }
     Row {
         id: buttons

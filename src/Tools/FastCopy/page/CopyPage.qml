@@ -64,6 +64,7 @@ Page {
     scrolls: true
     settled: !copying.isLooking && wanted === ""
     footShown: isChosen
+    footRoom: bottom.implicitHeight
     Component.onCompleted: if (isChosen) copying.refresh()
 
     Column {
@@ -81,8 +82,12 @@ Page {
         }
         CopyOptionsCard {
             width: parent.width
-            visible: page.isChosen && !page.copying.hasDisk
+            visible: !page.copying.hasDisk
             copying: page.copying
+        }
+        CopyExample {
+            width: parent.width
+            visible: !page.isChosen && page.copying.jobCount === 0
         }
         CopyQueueList {
             id: queue
@@ -94,6 +99,7 @@ Page {
     }
 
     foot: CopyFoot {
+        id: bottom
         anchors.fill: parent
         copying: page.copying
         onHelperWanted: page.navigate("helper")

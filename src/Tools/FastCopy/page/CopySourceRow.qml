@@ -17,7 +17,10 @@ TableRow {
         name: row.modelData.fault === "" ? row.modelData.icon : "exclamationmark.triangle"
         color: row.modelData.fault === "" ? Theme.second : Theme.bad
     }
+    implicitHeight: Math.max(Theme.rowHeightTwo, words.implicitHeight + 2 * Theme.space4)
+
     Column {
+        id: words
         anchors.left: shape.right
         anchors.leftMargin: Theme.space12
         anchors.right: out.left
@@ -35,7 +38,8 @@ TableRow {
             text: row.modelData.fault === "" ? row.modelData.path : row.modelData.fault
             font: Theme.label
             color: row.modelData.fault === "" ? Theme.second : Theme.bad
-            elide: Text.ElideMiddle
+            elide: row.modelData.fault === "" ? Text.ElideMiddle : Text.ElideNone
+            wrapMode: row.modelData.fault === "" ? Text.NoWrap : Text.Wrap
             Accessible.ignored: true
         }
     }

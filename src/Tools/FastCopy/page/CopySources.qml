@@ -53,7 +53,7 @@ Item {
         ListTable {
             id: table
             width: parent.width
-            height: Math.min(6, sources.count) * Theme.rowHeightTwo + 2 * Theme.space4 + 2
+            height: Math.min(6 * Theme.rowHeightTwo, list.contentHeight) + 2 * Theme.space4 + 2
             visible: sources.count > 0
             border.color: more.containsDrag ? Theme.accent : Theme.line
             name: Tr.t("copy-page.from")

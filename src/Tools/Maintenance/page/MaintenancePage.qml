@@ -55,7 +55,9 @@ Page {
         id: result
         anchors.bottom: parent.bottom
         width: parent.width
-        height: Math.min(Theme.noticeHeight, Math.max(Theme.summaryHeight + Theme.rowHeightTwo, parent.height / 4))
+        // A line before there is anything to show.
+        height: isEmpty ? Theme.rowHeightTwo + Theme.space8
+            : Math.min(Theme.noticeHeight, Math.max(Theme.summaryHeight + Theme.rowHeightTwo, parent.height / 4))
         maintenance: page.maintenance
     }
 }

@@ -9,11 +9,12 @@ Card {
     readonly property var run: maintenance.lastRun
     readonly property bool isRunning: maintenance.running !== ""
     readonly property bool isKnown: run.summary !== undefined
+    readonly property bool isEmpty: !isKnown && !isRunning && maintenance.notice === ""
 
     Label {
         anchors.centerIn: parent
         width: Math.min(implicitWidth, parent.width)
-        visible: !card.isKnown && !card.isRunning && card.maintenance.notice === ""
+        visible: card.isEmpty
         text: Tr.t("maintenance-page.empty")
         color: Theme.second
         wrapMode: Text.Wrap

@@ -1,7 +1,7 @@
 import QtQuick
 import Varnholt
 
-// A task: what it does, what it needs, how it went, and its button.
+// A task: what it does, what it needs, how it went, and its button; of one that cannot run here only why, quietly.
 TableRow {
     id: row
 
@@ -35,11 +35,10 @@ TableRow {
             Label {
                 id: title
                 anchors.verticalCenter: parent.verticalCenter
-                // Room is kept for the state that comes.
-                width: Math.min(implicitWidth, parent.width - marks.width - 2 * Theme.space12
-                    - Math.max(state.width, Theme.fieldWidthMiddle - Theme.space24))
+                width: Math.min(implicitWidth, parent.width - (marks.width > 0 ? marks.width + Theme.space12 : 0)
+                    - (state.width > 0 ? state.width + Theme.space12 : 0))
                 text: row.modelData.title
-                font: Theme.medium
+                font: row.isAbsent ? Theme.body : Theme.medium
                 color: row.isAbsent ? Theme.second : Theme.text
                 wrapMode: Text.Wrap
                 Accessible.ignored: true
@@ -49,6 +48,7 @@ TableRow {
                 anchors.left: title.right
                 anchors.leftMargin: Theme.space12
                 anchors.verticalCenter: parent.verticalCenter
+                visible: !row.isAbsent
                 task: row.modelData
             }
             Row {
@@ -74,39 +74,19 @@ TableRow {
         }
         Label {
             width: parent.width
-            text: row.modelData.detail
+            text: row.isAbsent ? row.modelData.missing : row.modelData.detail
+            font: row.isAbsent ? Theme.label : Theme.body
             color: Theme.second
             wrapMode: Text.Wrap
             Accessible.ignored: true
-        }
-        Item {
-            width: parent.width
-            height: visible ? missing.implicitHeight : 0
-            visible: row.isAbsent
-
-            Icon {
-                id: sign
-                y: 2
-                size: Theme.space12
-                name: "minus"
-                color: Theme.second
-            }
-            Label {
-                id: missing
-                anchors.left: sign.right
-                anchors.leftMargin: Theme.space8
-                anchors.right: parent.right
-                text: row.modelData.missing
-                wrapMode: Text.Wrap
-                Accessible.ignored: true
-            }
         }
     }
     Button {
         id: button
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        width: Theme.fieldWidthShort
+        width: Math.max(Theme.fieldWidthShort, implicitWidth)
+        visible: !row.isAbsent
         // The row is worked from the list; return does the same.
         focusPolicy: Qt.NoFocus
         enabled: row.isRunning ? !row.maintenance.isStopping : !row.isAbsent && row.maintenance.running === ""

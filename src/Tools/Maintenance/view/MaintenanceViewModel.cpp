@@ -125,6 +125,9 @@ QVariantList MaintenanceViewModel::tasks() const {
             {QStringLiteral("isSlow"), helper::isSlow(task, system)},
             {QStringLiteral("missing"), qtText(helper::hindranceText(work_.planOf(task), texts))},
         };
+    std::ranges::stable_partition(list, [](const QVariant& task) {
+        return task.toMap()[QStringLiteral("missing")].toString().isEmpty();
+    });
     return list;
 }
 

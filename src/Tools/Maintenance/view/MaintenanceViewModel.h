@@ -25,7 +25,7 @@ class AppContext;
 /// The chores of the system: which there are, the one that runs, and what the last one came to.
 class MaintenanceViewModel : public QObject {
     Q_OBJECT
-    /// {value, title, detail, requiresRoot, isSlow, missing}: `missing` says why this machine cannot do it.
+    /// {value, title, detail, requiresRoot, isSlow, missing}: `missing` says why this machine cannot do it; those last.
     Q_PROPERTY(QVariantList tasks READ tasks NOTIFY tasksChanged)
     /// The task that runs, by value and by title; empty at rest.
     Q_PROPERTY(QString running READ running NOTIFY runChanged)

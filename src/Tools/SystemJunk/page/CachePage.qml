@@ -8,6 +8,8 @@ Page {
     readonly property var junk: App.scanClean("system-junk")
     readonly property bool busy: junk.isScanning || junk.isCleaning
     readonly property bool filtered: junk.search !== "" || junk.category !== ""
+    // It was looked and nothing can go: what chooses and removes has nothing to do.
+    readonly property bool isEmpty: !busy && junk.stage !== "idle" && junk.itemCount === 0
 
     function showState(name: string): bool {
         if (name !== "selected" && name !== "review")
@@ -26,7 +28,7 @@ Page {
     title: App.shell.tool("system-junk").name
     line: Tr.t("cache.line")
     settled: !busy
-    footShown: true
+    footShown: !isEmpty
     Component.onCompleted: if (junk.stage === "idle" && !junk.isScanning) junk.scan()
 
     actions: Button {
@@ -67,9 +69,10 @@ Page {
     Item {
         id: tools
         anchors.top: result.bottom
-        anchors.topMargin: Theme.space16
+        anchors.topMargin: visible ? Theme.space16 : 0
         width: parent.width
-        height: Theme.fieldHeight
+        height: visible ? Theme.fieldHeight : 0
+        visible: !page.isEmpty
         enabled: page.junk.itemCount > 0 || page.filtered
 
         SearchField {
@@ -83,6 +86,8 @@ Page {
             anchors.left: search.right
             anchors.leftMargin: Theme.space16
             anchors.verticalCenter: parent.verticalCenter
+            // One category is all there is.
+            visible: page.junk.categories.length > 1
             name: Tr.t("cache.category")
             options: [{value: "", title: Tr.t("cache.all")}].concat(
                 page.junk.categories.map(category => ({value: category.name, title: category.title})))
@@ -108,14 +113,18 @@ Page {
         enabled: !page.junk.isCleaning
         name: page.title
         model: page.junk.items
-        header: ScanCleanHeader { junk: page.junk }
+        header: page.isEmpty ? null : heading
         delegate: ScanCleanRow { onToggled: id => page.junk.toggle(id) }
         onSelected: page.junk.toggle(list.currentItem.itemId)
         onOpened: page.junk.review()
 
+        Component {
+            id: heading
+            ScanCleanHeader { junk: page.junk }
+        }
         EmptyState {
             anchors.centerIn: parent
-            anchors.verticalCenterOffset: Theme.rowHeight / 2
+            anchors.verticalCenterOffset: page.isEmpty ? 0 : Theme.rowHeight / 2
             width: parent.width - 2 * Theme.space24
             visible: table.count === 0 && !page.busy && page.junk.errorMessage === "" && page.junk.stage !== "idle"
             iconName: page.filtered ? "magnifyingglass" : "checkmark"
