@@ -12,6 +12,7 @@
 #include "app/ViewOffer.h"
 #include "ui/Tr.h"
 
+#include <QClipboard>
 #include <QDir>
 #include <QFileInfo>
 #include <QFontDatabase>
@@ -119,6 +120,10 @@ QString App::keyText(const QString& keys) const {
 
 bool App::isMenuKey(int key, int modifiers) const {
     return key == Qt::Key_Menu || (key == Qt::Key_F10 && (modifiers & Qt::ShiftModifier) != 0);
+}
+
+void App::copyText(const QString& text) const {
+    QGuiApplication::clipboard()->setText(text);
 }
 
 QUrl App::folderUrl(const QString& path) const {

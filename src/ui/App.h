@@ -70,6 +70,8 @@ public:
     Q_INVOKABLE QString keyText(const QString& keys) const;
     /// The keys that ask for the menu of what has the keyboard.
     Q_INVOKABLE bool isMenuKey(int key, int modifiers) const;
+    /// Into the clipboard.
+    Q_INVOKABLE void copyText(const QString& text) const;
     /// The path of a file's URL; of any other, nothing.
     Q_INVOKABLE QString localPath(const QUrl& url) const { return url.toLocalFile(); }
 

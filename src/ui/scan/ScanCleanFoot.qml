@@ -45,6 +45,7 @@ Item {
         Button {
             kind: "main"
             text: Tr.t("cache.review")
+            shortcut: "Ctrl+R"
             enabled: foot.junk.selectedCount > 0 && !foot.junk.isScanning
             onClicked: foot.junk.review()
         }
@@ -77,6 +78,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             iconName: "stop"
             text: Tr.t("shell.stop")
+            shortcut: "Ctrl+."
             onClicked: foot.junk.stop()
         }
     }

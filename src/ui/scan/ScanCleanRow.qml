@@ -17,7 +17,14 @@ TableRow {
     name: model.name + ", " + sizeText + (isProtected ? ", " + Tr.t("cache.protected") : "")
     Accessible.checkable: true
     Accessible.checked: selected
+    acts: () => [
+        {text: selected ? Tr.t("cache.act.exclude") : Tr.t("cache.act.include"), icon: selected ? "minus" : "checkmark", shortcut: "Space", act: () => toggled(itemId)},
+        {text: Tr.t("shell.open-folder"), icon: "folder", act: () => Qt.openUrlExternally(App.folderUrl(displayPath))},
+        {text: Tr.t("shell.copy-path"), icon: "doc.on.doc.fill", act: () => App.copyText(displayPath)}
+    ]
     onClicked: toggled(itemId)
+    // Both clicks have turned it, and back.
+    onDoubleClicked: Qt.openUrlExternally(App.folderUrl(displayPath))
 
     CheckMark {
         id: box

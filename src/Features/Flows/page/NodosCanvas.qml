@@ -87,6 +87,38 @@ FocusScope {
         forceActiveFocus(Qt.TabFocusReason);
     }
 
+    function nodeActs(): var {
+        const isStart = editor.node.isStart;
+        return [
+            {text: Tr.t("nodes-page.act.fill"), icon: "list.bullet", shortcut: "Return", act: () => inspect()},
+            {text: Tr.t("nodes-page.act.next"), icon: "plus", shortcut: "N", enabled: !editor.readOnly, act: () => add()},
+            {text: Tr.t("nodes-page.act.connect"), icon: "arrow.right", shortcut: "C", enabled: !editor.readOnly,
+                act: () => editor.beginConnect(editor.selectedNode)},
+            {text: Tr.t("nodes-page.duplicate"), icon: "doc.on.doc.fill", shortcut: "Ctrl+D", enabled: !editor.readOnly && !isStart,
+                act: () => editor.duplicateSelected()},
+            {text: Tr.t("nodes-page.remove"), icon: "trash", shortcut: "Del", enabled: !editor.readOnly,
+                act: () => editor.removeSelected()}
+        ];
+    }
+
+    function edgeActs(): var {
+        const id = editor.selectedEdge;
+        return editor.conditionOptions.map(each => ({text: each.title, icon: editor.edge.condition === each.value ? "checkmark" : "",
+            enabled: !editor.readOnly, act: () => editor.setCondition(id, each.value)}))
+            .concat({text: Tr.t("nodes-page.cut.do"), icon: "trash", shortcut: "Del", enabled: !editor.readOnly,
+                act: () => editor.removeSelected()});
+    }
+
+    // What can be done with the selection, or here on the empty ground.
+    function offerActs(item: Item, x: real, y: real) {
+        acts.active = true;
+        const at = item.mapToItem(canvas, x, y);
+        acts.item.offer(editor.selectedNode !== "" ? nodeActs() : editor.selectedEdge !== "" ? edgeActs() : [
+            {text: Tr.t("nodes-page.act.here"), icon: "plus", enabled: !editor.readOnly, act: () => menu.openAt(world(at.x, at.y), at.x, at.y)},
+            {text: Tr.t("nodes-page.zoom-fit"), icon: "arrow.up.left.and.arrow.down.right", shortcut: "Ctrl+0", act: () => fit(leastZoom)}
+        ], item, x, y);
+    }
+
     function aimAt(x: real, y: real) {
         pointer = world(x, y);
         drawing = true;
@@ -125,6 +157,11 @@ FocusScope {
     Keys.onPressed: event => {
         const plain = event.modifiers === Qt.NoModifier || event.modifiers === Qt.KeypadModifier || event.modifiers === Qt.ShiftModifier;
         const moving = (event.modifiers & (Qt.AltModifier | Qt.ControlModifier)) !== 0;
+        if (App.isMenuKey(event.key, event.modifiers)) {
+            offerActs(canvas, width / 2, height / 2);
+            event.accepted = true;
+            return;
+        }
         const ways = {
             [Qt.Key_Left]: ["left", -1, 0], [Qt.Key_Right]: ["right", 1, 0],
             [Qt.Key_Up]: ["up", 0, -1], [Qt.Key_Down]: ["down", 0, 1]
@@ -196,7 +233,7 @@ FocusScope {
 
             anchors.fill: parent
             hoverEnabled: true
-            acceptedButtons: Qt.LeftButton | Qt.MiddleButton
+            acceptedButtons: Qt.LeftButton | Qt.MiddleButton | Qt.RightButton
             cursorShape: pressed && dragged ? Qt.ClosedHandCursor : canvas.hovered !== "" ? Qt.PointingHandCursor : Qt.ArrowCursor
             onPressed: event => {
                 from = Qt.point(event.x, event.y);
@@ -209,7 +246,7 @@ FocusScope {
                     canvas.hovered = canvas.editor.edgeAt(at.x, at.y, Theme.space8 / canvas.zoom);
                     return;
                 }
-                dragged = dragged || Math.abs(event.x - from.x) + Math.abs(event.y - from.y) > Theme.space4;
+                dragged = dragged || !(pressedButtons & Qt.RightButton) && Math.abs(event.x - from.x) + Math.abs(event.y - from.y) > Theme.space4;
                 if (!dragged)
                     return;
                 moved.touched = true;
@@ -224,6 +261,8 @@ FocusScope {
                 const at = canvas.world(event.x, event.y);
                 canvas.editor.select(canvas.editor.edgeAt(at.x, at.y, Theme.space8 / canvas.zoom));
                 canvas.forceActiveFocus();
+                if (event.button === Qt.RightButton)
+                    canvas.offerActs(ground, event.x, event.y);
             }
             onDoubleClicked: event => menu.openAt(canvas.world(event.x, event.y), event.x, event.y)
             onExited: canvas.hovered = ""
@@ -363,6 +402,11 @@ FocusScope {
         editor: canvas.editor
         onPicked: (kind, at) => canvas.addAt(kind, at)
         onClosed: canvas.forceActiveFocus(Qt.TabFocusReason)
+    }
+    Loader {
+        id: acts
+        active: false
+        sourceComponent: ContextMenu {}
     }
     FocusRing {
         shown: canvas.activeFocus && !canvas.fresh && canvas.editor.selectedNode === "" && canvas.editor.selectedEdge === ""

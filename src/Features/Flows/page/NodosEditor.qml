@@ -55,10 +55,7 @@ FocusScope {
 
     Keys.onPressed: event => {
         const ctrl = (event.modifiers & Qt.ControlModifier) !== 0;
-        const shift = (event.modifiers & Qt.ShiftModifier) !== 0;
-        if (ctrl && event.key === Qt.Key_Z)
-            shift ? editor.redo() : editor.undo();
-        else if (ctrl && event.key === Qt.Key_Y)
+        if (ctrl && event.key === Qt.Key_Y)
             editor.redo();
         else if (ctrl && event.key === Qt.Key_S)
             editor.save();

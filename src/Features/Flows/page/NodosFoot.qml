@@ -67,6 +67,7 @@ Item {
         Button {
             iconName: foot.facts.running ? "stop" : "play"
             text: foot.facts.running ? Tr.t("shell.stop") : Tr.t("nodes-page.run")
+            shortcut: foot.facts.running ? "Ctrl+." : "Ctrl+R"
             onClicked: foot.facts.running ? foot.flows.stop(foot.flowId) : foot.run()
         }
         Button {

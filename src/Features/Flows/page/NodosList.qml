@@ -9,6 +9,7 @@ FocusScope {
     property string chosen
 
     signal opened(string id)
+    signal runWanted(string id)
     signal said(string text)
     signal scriptsWanted
 
@@ -25,6 +26,22 @@ FocusScope {
     function remove() { removing.open(); }
 
     function exportFlow() { exporting.open(); }
+
+    function actsOf(id: string): var {
+        chosen = id;
+        const facts = flows.facts(id);
+        const acts = [
+            {text: Tr.t("nodes-page.open"), icon: "point.topleft.down.to.point.bottomright", shortcut: "Return", act: () => opened(id)},
+            facts.running ? {text: Tr.t("shell.stop"), icon: "stop", shortcut: "Ctrl+.", act: () => flows.stop(id)}
+                : {text: Tr.t("nodes-page.run"), icon: "play", shortcut: "Ctrl+R", act: () => runWanted(id)},
+            {text: Tr.t("nodes-page.duplicate"), icon: "doc.on.doc.fill", shortcut: "Ctrl+D", act: () => focusFlow(flows.duplicate(id))},
+            {text: Tr.t("nodes-page.export"), icon: "square.and.arrow.up", act: () => exportFlow()},
+            {text: Tr.t("nodes-page.remove"), icon: "trash", shortcut: "Del", act: () => remove()}
+        ];
+        if (facts.from === "")
+            acts.splice(2, 0, {text: Tr.t("nodes-page.rename.do"), icon: "character.cursor.ibeam", shortcut: "F2", act: () => rename()});
+        return acts;
+    }
 
     ErrorNote {
         id: damaged
@@ -46,6 +63,7 @@ FocusScope {
         list.focus: true
         delegate: NodosRow {
             chosen: pane.chosen === flowId
+            acts: () => pane.actsOf(flowId)
             onClicked: pane.chosen = flowId
             onDoubleClicked: pane.opened(flowId)
         }

@@ -176,6 +176,7 @@ Item {
         anchors.fill: parent
         hoverEnabled: true
         preventStealing: true
+        acceptedButtons: Qt.LeftButton | Qt.RightButton
         onPressed: event => {
             grip = Qt.point(event.x, event.y);
             dragged = false;
@@ -188,13 +189,17 @@ Item {
             }
         }
         onPositionChanged: event => {
-            if (!pressed || node.editor.readOnly)
+            if (!(pressedButtons & Qt.LeftButton) || node.editor.readOnly)
                 return;
             dragged = dragged || Math.abs(event.x - grip.x) + Math.abs(event.y - grip.y) > Theme.space4;
             if (dragged)
                 node.editor.moveTo(node.nodeId, node.nodeX + event.x - grip.x, node.nodeY + event.y - grip.y);
         }
-        onReleased: node.editor.endStep()
+        onReleased: event => {
+            node.editor.endStep();
+            if (event.button === Qt.RightButton)
+                node.board.offerActs(body, event.x, event.y);
+        }
         onDoubleClicked: node.board.inspect()
     }
     Port {

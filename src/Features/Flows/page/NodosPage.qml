@@ -16,6 +16,10 @@ Page {
         return true;
     }
 
+    function runFlow(id: string) {
+        asking.run(flows.neededValues(id), values => flows.run(id, values));
+    }
+
     function closeFlow() {
         editor.close();
         list.item.focusFlow(chosen);
@@ -64,6 +68,7 @@ Page {
             kind: "main"
             iconName: "plus"
             text: Tr.t("nodes-page.new")
+            shortcut: "Ctrl+N"
             onClicked: page.openFlow(page.flows.create())
         },
         Button {
@@ -76,6 +81,7 @@ Page {
             kind: page.editor.isRunning ? "plain" : "main"
             iconName: page.editor.isRunning ? "stop" : "bolt"
             text: page.editor.isRunning ? Tr.t("shell.stop") : Tr.t("nodes-page.run")
+            shortcut: page.editor.isRunning ? "Ctrl+." : "Ctrl+R"
             onClicked: page.editor.isRunning ? page.editor.stop() : asking.run(page.editor.neededValues(), values => page.editor.run(values))
         }
     ]
@@ -88,6 +94,7 @@ Page {
         sourceComponent: NodosList {
             flows: page.flows
             onOpened: id => page.openFlow(id)
+            onRunWanted: id => page.runFlow(id)
             onChosenChanged: page.chosen = chosen
             onSaid: text => page.said(text)
             onScriptsWanted: page.navigate("scripts")
@@ -110,7 +117,7 @@ Page {
         flows: page.flows
         flowId: page.chosen
         onOpened: page.openFlow(page.chosen)
-        onRun: asking.run(page.flows.neededValues(page.chosen), values => page.flows.run(page.chosen, values))
+        onRun: page.runFlow(page.chosen)
         onCopied: id => list.item.focusFlow(id)
         onRenaming: list.item.rename()
         onRemoving: list.item.remove()

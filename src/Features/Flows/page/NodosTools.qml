@@ -26,21 +26,31 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
 
             Button {
+                id: add
                 height: Theme.itemHeight
                 kind: "quiet"
                 iconName: "plus"
                 text: Tr.t("nodes-page.add")
                 onClicked: tools.board.add()
+
+                // The canvas has this key.
+                Tooltip {
+                    wanted: add.hovered && !add.down || add.visualFocus
+                    text: add.text
+                    shortcut: "N"
+                }
             }
             IconButton {
                 iconName: "arrow.uturn.backward"
                 text: Tr.t("nodes-page.undo")
+                shortcut: "Ctrl+Z"
                 enabled: tools.editor.canUndo
                 onClicked: tools.editor.undo()
             }
             IconButton {
                 iconName: "arrow.uturn.forward"
                 text: Tr.t("nodes-page.redo")
+                shortcut: "Ctrl+Shift+Z"
                 enabled: tools.editor.canRedo
                 onClicked: tools.editor.redo()
             }
@@ -61,18 +71,21 @@ Item {
             IconButton {
                 iconName: "minus"
                 text: Tr.t("nodes-page.zoom-out")
+                shortcut: "Ctrl+-"
                 enabled: tools.board.zoom > tools.board.leastZoom
                 onClicked: tools.board.zoomBy(0.8)
             }
             IconButton {
                 iconName: "plus"
                 text: Tr.t("nodes-page.zoom-in")
+                shortcut: "Ctrl++"
                 enabled: tools.board.zoom < tools.board.mostZoom
                 onClicked: tools.board.zoomBy(1.25)
             }
             IconButton {
                 iconName: "arrow.up.left.and.arrow.down.right"
                 text: Tr.t("nodes-page.zoom-fit")
+                shortcut: "Ctrl+0"
                 onClicked: tools.board.fit(tools.board.leastZoom)
             }
         }

@@ -125,6 +125,7 @@ QVariantMap FlowEditorViewModel::nodeFacts() const {
                       {QStringLiteral("givenTitle"), qtText(printable(node->title))},
                       {QStringLiteral("ownTitle"), said.ownTitle(*node)},
                       {QStringLiteral("icon"), said.icon(*node)},
+                      {QStringLiteral("isStart"), std::holds_alternative<StartNode>(node->kind)},
                       {QStringLiteral("detail"), found->detail},
                       {QStringLiteral("problemText"), found->problemText},
                       {QStringLiteral("planText"), found->planText},

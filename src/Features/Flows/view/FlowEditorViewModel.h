@@ -52,7 +52,7 @@ class FlowEditorViewModel : public QObject {
     /// The selected node or edge; empty for none.
     Q_PROPERTY(QString selectedNode READ selectedNode NOTIFY selectionChanged)
     Q_PROPERTY(QString selectedEdge READ selectedEdge NOTIFY selectionChanged)
-    /// What there is to say of the selected node: title, ownTitle, givenTitle, icon, detail, problemText, planText, state,
+    /// What there is to say of the selected node: title, ownTitle, givenTitle, icon, isStart, detail, problemText, planText, state,
     /// stateText; once it ran: summary, output, durationText.
     Q_PROPERTY(QVariantMap node READ node NOTIFY nodeChanged)
     /// Where the selected node leads: [{edgeId, title, condition}].

@@ -52,6 +52,7 @@ Item {
             id: main
             kind: "main"
             iconName: "arrow.triangle.branch"
+            shortcut: "Ctrl+R"
             enabled: foot.copying.canRun
             text: foot.copying.isActive && !foot.copying.runTogether ? Tr.t("copy-page.run.queue")
                 : foot.copying.hasDisk ? Tr.t("copy-page.run.disk")

@@ -9,6 +9,12 @@ TableRow {
 
     signal takenOut
 
+    acts: () => [
+        {text: Tr.t("shell.open-folder"), icon: "folder", enabled: modelData.fault === "" && !modelData.isDisk, act: () => Qt.openUrlExternally(App.folderUrl(modelData.path))},
+        {text: Tr.t("shell.copy-path"), icon: "doc.on.doc.fill", act: () => App.copyText(modelData.path)},
+        {text: Tr.t("copy-page.act.take-out"), icon: "xmark", shortcut: "Del", act: () => takenOut()}
+    ]
+    onDoubleClicked: if (modelData.fault === "" && !modelData.isDisk) Qt.openUrlExternally(App.folderUrl(modelData.path))
     name: [modelData.name, modelData.fault, modelData.path].filter(text => text !== "").join(", ")
 
     Icon {

@@ -141,6 +141,7 @@ QVariantMap FastCopyViewModel::sourceRow(size_t row) const {
         {QStringLiteral("icon"), whole                       ? QStringLiteral("externaldrive")
                                  : facts && !facts->isFolder ? QStringLiteral("doc")
                                                              : QStringLiteral("folder")},
+        {QStringLiteral("isDisk"), whole != nullptr},
         {QStringLiteral("fault"), faultOfSource(row)},
     };
 }

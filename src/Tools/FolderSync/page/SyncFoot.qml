@@ -47,6 +47,7 @@ Item {
             kind: "main"
             iconName: "arrow.triangle.2.circlepath"
             text: foot.folderSync.actionCount > 0 ? Tr.t("sync-page.sync.count", {count: foot.folderSync.actionCount}) : Tr.t("sync-page.sync")
+            shortcut: "Ctrl+R"
             enabled: foot.folderSync.canSync && foot.folderSync.busyText === ""
                 && !(foot.folderSync.hasPlan && foot.folderSync.actionCount === 0)
             onClicked: foot.folderSync.sync()
@@ -93,6 +94,7 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             iconName: "stop"
             text: Tr.t("shell.stop")
+            shortcut: "Ctrl+."
             enabled: !foot.folderSync.isStopping
             onClicked: foot.folderSync.stop()
         }

@@ -42,6 +42,21 @@ Page {
 
     function refresh() { folderSync.refresh(); }
 
+    function actsOf(id: string): var {
+        folderSync.select(id);
+        const show = path => Qt.openUrlExternally(App.folderUrl(path));
+        return [
+            {text: Tr.t("sync-page.compare"), icon: "magnifyingglass", shortcut: "Return", enabled: folderSync.canSync && !works, act: () => folderSync.compare()},
+            {text: Tr.t("sync-page.sync"), icon: "arrow.triangle.2.circlepath", shortcut: "Ctrl+R",
+                enabled: folderSync.canSync && folderSync.busyText === "" && !works, act: () => folderSync.sync()},
+            {text: chosen.watch ? Tr.t("sync-page.act.unwatch") : Tr.t("sync-page.watch"), icon: "eye", act: () => folderSync.setWatch(id, !chosen.watch)},
+            {text: Tr.t("sync-page.act.source"), icon: "folder", act: () => show(chosen.sourcePath)},
+            {text: Tr.t("sync-page.act.destination"), icon: "folder", act: () => show(chosen.destinationPath)},
+            {text: Tr.t("sync-page.change"), icon: "gearshape", shortcut: "F2", act: () => form.edit(id, [])},
+            {text: Tr.t("sync-page.remove"), icon: "trash", shortcut: "Del", enabled: !chosen.isRunning, act: () => removal.open()}
+        ];
+    }
+
     title: App.shell.tool("sync").name
     line: hasPairs ? folderSync.countText : Tr.t("sync-page.line")
     settled: folderSync.phase !== "planning" && !(awaitsEnd && folderSync.phase === "running")
@@ -51,6 +66,7 @@ Page {
         visible: page.hasPairs
         iconName: "plus"
         text: Tr.t("sync-page.new")
+        shortcut: "Ctrl+N"
         onClicked: form.edit("", [])
     }
 
@@ -74,6 +90,7 @@ Page {
         model: page.folderSync.pairs
         delegate: SyncRow {
             chosen: page.chosen.pairId === pairId
+            acts: () => page.actsOf(pairId)
             onChosenChanged: if (chosen) table.currentIndex = index
             onClicked: page.folderSync.select(pairId)
             onDoubleClicked: form.edit(pairId, [])

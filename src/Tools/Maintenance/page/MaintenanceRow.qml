@@ -19,6 +19,8 @@ TableRow {
         needsHelper ? Tr.t("maintenance-page.needs-helper") : "",
         isRunning ? Tr.t("maintenance-page.running") : result ? result.text : ""].filter(text => text !== "").join(", ")
     Accessible.onPressAction: row.acted()
+    acts: () => isAbsent ? [] : [{text: button.text, icon: button.iconName, shortcut: "Return", enabled: button.enabled, act: () => row.acted()}]
+    onDoubleClicked: if (!isRunning) row.acted()
 
     Column {
         id: words
