@@ -16,6 +16,8 @@ Item {
     signal renaming
     signal removing
     signal exporting
+    // All that can be done, as a menu at the button.
+    signal moreWanted(Item button)
 
     function read() { facts = flows.facts(flowId); }
 
@@ -43,26 +45,39 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.space8
 
-        Button {
-            kind: "quiet"
-            text: Tr.t("nodes-page.remove")
-            onClicked: foot.removing()
+        Row {
+            id: all
+            spacing: buttons.spacing
+            visible: foot.width > Theme.wideWidth
+
+            Button {
+                kind: "quiet"
+                text: Tr.t("nodes-page.remove")
+                onClicked: foot.removing()
+            }
+            Button {
+                kind: "quiet"
+                text: Tr.t("nodes-page.export")
+                onClicked: foot.exporting()
+            }
+            Button {
+                kind: "quiet"
+                visible: foot.known && foot.facts.from === ""
+                text: Tr.t("nodes-page.rename.do")
+                onClicked: foot.renaming()
+            }
+            Button {
+                kind: "quiet"
+                text: Tr.t("nodes-page.duplicate")
+                onClicked: foot.copied(foot.flows.duplicate(foot.flowId))
+            }
         }
-        Button {
-            kind: "quiet"
-            text: Tr.t("nodes-page.export")
-            onClicked: foot.exporting()
-        }
-        Button {
-            kind: "quiet"
-            visible: foot.known && foot.facts.from === ""
-            text: Tr.t("nodes-page.rename.do")
-            onClicked: foot.renaming()
-        }
-        Button {
-            kind: "quiet"
-            text: Tr.t("nodes-page.duplicate")
-            onClicked: foot.copied(foot.flows.duplicate(foot.flowId))
+        IconButton {
+            visible: !all.visible
+            anchors.verticalCenter: parent.verticalCenter
+            iconName: "ellipsis"
+            text: Tr.t("nodes-page.more")
+            onClicked: foot.moreWanted(this)
         }
         Button {
             iconName: foot.facts.running ? "stop" : "play"

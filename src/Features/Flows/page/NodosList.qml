@@ -43,6 +43,16 @@ FocusScope {
         return acts;
     }
 
+    function offerActs(item: Item) {
+        menu.active = true;
+        menu.item.offer(actsOf(chosen), item, 0, 0);
+    }
+
+    Loader {
+        id: menu
+        active: false
+        sourceComponent: ContextMenu {}
+    }
     ErrorNote {
         id: damaged
         width: parent.width

@@ -122,6 +122,7 @@ Page {
         onRenaming: list.item.rename()
         onRemoving: list.item.remove()
         onExporting: list.item.exportFlow()
+        onMoreWanted: button => list.item.offerActs(button)
     }
 
     NodosRunSheet {
