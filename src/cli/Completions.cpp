@@ -76,7 +76,7 @@ std::string bashCompletions(const Verb& program) {
     return fmt::format(R"(_varnholt() {{
     local verb={0} words='' each current=${{COMP_WORDS[COMP_CWORD]}} before=${{COMP_WORDS[COMP_CWORD-1]}}
     COMPREPLY=()
-    for each in "${{COMP_WORDS[@]:1:COMP_CWORD-1}}"; do
+    for each in "${{COMP_WORDS[@]:1:$((COMP_CWORD - 1))}}"; do
         case "$verb $each" in
         {1}) verb="$verb $each" ;;
         esac

@@ -39,6 +39,10 @@ TEST(Options, sayWhatTheCommandLineAsksFor) {
     }
 }
 
+TEST(Options, showHelpAsItIsWritten) {
+    EXPECT_TRUE(Options::of({"varnholt-app", "--help"}).text.contains(QStringLiteral("varnholt://\u2026]")));
+}
+
 TEST(Options, readTheLook) {
     const auto options = Options::of({"varnholt-app", "--dark", "--language", "fr", "--size", "960x640"});
     EXPECT_EQ(options.appearance, "dark");
