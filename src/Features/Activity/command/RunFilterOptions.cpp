@@ -4,6 +4,7 @@
 #include "Core/ToolTexts.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
+#include "cli/Day.h"
 
 #include <charconv>
 #include <fmt/ranges.h>
@@ -55,16 +56,6 @@ Period periodOf(const RunFilterOptions& options, const LocalCalendar& calendar) 
 }
 
 } // namespace
-
-Date parseDay(const std::string& text, const LocalCalendar& calendar) {
-    const auto noon = parseIso8601(text + "T12:00:00Z");
-    if (!noon)
-        failWord(text, "YYYY-MM-DD");
-    const WallTime wall = calendar.wallTime(*noon);
-    // Far from Greenwich, noon there is already the next day here.
-    const Date start = calendar.startOfDay(*noon);
-    return wall.day == std::stoi(text.substr(8, 2)) ? start : calendar.startOfDay(*noon, -1);
-}
 
 void RunFilterOptions::addTo(Verb& verb, const CommandLine& line) {
     const auto add = [&](const char* name, std::string& value, const char* key, std::string_view words) {

@@ -27,7 +27,4 @@ struct RunFilterOptions {
 /// The newest runs of the log that match, at most `most`, newest first.
 std::vector<RunRecord> matchingRuns(app::Session& session, const RunFilter& filter, size_t most);
 
-/// A day of the calendar such as "2026-11-22", at its start. Throws UsageError.
-Date parseDay(const std::string& text, const LocalCalendar& calendar);
-
 } // namespace vh::cli

@@ -10,6 +10,7 @@
 #include "cli/Commands.h"
 #include "cli/NamedThing.h"
 #include "cli/Reply.h"
+#include "cli/RunTable.h"
 #include "cli/Table.h"
 
 namespace vh {
@@ -40,10 +41,6 @@ struct ListOptions {
     RunFilterOptions filter;
     int limit = 30;
 };
-
-std::string outcomeTitle(const Texts& texts, Outcome outcome) {
-    return texts.text(fmt::format("outcome.{}", rawValue(outcome)));
-}
 
 Exit listRuns(Context& context, const ListOptions& options) {
     const size_t limit = options.limit > 0 ? static_cast<size_t>(options.limit) : RunLog::defaultMaxRecords;
@@ -100,21 +97,6 @@ Exit showRun(Context& context, const std::string& word) {
 }
 
 } // namespace
-
-void printRuns(const std::vector<RunRecord>& runs, const Texts& texts) {
-    const LocalCalendar calendar;
-    Table table({{texts.text("cli.column.id")},
-                 {texts.text("cli.column.date")},
-                 {texts.text("cli.column.tool")},
-                 {texts.text("cli.column.outcome")},
-                 {texts.text("cli.column.trigger")},
-                 {texts.text("cli.column.summary"), Align::left, true}});
-    for (const RunRecord& run : runs)
-        table.add({run.id.text().substr(0, 8), timestamp(run.startedAt, calendar).substr(0, 16),
-                   printable(toolName(texts, run.toolID)), outcomeTitle(texts, run.outcome),
-                   texts.text(fmt::format("trigger.{}", rawValue(run.trigger))), printable(run.summary)});
-    print(table.text(outputWidth()));
-}
 
 std::optional<RunRecord> findRun(Context& context, const std::string& word) {
     return findNamed(context, context.session.runLog().all(), word,

@@ -6,18 +6,11 @@
 #include <string>
 #include <vector>
 
-namespace vh {
-class Texts;
-}
-
 namespace vh::cli {
 
 class CommandLine;
 class Verb;
 struct Context;
-
-/// A table of runs for people.
-void printRuns(const std::vector<RunRecord>& runs, const Texts& texts);
 
 /// The run whose identifier begins so. Complains and gives nothing when there is none, or more than one.
 std::optional<RunRecord> findRun(Context& context, const std::string& word);

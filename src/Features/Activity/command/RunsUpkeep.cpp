@@ -11,6 +11,7 @@
 #include "app/Session.h"
 #include "cli/CommandLine.h"
 #include "cli/Consent.h"
+#include "cli/Day.h"
 #include "cli/Reply.h"
 
 #include <filesystem>

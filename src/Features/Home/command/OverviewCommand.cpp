@@ -3,7 +3,6 @@
 #include "Core/Printable.h"
 #include "Core/SuiteModule.h"
 #include "Core/VolumeTitle.h"
-#include "Features/Activity/command/RunsCommand.h"
 #include "Platform/Host.h"
 #include "Platform/Volumes.h"
 #include "app/ModuleRegistry.h"
@@ -11,6 +10,7 @@
 #include "cli/CommandLine.h"
 #include "cli/Commands.h"
 #include "cli/Reply.h"
+#include "cli/RunTable.h"
 #include "cli/Table.h"
 
 namespace vh {
