@@ -6,8 +6,8 @@ get_target_property(vh_modules modules MANUALLY_ADDED_DEPENDENCIES)
 install(TARGETS ${vh_modules} LIBRARY DESTINATION lib/varnholt)
 install(FILES resources/systemd/varnholt.service DESTINATION lib/systemd/user)
 install(CODE "execute_process(COMMAND $<TARGET_FILE:varnholt> completions bash
-    OUTPUT_FILE ${CMAKE_BINARY_DIR}/install/completions.bash COMMAND_ERROR_IS_FATAL ANY)")
-install(FILES ${CMAKE_BINARY_DIR}/install/completions.bash
+    OUTPUT_FILE ${CMAKE_BINARY_DIR}/completions.bash COMMAND_ERROR_IS_FATAL ANY)")
+install(FILES ${CMAKE_BINARY_DIR}/completions.bash
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME varnholt)
 
 # The root service. Only under /usr the system looks for what it needs; elsewhere "varnholt helper register" brings it
