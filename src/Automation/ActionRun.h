@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Automation/ScheduledActions.h"
+#include "Core/RunWords.h"
 #include "Core/Texts.h"
 
 namespace vh {
@@ -22,9 +23,12 @@ public:
 
     /// What `work` throws becomes the record.
     RunRecord run(const std::function<RunRecord(ActionRun&)>& work);
-    RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {},
+    RunRecord finish(Outcome outcome, RunWords words, const RunMetrics& metrics = {},
                      const RunDetails& details = {});
-    RunRecord fail(std::string summary);
+    RunRecord finish(Outcome outcome, Message said) {
+        return finish(outcome, RunWords({std::move(said)}, texts));
+    }
+    RunRecord fail(const Message& why);
 
 private:
     const std::shared_ptr<RunHandle> run_;

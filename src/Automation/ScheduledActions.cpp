@@ -1,6 +1,7 @@
 #include "Automation/ScheduledActions.h"
 
 #include "Automation/ActionRun.h"
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Core/SuiteModule.h"
@@ -14,21 +15,19 @@ namespace {
 
 constexpr std::string_view companySync = "company-sync";
 
-std::string toolTitle(std::string_view toolID, const Texts& texts) {
+Message toolTitle(std::string_view toolID, const Texts& texts) {
     if (toolID == companySync)
-        return texts.text("scheduled-action.company-sync.title");
+        return {"scheduled-action.company-sync.title", {}};
     const auto action = fromRaw<ScheduledAction>(toolID);
-    return action ? titleOf(*action, texts) : toolName(texts, toolID);
+    return action ? titleMessage(*action) : Message::literal(toolName(texts, toolID));
 }
 
 RunRecord notThereYet(ActionRun& run) {
-    return run.fail(run.texts.text("scheduled-action.not-there-yet",
-                                   {{"tool", toolTitle(run.request.toolID, run.texts)}}));
+    return run.fail({"scheduled-action.not-there-yet", {{"tool", toolTitle(run.request.toolID, run.texts)}}});
 }
 
 RunRecord unknownAction(ActionRun& run) {
-    return run.fail(
-        run.texts.text("scheduled-action.unknown", {{"action", printable(run.request.actionID)}}));
+    return run.fail({"scheduled-action.unknown", {{"action", printable(run.request.actionID)}}});
 }
 
 } // namespace
@@ -49,19 +48,19 @@ RunRecord ActionRun::run(const std::function<RunRecord(ActionRun&)>& work) {
     try {
         return work(*this);
     } catch (const Cancelled&) {
-        return finish(Outcome::cancelled, texts.text("scheduled-action.stopped"));
+        return finish(Outcome::cancelled, Message{"scheduled-action.stopped", {}});
     } catch (const std::exception& error) {
-        return fail(error.what());
+        return fail(messageOf(error));
     }
 }
 
-RunRecord ActionRun::finish(Outcome outcome, std::string summary, const RunMetrics& metrics,
+RunRecord ActionRun::finish(Outcome outcome, RunWords words, const RunMetrics& metrics,
                             const RunDetails& more) {
-    return run_->finish(outcome, std::move(summary), metrics, more);
+    return run_->finish(outcome, std::move(words), metrics, more);
 }
 
-RunRecord ActionRun::fail(std::string summary) {
-    return finish(Outcome::failed, std::move(summary), {{RunMetric::errors, 1}});
+RunRecord ActionRun::fail(const Message& why) {
+    return finish(Outcome::failed, RunWords({why}, texts), {{RunMetric::errors, 1}});
 }
 
 RunRecord cleanWithModule(ActionRun& run) {
@@ -71,7 +70,7 @@ RunRecord cleanWithModule(ActionRun& run) {
     run.control.report(-1, run.texts.text("scheduled-action.scanning"));
     const ScanReport report = module->scan(run.control);
     if (report.items.empty())
-        return run.finish(Outcome::success, run.texts.text("scheduled-action.nothing-to-clean"));
+        return run.finish(Outcome::success, Message{"scheduled-action.nothing-to-clean", {}});
     run.control.report(-1, run.texts.text("scheduled-action.moving-to-trash"));
     CleanStart start(run.request.trigger);
     start.details = run.details;

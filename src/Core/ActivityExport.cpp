@@ -1,6 +1,7 @@
 #include "Core/ActivityExport.h"
 
 #include "Core/Csv.h"
+#include "Core/RunWords.h"
 #include "Core/ToolTexts.h"
 
 #include <fmt/format.h>
@@ -40,9 +41,9 @@ std::string ActivityExport::csv(const std::vector<RunRecord>& records) const {
             record.computer.value_or(""), texts.text(fmt::format("trigger.{}", rawValue(record.trigger))),
             texts.text(fmt::format("outcome.{}", rawValue(record.outcome))),
             seconds(record.duration, separator), number(record.files()), number(record.bytes()),
-            record.summary});
+            summaryOf(record, texts)});
         for (const RunDetail detail : details)
-            row.push_back(record.detail(detail).value_or(""));
+            row.push_back(detailOf(record, detail, texts).value_or(""));
     }
     return vh::csv(header, rows, separator);
 }

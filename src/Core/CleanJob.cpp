@@ -1,6 +1,5 @@
 #include "Core/CleanJob.h"
 
-#include "Core/ByteFormat.h"
 #include "Core/CleanReason.h"
 #include "Core/PathAllowlist.h"
 #include "Core/Printable.h"
@@ -16,13 +15,13 @@ namespace vh {
 namespace {
 
 /// What nobody watched is looked up later; the list of items holds the others.
-std::string firstLines(std::vector<std::string> lines) {
+Messages firstLines(Messages lines) {
     constexpr size_t most = 20;
     if (lines.size() > most) {
         lines.resize(most);
-        lines.emplace_back("…");
+        lines.push_back(Message::literal("…"));
     }
-    return joinList(lines);
+    return lines;
 }
 
 /// The job between opening its journal and finishing it.
@@ -57,7 +56,7 @@ private:
     void skip(const ScanItem& item, const std::string& line);
     void reportProgress(size_t index, size_t count, const std::string& path);
     Outcome outcome(bool stopped) const;
-    std::string message(bool stopped) const;
+    Messages message(bool stopped) const;
     void finish(bool stopped);
 
     SuiteModule& module_;
@@ -68,6 +67,7 @@ private:
     RunJournal& journal_;
     RunHandle* const part_;
     CleanJobResult done_;
+    Messages skipped_; ///< those of done_.skippedDetails
     std::chrono::steady_clock::time_point reported_{};
 };
 
@@ -116,8 +116,10 @@ void CleanJob::skip(const ScanItem& item, const std::string& line) {
     const std::string reason =
         line.starts_with(start) ? plainReasonOfText(line.substr(start.size())) : plainReason(line);
     const size_t library = item.path.find("/Library/");
-    done_.skippedDetails.push_back(printable(item.path.substr(library == std::string::npos ? 0 : library)) +
-                                   " — " + localizedReason(texts_, reason));
+    skipped_.push_back({"run.item-problem",
+                        {{"path", printable(item.path.substr(library == std::string::npos ? 0 : library))},
+                         {"reason", reasonMessage(reason)}}});
+    done_.skippedDetails.push_back(worded(skipped_.back(), texts_));
     if (reason == plain::protectedBySystem || reason == plain::inUse)
         done_.protectedPaths.insert(PathAllowlist::normalize(item.path));
     done_.skipped.push_back({item.path, reason});
@@ -141,21 +143,20 @@ Outcome CleanJob::outcome(bool stopped) const {
     return done_.result.errors.empty() ? Outcome::success : Outcome::warning;
 }
 
-std::string CleanJob::message(bool stopped) const {
+Messages CleanJob::message(bool stopped) const {
     if (done_.error && done_.result.items.empty())
-        return *done_.error;
+        return {Message::literal(*done_.error)};
     const char* const key = isUnattended_                     ? "scheduled-action.moved-to-trash"
                             : method_ == RemovalMethod::trash ? "clean.result-trashed"
                                                               : "clean.result-deleted";
-    std::string message = texts_.text(key, {{"count", done_.result.removedCount},
-                                            {"bytes", sizeText(done_.result.freedBytes, texts_.language())}});
+    Messages message{
+        {key, {{"count", done_.result.removedCount}, {"bytes", ByteCount{done_.result.freedBytes}}}}};
     if (!done_.result.errors.empty())
-        message +=
-            " " + texts_.text("scan-clean-workspace.log-skipped", {{"count", done_.result.errors.size()}});
+        message.push_back({"scan-clean-workspace.log-skipped", {{"count", done_.result.errors.size()}}});
     if (stopped)
-        message += " " + texts_.text("clean.stopped");
+        message.push_back({"clean.stopped", {}});
     if (done_.error)
-        message += " " + *done_.error;
+        message.push_back(Message::literal(*done_.error));
     return message;
 }
 
@@ -164,13 +165,12 @@ void CleanJob::finish(bool stopped) {
     const RunMetrics metrics{{RunMetric::filesRemoved, static_cast<double>(result.removedCount)},
                              {RunMetric::freedBytes, static_cast<double>(result.freedBytes)},
                              {RunMetric::errors, static_cast<double>(result.errors.size())}};
-    RunDetails details{{RunDetail::files, std::to_string(result.removedCount)},
-                       {RunDetail::bytes, std::to_string(result.freedBytes)},
-                       {RunDetail::failed, std::to_string(result.errors.size())}};
-    if (isUnattended_)
-        details.emplace(RunDetail::errors, firstLines(done_.skippedDetails));
-    done_.record = part_ ? part_->finish(outcome(stopped), message(stopped), metrics, details)
-                         : journal_.finish(outcome(stopped), message(stopped), metrics, details);
+    const RunDetails details{{RunDetail::files, std::to_string(result.removedCount)},
+                             {RunDetail::bytes, std::to_string(result.freedBytes)},
+                             {RunDetail::failed, std::to_string(result.errors.size())}};
+    const RunWords words(message(stopped), texts_, isUnattended_ ? firstLines(skipped_) : Messages());
+    done_.record = part_ ? part_->finish(outcome(stopped), words, metrics, details)
+                         : journal_.finish(outcome(stopped), words, metrics, details);
     done_.trackingFailure = journal_.failure();
 }
 

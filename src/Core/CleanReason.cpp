@@ -80,11 +80,15 @@ std::string_view localizedReasonKey(std::string_view reason) {
     return "scan-clean-workspace.reason.could-not-be-removed";
 }
 
+Message reasonMessage(std::string_view reason) {
+    Message message{std::string(localizedReasonKey(reason)), {}};
+    if (reason.starts_with(isOpen))
+        message.arguments.emplace("name", reason.substr(isOpen.size()));
+    return message;
+}
+
 std::string localizedReason(const Texts& texts, std::string_view reason) {
-    const std::string_view key = localizedReasonKey(reason);
-    if (!reason.starts_with(isOpen))
-        return texts.text(key);
-    return texts.text(key, {{"name", reason.substr(isOpen.size())}});
+    return worded(reasonMessage(reason), texts);
 }
 
 } // namespace vh

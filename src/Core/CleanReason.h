@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Core/Message.h"
+
 #include <string>
 #include <string_view>
 
 namespace vh {
-
-class Texts;
 
 /// Plain reasons that others ask for.
 namespace plain {
@@ -28,6 +28,7 @@ std::string plainReasonOfText(std::string_view text);
 /// The key of a plain reason's text; "is open: " and a name give the key that takes a name.
 std::string_view localizedReasonKey(std::string_view reason);
 
+Message reasonMessage(std::string_view reason);
 /// A plain reason in the person's language.
 std::string localizedReason(const Texts& texts, std::string_view reason);
 

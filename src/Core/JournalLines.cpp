@@ -54,15 +54,16 @@ std::optional<Journal> readJournal(std::string_view text) {
     return hasHeader ? std::optional(std::move(journal)) : std::nullopt;
 }
 
-RunRecord interruptedRecord(const Journal& journal, std::string summary) {
+RunRecord interruptedRecord(const Journal& journal, RunWords words) {
     return RunRecord{.id = journal.header.id,
                      .toolID = journal.header.toolID,
                      .startedAt = journal.header.startedAt,
                      .outcome = Outcome::failed,
                      .trigger = journal.header.trigger,
-                     .summary = std::move(summary),
+                     .summary = std::move(words.summary),
                      .computer = RunLog::thisComputer(),
-                     .details = journal.header.details};
+                     .details = journal.header.details,
+                     .facts = std::move(words.facts)};
 }
 
 } // namespace vh

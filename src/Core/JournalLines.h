@@ -3,6 +3,7 @@
 #include "Core/Codec.h"
 #include "Core/RunFiles.h"
 #include "Core/RunRecord.h"
+#include "Core/RunWords.h"
 
 #include <optional>
 #include <string>
@@ -59,6 +60,6 @@ struct Journal {
 std::optional<Journal> readJournal(std::string_view text);
 
 /// What stands in the log for a run that was killed. Its duration is not known and counts as none.
-RunRecord interruptedRecord(const Journal& journal, std::string summary);
+RunRecord interruptedRecord(const Journal& journal, RunWords words);
 
 } // namespace vh

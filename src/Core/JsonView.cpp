@@ -42,7 +42,11 @@ std::optional<T> wanted(simdjson::simdjson_result<T> result) {
 
 } // namespace
 
-JsonDocument::JsonDocument() : parser_(std::make_unique<Parser>()) {}
+JsonDocument::JsonDocument(size_t mostDepth) : parser_(std::make_unique<Parser>()) {
+    constexpr size_t firstRoom = 4096; // it grows with the texts
+    if (mostDepth != usualDepth && parser_->parser.allocate(firstRoom, mostDepth))
+        throw std::bad_alloc();
+}
 JsonDocument::~JsonDocument() = default;
 
 JsonView JsonDocument::parse(std::string_view text) {

@@ -64,10 +64,11 @@ private:
 /// A parser and the document it read last. Reading many texts with one object spares allocations.
 class JsonDocument {
 public:
-    JsonDocument();
+    static constexpr size_t usualDepth = 1024;
+    explicit JsonDocument(size_t mostDepth = usualDepth);
     ~JsonDocument();
 
-    /// Throws DecodeError. The view, and all views before it, end with the next parse.
+    /// Throws DecodeError, also for values that lie deeper one in the other. The view, and all views before it, end with the next parse.
     JsonView parse(std::string_view text);
 
 private:

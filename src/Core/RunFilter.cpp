@@ -1,6 +1,7 @@
 #include "Core/RunFilter.h"
 
 #include "Core/Fold.h"
+#include "Core/RunWords.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -54,8 +55,13 @@ private:
         return record.computer ? *record.computer : world_.thisComputer;
     }
     bool holdsText(const RunRecord& record) {
-        return nameHoldsText(record.toolID) || containsFolded(record.summary, needle_) ||
+        return nameHoldsText(record.toolID) || summaryHoldsText(record) ||
                containsFolded(computerOf(record), needle_);
+    }
+    bool summaryHoldsText(const RunRecord& record) const {
+        if (!world_.texts || !record.facts)
+            return containsFolded(record.summary, needle_);
+        return containsFolded(summaryOf(record, *world_.texts), needle_);
     }
     bool nameHoldsText(const std::string& toolID) {
         const auto [place, isNew] = names_.try_emplace(toolID);

@@ -3,6 +3,7 @@
 #include "Core/Describe.h"
 #include "Core/LocalCalendar.h"
 #include "Core/RunRecord.h"
+#include "Core/Texts.h"
 
 #include <functional>
 #include <optional>
@@ -65,6 +66,7 @@ struct RunFilter {
         std::string thisComputer; ///< what a record without a computer counts as
         Date now;
         LocalCalendar calendar;
+        std::optional<Texts> texts = {}; ///< in which the summary is shown; unset: as it was written
     };
 
     /// Nothing for all time.

@@ -16,7 +16,7 @@ bool RunHandle::isFinished() const {
     return record_.has_value();
 }
 
-std::optional<RunRecord> RunHandle::close(Outcome outcome, std::string summary, const RunMetrics& metrics,
+std::optional<RunRecord> RunHandle::close(Outcome outcome, RunWords words, const RunMetrics& metrics,
                                           const RunDetails& details) {
     RunRecord record{.id = id_,
                      .toolID = toolID_,
@@ -24,13 +24,16 @@ std::optional<RunRecord> RunHandle::close(Outcome outcome, std::string summary, 
                      .duration = std::max(Seconds(log_.now() - startedAt_).count(), 0.0),
                      .outcome = outcome,
                      .trigger = trigger_,
-                     .summary = std::move(summary),
+                     .summary = std::move(words.summary),
                      .computer = RunLog::thisComputer()};
     for (const auto& [metric, value] : metrics)
         record.metrics.emplace(rawValue(metric), value);
     RunDetails merged = details;
     merged.insert(details_.begin(), details_.end());
+    if (!words.problems.empty())
+        merged[RunDetail::errors] = std::move(words.problems);
     record.details = rawDetails(merged);
+    record.facts = std::move(words.facts);
 
     const std::lock_guard guard(mutex_);
     if (record_)
@@ -43,9 +46,9 @@ RunRecord RunHandle::closedRecord() const {
     return *record_;
 }
 
-RunRecord RunHandle::finish(Outcome outcome, std::string summary, const RunMetrics& metrics,
+RunRecord RunHandle::finish(Outcome outcome, RunWords words, const RunMetrics& metrics,
                             const RunDetails& details) {
-    const auto record = close(outcome, std::move(summary), metrics, details);
+    const auto record = close(outcome, std::move(words), metrics, details);
     if (record && kind_ == Kind::whole)
         log_.record(*record);
     return closedRecord();

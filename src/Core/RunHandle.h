@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/RunRecord.h"
+#include "Core/RunWords.h"
 
 #include <mutex>
 #include <optional>
@@ -19,7 +20,7 @@ public:
 
     /// Writes the record, once: a second call only gives the first one's record again. Details given here win over
     /// those of begin; empty ones are left out.
-    RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {},
+    RunRecord finish(Outcome outcome, RunWords words, const RunMetrics& metrics = {},
                      const RunDetails& details = {});
     bool isFinished() const;
 
@@ -33,7 +34,7 @@ public:
 private:
     friend class RunJournal;
     /// The finished record, for the one who finishes first; nothing for everyone later.
-    std::optional<RunRecord> close(Outcome outcome, std::string summary, const RunMetrics& metrics,
+    std::optional<RunRecord> close(Outcome outcome, RunWords words, const RunMetrics& metrics,
                                    const RunDetails& details);
     RunRecord closedRecord() const;
 

@@ -122,9 +122,9 @@ std::string RunJournal::failure() const {
     return failure_;
 }
 
-RunRecord RunJournal::finish(Outcome outcome, std::string summary, const RunMetrics& metrics,
+RunRecord RunJournal::finish(Outcome outcome, RunWords words, const RunMetrics& metrics,
                              const RunDetails& details) {
-    const auto record = run_->close(outcome, std::move(summary), metrics, details);
+    const auto record = run_->close(outcome, std::move(words), metrics, details);
     if (!record)
         return run_->closedRecord();
     {

@@ -30,7 +30,7 @@ public:
     void add(std::vector<RunFileRow> rows);
     /// Writes the record and then the list of all rows; then the track goes. The list waits for the end of a step that
     /// is still under way. Does not throw.
-    RunRecord finish(Outcome outcome, std::string summary, const RunMetrics& metrics = {},
+    RunRecord finish(Outcome outcome, RunWords words, const RunMetrics& metrics = {},
                      const RunDetails& details = {});
 
     /// All that was done so far.
@@ -63,8 +63,8 @@ private:
 /// The folder of the open runs' tracks. It stays where it is when the database moves.
 class RunJournals {
 public:
-    /// The text for people, made from the run's title.
-    using SummaryOfInterrupted = std::function<std::string(const std::string& title)>;
+    /// What is said of it, made from the run's title.
+    using SummaryOfInterrupted = std::function<RunWords(const std::string& title)>;
 
     RunJournals(std::string folder, RunLog& log, RunFiles& files);
     /// "<default database folder>/open-runs".

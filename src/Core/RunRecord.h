@@ -78,6 +78,8 @@ struct RunRecord {
     std::optional<std::string> computer;   ///< the one that ran it; unset in old lines
     std::optional<std::map<std::string, std::string>>
         details; ///< by raw value of RunDetail; unset when empty
+    /// What the words are made of, as JSON that is read when they are shown (Core/RunWords.h); unset in old lines.
+    std::optional<std::string> facts = {};
 
     std::optional<double> metric(RunMetric which) const;
     std::optional<std::string> detail(RunDetail which) const;
@@ -155,6 +157,7 @@ inline constexpr auto describe<RunRecord> =
            field("startedAt", &RunRecord::startedAt), field("duration", &RunRecord::duration),
            field("outcome", &RunRecord::outcome), field("trigger", &RunRecord::trigger),
            field("summary", &RunRecord::summary), field("metrics", &RunRecord::metrics),
-           field("computer", &RunRecord::computer), field("details", &RunRecord::details));
+           field("computer", &RunRecord::computer), field("details", &RunRecord::details),
+           field("facts", &RunRecord::facts).forgiving());
 
 } // namespace vh

@@ -3,6 +3,7 @@
 #include "Core/ByteFormat.h"
 #include "Core/Csv.h"
 #include "Core/Printable.h"
+#include "Core/RunWords.h"
 #include "Core/ToolTexts.h"
 
 #include <algorithm>
@@ -83,9 +84,9 @@ public:
         addFact("activity.column.outcome", texts_.text(fmt::format("outcome.{}", rawValue(record_.outcome))));
         addFact("activity.column.trigger", texts_.text(fmt::format("trigger.{}", rawValue(record_.trigger))));
         addFact("activity.heading.duration", durationText(record_.duration, texts_.language()));
-        addFact("activity.column.summary", record_.summary);
+        addFact("activity.column.summary", summaryOf(record_, texts_));
         for (const RunDetail detail : detailColumns({record_}, {RunDetail::files, RunDetail::bytes}))
-            addFact(columnKey(rawValue(detail)), *record_.detail(detail));
+            addFact(columnKey(rawValue(detail)), *detailOf(record_, detail, texts_));
     }
 
     void addTotals() {

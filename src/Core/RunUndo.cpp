@@ -1,6 +1,5 @@
 #include "Core/RunUndo.h"
 
-#include "Core/ByteFormat.h"
 #include "Core/RunJournal.h"
 #include "Core/RunLog.h"
 #include "Core/ToolTexts.h"
@@ -46,12 +45,13 @@ public:
     bool hasRestored() const { return done_.restoredCount > 0; }
 
     UndoResult finish(const std::string& savingFailure) {
-        done_.record = journal_.finish(outcome(!savingFailure.empty()), message(savingFailure),
-                                       {{RunMetric::itemsProcessed, static_cast<double>(done_.restoredCount)},
-                                        {RunMetric::errors, static_cast<double>(done_.skipped.size())}},
-                                       {{RunDetail::files, std::to_string(done_.restoredCount)},
-                                        {RunDetail::bytes, std::to_string(done_.restoredBytes)},
-                                        {RunDetail::failed, std::to_string(done_.skipped.size())}});
+        done_.record =
+            journal_.finish(outcome(!savingFailure.empty()), RunWords(message(savingFailure), texts_),
+                            {{RunMetric::itemsProcessed, static_cast<double>(done_.restoredCount)},
+                             {RunMetric::errors, static_cast<double>(done_.skipped.size())}},
+                            {{RunDetail::files, std::to_string(done_.restoredCount)},
+                             {RunDetail::bytes, std::to_string(done_.restoredBytes)},
+                             {RunDetail::failed, std::to_string(done_.skipped.size())}});
         return std::move(done_);
     }
 
@@ -87,16 +87,15 @@ private:
         return done_.skipped.empty() && !savingFailed ? Outcome::success : Outcome::warning;
     }
 
-    std::string message(const std::string& savingFailure) const {
-        std::string message =
-            texts_.text("undo.result", {{"count", done_.restoredCount},
-                                        {"bytes", sizeText(done_.restoredBytes, texts_.language())}});
+    Messages message(const std::string& savingFailure) const {
+        Messages message{
+            {"undo.result", {{"count", done_.restoredCount}, {"bytes", ByteCount{done_.restoredBytes}}}}};
         if (!done_.skipped.empty())
-            message += " " + texts_.text("undo.skipped", {{"count", done_.skipped.size()}});
+            message.push_back({"undo.skipped", {{"count", done_.skipped.size()}}});
         if (control_.cancel.isCancelled())
-            message += " " + texts_.text("clean.stopped");
+            message.push_back({"clean.stopped", {}});
         if (!savingFailure.empty())
-            message += " " + savingFailure;
+            message.push_back(Message::literal(savingFailure));
         return message;
     }
 

@@ -6,8 +6,12 @@
 
 namespace vh {
 
+Message titleMessage(ScheduledAction action) {
+    return {fmt::format("scheduled-action.{}.title", rawValue(action)), {}};
+}
+
 std::string titleOf(ScheduledAction action, const Texts& texts) {
-    return texts.text(fmt::format("scheduled-action.{}.title", rawValue(action)));
+    return worded(titleMessage(action), texts);
 }
 
 ScheduledTask makeTask(std::string title, std::string toolID, std::string actionID,

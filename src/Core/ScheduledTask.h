@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Core/Describe.h"
+#include "Core/Message.h"
 #include "Core/RunRecord.h"
 #include "Core/Schedule.h"
 #include "Core/Uuid.h"
@@ -24,6 +25,7 @@ enum class ScheduledAction {
 };
 
 class Texts;
+Message titleMessage(ScheduledAction action);
 std::string titleOf(ScheduledAction action, const Texts& texts);
 
 /// The action identifier of a task that runs the flow which its payload names under "flow".

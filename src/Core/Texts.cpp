@@ -4,8 +4,11 @@
 #include "Core/JsonView.h"
 #include "Platform/Host.h"
 
+#include <algorithm>
+#include <memory>
 #include <unicode/locid.h>
 #include <unicode/msgfmt.h>
+#include <unicode/strenum.h>
 #include <unordered_map>
 
 namespace vh {
@@ -63,6 +66,57 @@ icu::Formattable formattable(const TextValue& argument) {
     return std::visit(Visitor{}, argument.value);
 }
 
+struct Arguments {
+    explicit Arguments(const std::vector<TextArgument>& arguments) {
+        for (const auto& argument : arguments) {
+            names.push_back(unicode(argument.name));
+            values.push_back(formattable(argument.value));
+        }
+    }
+    bool has(const icu::UnicodeString& name) const { return std::ranges::find(names, name) != names.end(); }
+
+    std::vector<icu::UnicodeString> names;
+    std::vector<icu::Formattable> values;
+};
+
+icu::MessageFormat formatOf(Language language, const std::string& pattern, UErrorCode& status) {
+    return {unicode(pattern), icu::Locale(std::string(code(language)).c_str()), status};
+}
+
+std::optional<std::string> fill(const icu::MessageFormat& format, const Arguments& arguments,
+                                UErrorCode& status) {
+    icu::UnicodeString message;
+    format.format(arguments.names.data(), arguments.values.data(),
+                  static_cast<int32_t>(arguments.names.size()), message, status);
+    if (U_FAILURE(status))
+        return std::nullopt;
+    std::string text;
+    message.toUTF8String(text);
+    return text;
+}
+
+bool hasAllOf(icu::MessageFormat& format, const Arguments& arguments, UErrorCode& status) {
+    const std::unique_ptr<icu::StringEnumeration> wanted(format.getFormatNames(status));
+    if (U_FAILURE(status) || !wanted)
+        return false;
+    while (const icu::UnicodeString* name = wanted->snext(status))
+        if (!arguments.has(*name))
+            return false;
+    return U_SUCCESS(status);
+}
+
+struct Found {
+    const std::string* pattern;
+    Language language;
+};
+
+/// English stands in for what `language` lacks.
+Found patternFor(Language language, std::string_view key) {
+    if (const std::string* own = textPattern(language, key))
+        return {own, language};
+    return {textPattern(Language::en, key), Language::en};
+}
+
 } // namespace
 
 const std::string* textPattern(Language language, std::string_view key) {
@@ -74,22 +128,9 @@ const std::string* textPattern(Language language, std::string_view key) {
 std::string formatText(Language language, const std::string& pattern,
                        const std::vector<TextArgument>& arguments) {
     UErrorCode status = U_ZERO_ERROR;
-    const icu::MessageFormat format(unicode(pattern), icu::Locale(std::string(code(language)).c_str()),
-                                    status);
-    std::vector<icu::UnicodeString> names;
-    std::vector<icu::Formattable> values;
-    for (const auto& argument : arguments) {
-        names.push_back(unicode(argument.name));
-        values.push_back(formattable(argument.value));
-    }
-    icu::UnicodeString message;
-    format.format(names.data(), values.data(), static_cast<int32_t>(names.size()), message, status);
+    const auto text = fill(formatOf(language, pattern, status), Arguments(arguments), status);
     // Showing the pattern tells more than failing over a text would.
-    if (U_FAILURE(status))
-        return pattern;
-    std::string text;
-    message.toUTF8String(text);
-    return text;
+    return text.value_or(pattern);
 }
 
 Texts Texts::ofSetting(std::string_view setting) {
@@ -97,18 +138,24 @@ Texts Texts::ofSetting(std::string_view setting) {
 }
 
 std::string Texts::text(std::string_view key, const std::vector<TextArgument>& arguments) const {
-    Language language = language_;
-    const std::string* pattern = textPattern(language, key);
-    if (!pattern) {
-        language = Language::en;
-        pattern = textPattern(language, key);
-    }
+    const auto [pattern, language] = patternFor(language_, key);
     if (!pattern)
         return std::string(key);
     // Most texts have no arguments and need no parsing.
     if (pattern->find('{') == std::string::npos)
         return *pattern;
     return formatText(language, *pattern, arguments);
+}
+
+std::optional<std::string> Texts::find(std::string_view key,
+                                       const std::vector<TextArgument>& arguments) const {
+    const auto [pattern, language] = patternFor(language_, key);
+    if (!pattern || pattern->find('{') == std::string::npos)
+        return pattern ? std::optional(*pattern) : std::nullopt;
+    UErrorCode status = U_ZERO_ERROR;
+    auto format = formatOf(language, *pattern, status);
+    const Arguments given(arguments);
+    return hasAllOf(format, given, status) ? fill(format, given, status) : std::nullopt;
 }
 
 bool Texts::has(std::string_view key) const {

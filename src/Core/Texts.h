@@ -4,6 +4,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -43,6 +44,8 @@ public:
     /// itself when no language has.
     std::string text(std::string_view key, const std::vector<TextArgument>& arguments = {}) const;
     bool has(std::string_view key) const;
+    /// The same, but nothing when no language has the key or its text takes other arguments.
+    std::optional<std::string> find(std::string_view key, const std::vector<TextArgument>& arguments) const;
 
 private:
     Language language_;

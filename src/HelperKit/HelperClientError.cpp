@@ -1,6 +1,5 @@
 #include "HelperKit/HelperClientError.h"
 
-#include "Core/Texts.h"
 #include "HelperKit/HelperClient.h"
 
 namespace vh::helper {
@@ -33,14 +32,14 @@ std::string forLogs(Kind kind, const std::string& words) {
     return words;
 }
 
-std::string unavailableText(HelperRegistrationStatus status, const Texts& texts) {
+const char* unavailableKey(HelperRegistrationStatus status) {
     switch (status) {
     case HelperRegistrationStatus::notRegistered:
-        return texts.text("helper-error.not-registered");
+        return "helper-error.not-registered";
     case HelperRegistrationStatus::requiresApproval:
-        return texts.text("helper-error.requires-approval");
+        return "helper-error.requires-approval";
     default:
-        return texts.text("helper-error.unavailable");
+        return "helper-error.unavailable";
     }
 }
 
@@ -57,28 +56,28 @@ HelperClientError HelperClientError::unavailable(HelperRegistrationStatus status
     return {Kind::unavailable, status, std::string(rawValue(status))};
 }
 
-std::string HelperClientError::text(const Texts& texts) const {
+Message HelperClientError::message() const {
     switch (kind) {
     case Kind::unavailable:
-        return unavailableText(status, texts);
+        return {unavailableKey(status), {}};
     case Kind::connectionFailed:
-        return texts.text("helper-error.connection-failed", {{"reason", words}});
+        return {"helper-error.connection-failed", {{"reason", words}}};
     case Kind::timeout:
-        return texts.text("helper-error.timeout", {{"call", words}});
+        return {"helper-error.timeout", {{"call", words}}};
     case Kind::refused:
         break;
     case Kind::restarted:
-        return texts.text("helper-error.restarted");
+        return {"helper-error.restarted", {}};
     case Kind::badStatus:
-        return texts.text("helper-error.bad-status");
+        return {"helper-error.bad-status", {}};
     case Kind::taskFailed:
-        return texts.text("helper-error.task-failed");
+        return {"helper-error.task-failed", {}};
     case Kind::installFailed:
-        return texts.text("helper-error.install-failed");
+        return {"helper-error.install-failed", {}};
     case Kind::refusedRemoval:
-        return texts.text("helper-error.refused-removal");
+        return {"helper-error.refused-removal", {}};
     }
-    return words;
+    return Message::literal(words);
 }
 
 } // namespace vh::helper

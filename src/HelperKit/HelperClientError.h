@@ -1,19 +1,16 @@
 #pragma once
 
+#include "Core/ErrorMessage.h"
 #include "Platform/CancelToken.h"
 #include "Platform/ServiceRegistration.h"
 
 #include <stdexcept>
 #include <string>
 
-namespace vh {
-class Texts;
-}
-
 namespace vh::helper {
 
 /// Why a call of the helper came to nothing. what() is in English, for logs; text() for people.
-class HelperClientError : public std::runtime_error {
+class HelperClientError : public std::runtime_error, public SpeakingError {
 public:
     enum class Kind {
         unavailable,
@@ -35,7 +32,8 @@ public:
     const HelperRegistrationStatus status; ///< of unavailable
     const std::string words;
     /// The helper's own words when it refused.
-    std::string text(const Texts& texts) const;
+    Message message() const override;
+    std::string text(const Texts& texts) const { return worded(message(), texts); }
 
 private:
     HelperClientError(Kind what, HelperRegistrationStatus registration, const std::string& said);

@@ -1,21 +1,21 @@
 #pragma once
 
+#include "Core/Message.h"
 #include "HelperKit/MaintenanceTable.h"
 
+#include <optional>
 #include <string>
-
-namespace vh {
-class Texts;
-}
 
 namespace vh::helper {
 
 /// What people read of a task, true on the system that is named.
 std::string taskTitle(MaintenanceTask task, MaintenanceSystem system, const Texts& texts);
 std::string taskDetail(MaintenanceTask task, MaintenanceSystem system, const Texts& texts);
-std::string successSummary(MaintenanceTask task, MaintenanceSystem system, const Texts& texts);
-std::string failureSummary(MaintenanceTask task, MaintenanceSystem system, const Texts& texts);
+Message titleMessage(MaintenanceTask task, MaintenanceSystem system);
+Message successMessage(MaintenanceTask task, MaintenanceSystem system);
+Message failureMessage(MaintenanceTask task, MaintenanceSystem system);
 /// Why the machine cannot do it, such as which programs it lacks; empty when it can.
 std::string hindranceText(const MaintenancePlan& plan, const Texts& texts);
+std::optional<Message> hindranceMessage(const MaintenancePlan& plan);
 
 } // namespace vh::helper

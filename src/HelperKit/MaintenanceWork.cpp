@@ -24,20 +24,24 @@ bool MaintenanceWork::lacksHelper(MaintenanceTask task) const {
     return goesToHelper(task) && helperStatus() != HelperRegistrationStatus::enabled;
 }
 
-std::string MaintenanceWork::hindrance(MaintenanceTask task, const Texts& texts) const {
+std::optional<Message> MaintenanceWork::hindrance(MaintenanceTask task) const {
     if (const MaintenancePlan plan = planOf(task); !plan.isPossible())
-        return hindranceText(plan, texts);
+        return hindranceMessage(plan);
     if (!lacksHelper(task))
-        return {};
-    return HelperClientError::unavailable(helper_ ? helper_->status() : helperStatus()).text(texts);
+        return std::nullopt;
+    return HelperClientError::unavailable(helper_ ? helper_->status() : helperStatus()).message();
 }
 
-MaintenanceEnd MaintenanceWork::run(MaintenanceTask task, const Texts& texts,
-                                    const CancelToken& cancel) const {
+std::string MaintenanceWork::hindrance(MaintenanceTask task, const Texts& texts) const {
+    const auto message = hindrance(task);
+    return message ? worded(*message, texts) : std::string();
+}
+
+MaintenanceEnd MaintenanceWork::run(MaintenanceTask task, const CancelToken& cancel) const {
     using enum MaintenanceEnd::Kind;
     try {
         cancel.throwIfCancelled();
-        if (std::string reason = hindrance(task, texts); !reason.empty())
+        if (auto reason = hindrance(task))
             return {failed, std::move(reason), {}};
         MaintenanceRunner::Result result = perform(task, cancel);
         return {result.succeeded ? done : failed, {}, std::move(result.output)};
@@ -45,10 +49,8 @@ MaintenanceEnd MaintenanceWork::run(MaintenanceTask task, const Texts& texts,
         return {leftToHelper};
     } catch (const Cancelled&) {
         return {stopped};
-    } catch (const HelperClientError& error) {
-        return {failed, error.text(texts), {}};
     } catch (const std::exception& error) {
-        return {failed, error.what(), {}};
+        return {failed, messageOf(error), {}};
     }
 }
 

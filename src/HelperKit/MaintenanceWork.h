@@ -1,15 +1,13 @@
 #pragma once
 
+#include "Core/Message.h"
 #include "HelperKit/MaintenanceRunner.h"
 #include "HelperKit/MaintenanceTable.h"
 #include "Platform/ServiceRegistration.h"
 
 #include <functional>
+#include <optional>
 #include <string>
-
-namespace vh {
-class Texts;
-}
 
 namespace vh::helper {
 
@@ -24,8 +22,8 @@ struct MaintenanceEnd {
         leftToHelper ///< nobody waits for it any more; what the helper has begun goes on there
     };
     Kind kind = Kind::failed;
-    std::string reason = {}; ///< of a failure, for people; empty when the output says it
-    std::string output = {}; ///< of its commands
+    std::optional<Message> reason = {}; ///< of a failure; unset when the output says it
+    std::string output = {};            ///< of its commands
 };
 
 /// Does tasks for a person: those that need root through the helper, all others in this process. A process that is the
@@ -54,8 +52,9 @@ public:
     }
     /// Why a task cannot run here and now: a program or the helper is missing. Empty when it can. Starts nothing.
     std::string hindrance(MaintenanceTask task, const Texts& texts) const;
+    std::optional<Message> hindrance(MaintenanceTask task) const;
     /// Never throws. One that cannot run here and now fails and starts nothing.
-    MaintenanceEnd run(MaintenanceTask task, const Texts& texts, const CancelToken& cancel = {}) const;
+    MaintenanceEnd run(MaintenanceTask task, const CancelToken& cancel = {}) const;
 
 private:
     MaintenanceRunner::Result perform(MaintenanceTask task, const CancelToken& cancel) const;

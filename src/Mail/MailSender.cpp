@@ -1,5 +1,6 @@
 #include "Mail/MailSender.h"
 
+#include "Core/ErrorMessage.h"
 #include "Core/MailAddress.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
@@ -20,10 +21,14 @@ namespace {
 constexpr std::string_view caFileKey = "mail.ca-file";
 constexpr const char* toolID = "send-email";
 
-/// What is wrong with a mail before any server is asked, in the person's words.
-class Unsendable : public std::runtime_error {
+/// What is wrong with a mail before any server is asked.
+class Unsendable : public std::runtime_error, public SpeakingError {
 public:
-    using std::runtime_error::runtime_error;
+    explicit Unsendable(Message why) : std::runtime_error(why.key), why_(std::move(why)) {}
+    Message message() const override { return why_; }
+
+private:
+    Message why_;
 };
 
 /// "Sun, 22 Nov 2026 23:30:05 +0000" (RFC 5322), whatever the locale.
@@ -40,19 +45,19 @@ std::string mailDate(Date date) {
                        time.minutes().count(), time.seconds().count());
 }
 
-void checkMessage(const MailMessage& message, const MailSettings& settings, const Texts& texts) {
+void checkMessage(const MailMessage& message, const MailSettings& settings) {
     if (!settings.isReady())
-        throw Unsendable(texts.text("mail.not-ready"));
+        throw Unsendable({"mail.not-ready", {}});
     if (message.recipients.empty())
-        throw Unsendable(texts.text("mail.no-recipient"));
+        throw Unsendable({"mail.no-recipient", {}});
     for (const std::string& each : message.recipients)
         if (!MailAddress::isValid(each) || breaksHeader(each))
-            throw Unsendable(texts.text("mail.bad-address", {{"address", printable(each)}}));
+            throw Unsendable({"mail.bad-address", {{"address", printable(each)}}});
     bool breaks = breaksHeader(message.subject) || breaksHeader(settings.senderName);
     for (const auto& attachment : message.attachments)
         breaks = breaks || breaksHeader(attachment.name) || breaksHeader(attachment.type);
     if (breaks)
-        throw Unsendable(texts.text("mail.line-break"));
+        throw Unsendable({"mail.line-break", {}});
 }
 
 std::vector<std::string> headersOf(const MailMessage& message, const MailSettings& settings, Date now) {
@@ -65,7 +70,7 @@ std::vector<std::string> headersOf(const MailMessage& message, const MailSetting
             "Auto-Submitted: auto-generated"};
 }
 
-std::string faultText(const MailError& error, const MailSettings& settings, const Texts& texts) {
+Message faultMessage(const MailError& error, const MailSettings& settings) {
     static constexpr std::pair<MailFault, const char*> keys[]{
         {MailFault::unreachable, "mail.fault.unreachable"},
         {MailFault::silent, "mail.fault.silent"},
@@ -75,11 +80,12 @@ std::string faultText(const MailError& error, const MailSettings& settings, cons
         {MailFault::login, "mail.fault.login"},
         {MailFault::refused, "mail.fault.refused"},
         {MailFault::other, "mail.fault.other"}};
-    const std::vector<TextArgument> arguments{{"host", settings.host}, {"reason", printable(error.what())}};
+    const std::map<std::string, MessageArgument> arguments{{"host", settings.host},
+                                                           {"reason", printable(error.what())}};
     if (error.fault() == MailFault::unconfirmed)
-        return texts.text("mail.unconfirmed", arguments);
+        return {"mail.unconfirmed", arguments};
     const auto* key = std::ranges::find(keys, error.fault(), &std::pair<MailFault, const char*>::first);
-    return texts.text("mail.not-sent", {{"reason", texts.text(key->second, arguments)}});
+    return {"mail.not-sent", {{"reason", Message{key->second, arguments}}}};
 }
 
 } // namespace
@@ -91,27 +97,27 @@ bool MailSender::isReady() const {
 RunRecord MailSender::send(const MailMessage& message, Trigger trigger, const CancelToken& cancel,
                            const RunDetails& details) const {
     const auto run = log_.begin(toolID, trigger, details);
-    const Texts texts = texts_();
+    const auto finish = [&](Outcome outcome, Message said, const RunMetrics& metrics = {}) {
+        return run->finish(outcome, RunWords({std::move(said)}, texts_()), metrics);
+    };
     const MailSettings settings = MailSettings::load(defaults_);
     try {
-        deliver(message, settings, texts, cancel);
-        return run->finish(
-            Outcome::success,
-            texts.text("mail.sent", {{"recipients", fmt::format("{}", fmt::join(message.recipients, ", "))}}),
-            {{RunMetric::itemsProcessed, double(message.recipients.size())}});
+        deliver(message, settings, cancel);
+        return finish(Outcome::success,
+                      {"mail.sent", {{"recipients", fmt::format("{}", fmt::join(message.recipients, ", "))}}},
+                      {{RunMetric::itemsProcessed, double(message.recipients.size())}});
     } catch (const Cancelled&) {
-        return run->finish(Outcome::cancelled, texts.text("mail.cancelled"));
+        return finish(Outcome::cancelled, {"mail.cancelled", {}});
     } catch (const MailError& error) {
-        return run->finish(Outcome::failed, faultText(error, settings, texts));
+        return finish(Outcome::failed, faultMessage(error, settings));
     } catch (const std::exception& error) {
-        return run->finish(Outcome::failed,
-                           texts.text("mail.not-sent", {{"reason", printable(error.what())}}));
+        return finish(Outcome::failed, {"mail.not-sent", {{"reason", messageOf(error)}}});
     }
 }
 
-void MailSender::deliver(const MailMessage& message, const MailSettings& settings, const Texts& texts,
+void MailSender::deliver(const MailMessage& message, const MailSettings& settings,
                          const CancelToken& cancel) const {
-    checkMessage(message, settings, texts);
+    checkMessage(message, settings);
     MailTransfer transfer{.settings = settings,
                           .caFile = defaults_.get<std::string>(caFileKey).value_or(""),
                           .silence = silence_,
@@ -121,7 +127,7 @@ void MailSender::deliver(const MailMessage& message, const MailSettings& setting
     if (!settings.user.empty()) {
         const auto password = secrets_.get(passwordName);
         if (!password)
-            throw Unsendable(texts.text("mail.no-password", {{"user", settings.user}}));
+            throw Unsendable({"mail.no-password", {{"user", settings.user}}});
         transfer.password = *password;
     }
     for (const auto& [name, type, bytes] : message.attachments)

@@ -46,8 +46,7 @@ public:
                    const RunDetails& details = {}) const;
 
 private:
-    void deliver(const MailMessage& message, const MailSettings& settings, const Texts& texts,
-                 const CancelToken& cancel) const;
+    void deliver(const MailMessage& message, const MailSettings& settings, const CancelToken& cancel) const;
 
     UserDefaults& defaults_;
     SecretStore& secrets_;

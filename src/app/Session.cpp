@@ -64,7 +64,7 @@ helper::HelperClient& Session::helper() {
 
 void Session::recoverInterruptedRuns() {
     journals_->recoverInterrupted([this](const std::string& title) {
-        return texts_.text("run.interrupted", {{"title", title}});
+        return RunWords({{"run.interrupted", {{"title", title}}}}, texts_);
     });
 }
 

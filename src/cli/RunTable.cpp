@@ -3,6 +3,7 @@
 #include "Core/Csv.h"
 #include "Core/LocalCalendar.h"
 #include "Core/Printable.h"
+#include "Core/RunWords.h"
 #include "Core/ToolTexts.h"
 #include "cli/Console.h"
 #include "cli/Table.h"
@@ -23,7 +24,8 @@ void printRuns(const std::vector<RunRecord>& runs, const Texts& texts) {
         table.add({run.id.text().substr(0, 8), timestamp(run.startedAt, calendar).substr(0, 16),
                    printable(toolName(texts, run.toolID)),
                    texts.text(fmt::format("outcome.{}", rawValue(run.outcome))),
-                   texts.text(fmt::format("trigger.{}", rawValue(run.trigger))), printable(run.summary)});
+                   texts.text(fmt::format("trigger.{}", rawValue(run.trigger))),
+                   printable(summaryOf(run, texts))});
     print(table.text(outputWidth()));
 }
 

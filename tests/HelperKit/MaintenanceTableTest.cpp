@@ -125,10 +125,14 @@ TEST(MaintenanceTexts, nothingSpeaksOfTheOtherSystem) {
     for (const Language language : {Language::en, Language::es, Language::fr}) {
         const Texts texts(language);
         for (const MaintenanceTask task : allCases<MaintenanceTask>()) {
-            using Text = std::string (*)(MaintenanceTask, MaintenanceSystem, const Texts&);
-            for (const Text textOf : {&taskTitle, &taskDetail, &successSummary, &failureSummary}) {
-                EXPECT_FALSE(textOf(task, MaintenanceSystem::macos, texts).starts_with("maintenance."));
-                const std::string text = textOf(task, MaintenanceSystem::linux, texts);
+            const auto textsOf = [&](MaintenanceSystem system) {
+                return std::vector{taskTitle(task, system, texts), taskDetail(task, system, texts),
+                                   worded(successMessage(task, system), texts),
+                                   worded(failureMessage(task, system), texts)};
+            };
+            for (const std::string& text : textsOf(MaintenanceSystem::macos))
+                EXPECT_FALSE(text.starts_with("maintenance."));
+            for (const std::string& text : textsOf(MaintenanceSystem::linux)) {
                 EXPECT_FALSE(text.starts_with("maintenance."));
                 for (const char* foreign : {"Mac", "mac", "Finder", "Dock", "Spotlight", "Launch", "APFS"})
                     EXPECT_EQ(text.find(foreign), std::string::npos) << text;

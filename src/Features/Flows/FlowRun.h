@@ -2,6 +2,7 @@
 
 #include "Core/Date.h"
 #include "Core/Describe.h"
+#include "Core/Message.h"
 #include "Core/RunRecord.h"
 #include "Core/Uuid.h"
 #include "Features/Flows/FlowValues.h"
@@ -23,6 +24,7 @@ struct FlowNodeResult {
     std::string summary; ///< one line for people
     std::string output;  ///< what a program printed
     double seconds = 0;
+    Messages sentences = {}; ///< what the summary is made of, while the run lasts
     bool operator==(const FlowNodeResult&) const = default;
 };
 using FlowResults = std::map<Uuid, FlowNodeResult>;

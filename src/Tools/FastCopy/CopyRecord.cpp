@@ -1,6 +1,5 @@
 #include "Tools/FastCopy/CopyRecord.h"
 
-#include "Core/ByteFormat.h"
 #include "Core/Codec.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
@@ -26,20 +25,20 @@ std::string firstLines(std::vector<std::string> lines) {
     return joinList(lines);
 }
 
-void addCount(std::string& text, const Texts& texts, const char* key, int64_t count) {
+void addCount(Messages& said, const char* key, int64_t count) {
     if (count > 0)
-        text += " " + texts.text(key, {{"count", count}});
+        said.push_back({key, {{"count", count}}});
 }
 
 /// What a person might take the lists for and they are not.
-void addNotes(std::string& text, const CopyLists& lists, const CopyReport& report, const Texts& texts) {
+void addNotes(Messages& said, const CopyLists& lists, const CopyReport& report) {
     if (!lists.asked || report.outcome == CopyOutcome::stopped)
         return;
     if (report.totalSkipped() > 0)
-        text += " " + texts.text("fast-copy.manifest.unlisted");
+        said.push_back({"fast-copy.manifest.unlisted", {}});
     if (!lists.written.empty() && *lists.asked == ManifestKind::mhl &&
         report.algorithm == HashAlgorithm::sha256)
-        text += " " + texts.text("fast-copy.manifest.beyond-mhl");
+        said.push_back({"fast-copy.manifest.beyond-mhl", {}});
 }
 
 Outcome runOutcomeOf(CopyOutcome outcome) {
@@ -61,39 +60,37 @@ RunDetails detailsOf(const std::vector<std::string>& sources, const std::vector<
     return {{RunDetail::source, joinList(sources)}, {RunDetail::destinations, joinList(destinations)}};
 }
 
-std::string summaryOf(const CopyReport& report, const Texts& texts) {
+Messages summaryOf(const CopyReport& report) {
     size_t places = 0;
     for (const DestinationReport& each : report.destinations)
         places += each.removed ? 0 : 1;
-    std::string text = texts.text("fast-copy.summary.copied",
-                                  {{"files", report.totalWritten()},
-                                   {"places", places},
-                                   {"bytes", sizeText(report.bytesWritten(), texts.language())}});
-    addCount(text, texts, "fast-copy.summary.verified", report.totalVerified());
-    addCount(text, texts, "fast-copy.summary.skipped", report.totalSkipped());
-    addCount(text, texts, "fast-copy.summary.mismatched", report.totalMismatched());
-    addCount(text, texts, "fast-copy.summary.failed", report.totalFailed());
+    Messages said{{"fast-copy.summary.copied",
+                   {{"files", report.totalWritten()},
+                    {"places", places},
+                    {"bytes", ByteCount{report.bytesWritten()}}}}};
+    addCount(said, "fast-copy.summary.verified", report.totalVerified());
+    addCount(said, "fast-copy.summary.skipped", report.totalSkipped());
+    addCount(said, "fast-copy.summary.mismatched", report.totalMismatched());
+    addCount(said, "fast-copy.summary.failed", report.totalFailed());
     if (report.outcome == CopyOutcome::stopped)
-        text += " " + texts.text("fast-copy.summary.stopped");
-    return text;
+        said.push_back({"fast-copy.summary.stopped", {}});
+    return said;
 }
 
-std::string summaryOf(const ManifestCheck& check, const Texts& texts) {
-    std::string text =
-        texts.text("fast-copy.manifest.matching", {{"count", check.matching},
-                                                   {"files", check.files},
-                                                   {"bytes", sizeText(check.bytes, texts.language())}});
-    addCount(text, texts, "fast-copy.manifest.differing", static_cast<int64_t>(check.differing.size()));
-    addCount(text, texts, "fast-copy.manifest.missing", static_cast<int64_t>(check.missing.size()));
-    addCount(text, texts, "fast-copy.manifest.unreadable", static_cast<int64_t>(check.unreadable.size()));
+Messages summaryOf(const ManifestCheck& check) {
+    Messages said{{"fast-copy.manifest.matching",
+                   {{"count", check.matching}, {"files", check.files}, {"bytes", ByteCount{check.bytes}}}}};
+    addCount(said, "fast-copy.manifest.differing", static_cast<int64_t>(check.differing.size()));
+    addCount(said, "fast-copy.manifest.missing", static_cast<int64_t>(check.missing.size()));
+    addCount(said, "fast-copy.manifest.unreadable", static_cast<int64_t>(check.unreadable.size()));
     if (check.stopped)
-        text += " " + texts.text("fast-copy.manifest.stopped");
-    return text;
+        said.push_back({"fast-copy.manifest.stopped", {}});
+    return said;
 }
 
 RunRecord finishRun(RunJournal& run, const CopyReport& report, const CopyLists& lists, const Texts& texts) {
-    std::string summary = summaryOf(report, texts);
-    addNotes(summary, lists, report, texts);
+    Messages summary = summaryOf(report);
+    addNotes(summary, lists, report);
     const std::vector<std::string> problems = report.problems();
     const RunDetails details{
         {RunDetail::files, std::to_string(report.totalWritten())},
@@ -102,7 +99,7 @@ RunRecord finishRun(RunJournal& run, const CopyReport& report, const CopyLists& 
         {RunDetail::failed, std::to_string(report.totalFailed() + report.totalMismatched())},
         {RunDetail::output, joinList(lists.written)},
         {RunDetail::errors, firstLines(problems)}};
-    return run.finish(runOutcomeOf(report.outcome), std::move(summary),
+    return run.finish(runOutcomeOf(report.outcome), RunWords(summary, texts),
                       {{RunMetric::filesCopied, static_cast<double>(report.totalWritten())},
                        {RunMetric::bytesCopied, static_cast<double>(report.bytesWritten())},
                        {RunMetric::errors, static_cast<double>(problems.size())}},
@@ -116,7 +113,7 @@ RunRecord finishRun(RunJournal& run, const ManifestCheck& check, const Texts& te
     const Outcome outcome = check.stopped ? Outcome::cancelled
                             : bad.empty() ? Outcome::success
                                           : Outcome::failed;
-    return run.finish(outcome, summaryOf(check, texts),
+    return run.finish(outcome, RunWords(summaryOf(check), texts),
                       {{RunMetric::itemsProcessed, static_cast<double>(check.files)},
                        {RunMetric::errors, static_cast<double>(bad.size())}},
                       {{RunDetail::files, std::to_string(check.files)},

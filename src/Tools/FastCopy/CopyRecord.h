@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Message.h"
 #include "Core/RunFiles.h"
 #include "Core/RunRecord.h"
 #include "Tools/FastCopy/CopyManifest.h"
@@ -22,8 +23,8 @@ inline constexpr const char* toolID = "fast-copy";
 RunDetails detailsOf(const std::vector<std::string>& sources, const std::vector<std::string>& destinations);
 
 /// One sentence or two on what a copy did, or a check against a manifest found.
-std::string summaryOf(const CopyReport& report, const Texts& texts);
-std::string summaryOf(const ManifestCheck& check, const Texts& texts);
+Messages summaryOf(const CopyReport& report);
+Messages summaryOf(const ManifestCheck& check);
 
 /// The lists of checksums of a copy.
 struct CopyLists {

@@ -1,5 +1,6 @@
 #include "Tools/FastCopy/CopyWork.h"
 
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
 #include "Core/RunLog.h"
@@ -18,8 +19,8 @@ std::unique_ptr<RunJournal> beginRun(const RunStores& runs, Trigger trigger, con
     return runs.journals.open(runs.log.begin(toolID, trigger, details), toolName(texts, toolID));
 }
 
-RunRecord finishFailed(RunJournal& run, const std::string& error) {
-    return run.finish(Outcome::failed, printable(error), {{RunMetric::errors, 1}});
+RunRecord finishFailed(RunJournal& run, const Message& error, const Texts& texts) {
+    return run.finish(Outcome::failed, RunWords({error}, texts), {{RunMetric::errors, 1}});
 }
 
 /// Over before anything was copied.
@@ -87,8 +88,8 @@ CopyResult runCopy(const CopyRequest& request, const std::string& stateFolder, c
         result.report = emptyReport(request, options, CopyOutcome::stopped);
     } catch (const std::exception& error) {
         result.report = emptyReport(request, options, CopyOutcome::failed);
-        result.error = error.what();
-        result.record = finishFailed(*run, result.error);
+        result.record = finishFailed(*run, messageOf(error), texts);
+        result.error = result.record.summary;
         return result;
     }
     result.record = finishRun(*run, result.report, {request.manifest, result.manifests}, texts);
@@ -105,12 +106,13 @@ CheckResult runManifestCheck(const std::string& path, Trigger trigger, const Run
         result.check = checkManifest(path, control);
         result.record = finishRun(*run, result.check, texts);
     } catch (const ManifestError& error) {
-        result.error = path + ": " + error.what();
+        result.record = finishFailed(
+            *run, {"error.at-path", {{"path", printable(path)}, {"reason", messageOf(error)}}}, texts);
+        result.error = result.record.summary;
     } catch (const std::exception& error) {
-        result.error = error.what();
+        result.record = finishFailed(*run, messageOf(error), texts);
+        result.error = result.record.summary;
     }
-    if (!result.error.empty())
-        result.record = finishFailed(*run, result.error);
     return result;
 }
 

@@ -157,7 +157,7 @@ void refuseWithoutHash(const CopyOptions& options) {
         if (options.verifies())
             ContentHash{options.algorithm};
     } catch (const std::runtime_error& error) {
-        throw CopyError::io(error.what());
+        throw CopyError::io(error);
     }
 }
 

@@ -34,34 +34,40 @@ RunDetails detailsOf(const SyncResult& result, int64_t bytes) {
             {RunDetail::errors, joinList(told)}};
 }
 
-std::string leftOutText(const std::optional<SyncLeftOut>& leftOut, const Texts& texts) {
+/// Nothing when nothing was left out.
+static std::optional<Message> leftOutMessage(const std::optional<SyncLeftOut>& leftOut) {
     if (!leftOut)
-        return {};
-    std::string kinds;
+        return std::nullopt;
+    Messages kinds;
     const auto add = [&](int64_t count, const char* key) {
         if (count > 0)
-            kinds += (kinds.empty() ? "" : ", ") + texts.text(key, {{"count", count}});
+            kinds.push_back({key, {{"count", count}}});
     };
     add(leftOut->pipes, "folder-sync.left-out.pipes");
     add(leftOut->sockets, "folder-sync.left-out.sockets");
     add(leftOut->devices, "folder-sync.left-out.devices");
-    return texts.text("folder-sync.left-out", {{"kinds", kinds}});
+    return Message{"folder-sync.left-out", {{"kinds", kinds}}};
 }
 
-std::string summaryOf(const SyncResult& result, const Texts& texts) {
+std::string leftOutText(const std::optional<SyncLeftOut>& leftOut, const Texts& texts) {
+    const auto message = leftOutMessage(leftOut);
+    return message ? worded(*message, texts) : std::string();
+}
+
+Messages summaryOf(const SyncResult& result) {
     const char* const key = result.stopped          ? "folder-sync.run-stopped"
                             : result.errors.empty() ? "folder-sync.run-summary"
                                                     : "folder-sync.run-failed";
-    std::string text =
-        texts.text(key, {{"copied", result.copied},
-                         {"updated", result.updated},
-                         {"deleted", result.deleted},
-                         {"total", changesOf(result)},
-                         {"errors", result.errors.size()},
-                         {"first", result.errors.empty() ? "" : printable(result.errors.front())}});
-    if (const std::string more = leftOutText(result.leftOut, texts); !more.empty())
-        text += " " + more;
-    return text;
+    Messages said{{key,
+                   {{"copied", result.copied},
+                    {"updated", result.updated},
+                    {"deleted", result.deleted},
+                    {"total", changesOf(result)},
+                    {"errors", result.errors.size()},
+                    {"first", result.errors.empty() ? "" : printable(result.errors.front())}}}};
+    if (auto more = leftOutMessage(result.leftOut))
+        said.push_back(std::move(*more));
+    return said;
 }
 
 Outcome outcomeOf(const SyncResult& result) {
@@ -79,10 +85,10 @@ RunMetrics metricsOf(const SyncResult& result, int64_t bytes) {
             {RunMetric::errors, static_cast<double>(result.errors.size())}};
 }
 
-std::string textOf(const SyncError& error, const Texts& texts) {
-    return error.kind == SyncError::Kind::nested
-               ? texts.text("folder-sync.error-nested")
-               : texts.text("folder-sync.error-missing", {{"path", printable(error.path)}});
+Message messageOf(const SyncError& error) {
+    if (error.kind == SyncError::Kind::nested)
+        return {"folder-sync.error-nested", {}};
+    return {"folder-sync.error-missing", {{"path", printable(error.path)}}};
 }
 
 std::string_view textName(WatchState::Kind kind) {
@@ -104,23 +110,30 @@ std::string_view textName(WatchState::Kind kind) {
     return "watching";
 }
 
-std::string textOf(const WatchState& blocker, const SyncPair& pair, const Texts& texts) {
+std::string textOf(const SyncError& error, const Texts& texts) {
+    return worded(messageOf(error), texts);
+}
+
+Message messageOf(const WatchState& blocker, const SyncPair& pair) {
     using enum WatchState::Kind;
     switch (blocker.kind) {
     case waitingForSource:
-        return texts.text("folder-sync.error-missing", {{"path", printable(pair.source)}});
+        return {"folder-sync.error-missing", {{"path", printable(pair.source)}}};
     case waitingForDestination:
-        return texts.text("folder-sync.error-missing", {{"path", printable(pair.destination)}});
+        return {"folder-sync.error-missing", {{"path", printable(pair.destination)}}};
     case notPermitted:
-        return texts.text("folder-sync.error-not-permitted", {{"path", printable(blocker.text)}});
+        return {"folder-sync.error-not-permitted", {{"path", printable(blocker.text)}}};
     case held:
-        return texts.text("folder-sync.held-line",
-                          {{"name", printable(pair.title())}, {"count", blocker.deletes}});
+        return {"folder-sync.held-line", {{"name", printable(pair.title())}, {"count", blocker.deletes}}};
     case failed:
     case watching:
         break;
     }
-    return blocker.text;
+    return Message::literal(blocker.text);
+}
+
+std::string textOf(const WatchState& blocker, const SyncPair& pair, const Texts& texts) {
+    return worded(messageOf(blocker, pair), texts);
 }
 
 } // namespace vh::sync

@@ -4,6 +4,7 @@
 #include "Core/Printable.h"
 #include "Core/RunFilter.h"
 #include "Core/RunLog.h"
+#include "Core/RunWords.h"
 #include "Core/ToolTexts.h"
 #include "Features/Activity/view/ActivityFilter.h"
 #include "Platform/CancelToken.h"
@@ -77,7 +78,7 @@ ActivityRows ActivityWords::rows(std::vector<RunRecord> all, const ActivityFilte
     addOptions(result, all);
     std::ranges::reverse(all);
     const RunFilter::Surroundings world{[this](const std::string& id) { return toolName(texts, id); },
-                                        RunLog::thisComputer(), now, calendar};
+                                        RunLog::thisComputer(), now, calendar, texts};
     result.records = filter.runFilter(now, calendar).apply(std::move(all), world);
     result.rows.reserve(result.records.size());
     for (const RunRecord& record : result.records) {
@@ -111,13 +112,13 @@ QVariantMap ActivityWords::facts(const RunRecord& record) const {
         add("activity.heading.size", qtText(sizeText(*bytes, texts.language())));
     for (const RunDetail detail : allCases<RunDetail>())
         if (detail != RunDetail::files && detail != RunDetail::bytes)
-            add(keyOf("activity.column.", detail), shown(record.detail(detail).value_or("")));
+            add(keyOf("activity.column.", detail), shown(detailOf(record, detail, texts).value_or("")));
     return {
         {QStringLiteral("runId"), qtText(record.id.text())},
         {QStringLiteral("toolID"), shown(record.toolID)},
         {QStringLiteral("toolName"), shown(toolName(texts, record.toolID))},
         {QStringLiteral("icon"), toolIcon(record.toolID)},
-        {QStringLiteral("summary"), shown(record.summary)},
+        {QStringLiteral("summary"), shown(summaryOf(record, texts))},
         {QStringLiteral("outcome"), qtText(rawValue(record.outcome))},
         {QStringLiteral("outcomeTitle"), text(keyOf("outcome.", record.outcome))},
         {QStringLiteral("whenText"), days.full(record.startedAt)},
@@ -160,7 +161,7 @@ RunRow ActivityWords::row(const RunRecord& record) const {
         .triggerTitle = text(keyOf("trigger.", record.trigger)),
         .outcome = qtText(rawValue(record.outcome)),
         .outcomeTitle = text(keyOf("outcome.", record.outcome)),
-        .summary = shown(record.summary),
+        .summary = shown(summaryOf(record, texts)),
         .dayText = days.day(record.startedAt),
         .timeText = days.clock(record.startedAt),
         .durationText = qtText(durationText(record.duration, texts.language())),

@@ -2,7 +2,7 @@
 
 #include "Automation/ScheduledActions.h"
 #include "Automation/ScriptLibrary.h"
-#include "Core/ByteFormat.h"
+#include "Core/ErrorMessage.h"
 #include "Core/FleetFolder.h"
 #include "Core/Printable.h"
 #include "Core/ToolTexts.h"
@@ -89,7 +89,7 @@ void NodeWork::report(std::string_view text) const {
 FlowNodeResult NodeWork::doTool(const FleetTool& tool) const {
     auto call = callOf(tool);
     if (!call)
-        return failure(texts_.text("nodes.fail.no-tool", {{"tool", toolName(texts_, toolID(tool))}}));
+        return failure({"nodes.fail.no-tool", {{"tool", toolName(texts_, toolID(tool))}}}, texts_);
     const ActionRequest request{.toolID = std::string(toolID(tool)),
                                 .payload = std::move(call->payload),
                                 .trigger = Trigger::flow,
@@ -120,9 +120,9 @@ std::map<std::string, std::string> NodeWork::environment(std::string& input) con
 FlowNodeResult NodeWork::doScript(const std::string& name) const {
     const auto script = parts_.scripts.script(name);
     if (!script)
-        return failure(texts_.text("nodes.fail.no-script", {{"name", printable(name)}}));
+        return failure({"nodes.fail.no-script", {{"name", printable(name)}}}, texts_);
     if (script->isSystem)
-        return failure(texts_.text("nodes.fail.script-system", {{"name", printable(name)}}));
+        return failure({"nodes.fail.script-system", {{"name", printable(name)}}}, texts_);
     ProcessRequest request = ScriptLibrary::requestFor(parts_.scripts.pathOf(name));
     request.environment = environment(request.input);
     request.folder = parts_.world.folders.home;
@@ -141,26 +141,20 @@ FlowNodeResult NodeWork::doScript(const std::string& name) const {
 }
 
 FlowNodeResult NodeWork::scriptResult(const ProcessResult& result) const {
-    FlowNodeResult node;
-    node.output = result.output;
-    if (node.output.size() > keptOutput)
-        node.output = node.output.substr(0, keptOutput) + "\n" + texts_.text("nodes.script.cut");
+    std::string output = result.output;
+    if (output.size() > keptOutput)
+        output = output.substr(0, keptOutput) + "\n" + texts_.text("nodes.script.cut");
     switch (result.end) {
     case ProcessEnd::cancelled:
-        node.outcome = FlowNodeOutcome::cancelled;
-        node.summary = texts_.text("nodes.stopped");
-        break;
+        return nodeResult(FlowNodeOutcome::cancelled, {"nodes.stopped", {}}, texts_, std::move(output));
     case ProcessEnd::exited:
-        node.outcome = result.status == 0 ? FlowNodeOutcome::success : FlowNodeOutcome::failed;
-        node.summary = texts_.text("nodes.script.exit", {{"code", result.status}});
-        break;
+        return nodeResult(result.status == 0 ? FlowNodeOutcome::success : FlowNodeOutcome::failed,
+                          {"nodes.script.exit", {{"code", result.status}}}, texts_, std::move(output));
     case ProcessEnd::signalled:
     case ProcessEnd::timedOut:
-        node.outcome = FlowNodeOutcome::failed;
-        node.summary = texts_.text("nodes.script.signal", {{"signal", result.status}});
         break;
     }
-    return node;
+    return failure({"nodes.script.signal", {{"signal", result.status}}}, texts_, std::move(output));
 }
 
 FlowNodeResult NodeWork::doCopy(const flows::CopyNode& node) const {
@@ -170,15 +164,15 @@ FlowNodeResult NodeWork::doCopy(const flows::CopyNode& node) const {
         if (source == "~" || source.starts_with("~/"))
             source = parts_.world.folders.home + source.substr(1);
     if (sources.empty())
-        return failure(texts_.text("nodes.fail.no-file", {{"path", node.path}}));
+        return failure({"nodes.fail.no-file", {{"path", node.path}}}, texts_);
     makeFolders(folder);
     std::vector<std::string> copied;
-    std::vector<std::string> faults;
+    Messages faults;
     int64_t bytes = 0;
     for (const std::string& source : sources) {
         cancel_.throwIfCancelled();
         if (!statusOf(source)) {
-            faults.push_back(texts_.text("nodes.fail.no-file", {{"path", printable(source)}}));
+            faults.push_back({"nodes.fail.no-file", {{"path", printable(source)}}});
             continue;
         }
         report(source);
@@ -187,19 +181,21 @@ FlowNodeResult NodeWork::doCopy(const flows::CopyNode& node) const {
             copied.push_back(item.path);
             bytes += item.bytes;
         } catch (const SystemError& error) {
-            faults.push_back(printable(error.what()));
+            faults.push_back(messageOf(error));
         }
     }
+    std::string output = lines(copied);
+    for (const Message& fault : faults)
+        output += worded(fault, texts_) + "\n";
     if (!faults.empty())
-        return failure(faults.size() == 1 ? faults[0]
-                                          : texts_.text("nodes.fail.copies",
-                                                        {{"count", faults.size()}, {"reason", faults[0]}}),
-                       lines(copied) + lines(faults));
-    return {FlowNodeOutcome::success,
-            texts_.text("nodes.copied", {{"count", copied.size()},
-                                         {"size", sizeText(bytes, texts_.language())},
-                                         {"folder", printable(folder)}}),
-            lines(copied)};
+        return failure(faults.size() == 1
+                           ? faults[0]
+                           : Message{"nodes.fail.copies", {{"count", faults.size()}, {"reason", faults[0]}}},
+                       texts_, std::move(output));
+    return nodeResult(FlowNodeOutcome::success,
+                      {"nodes.copied",
+                       {{"count", copied.size()}, {"size", ByteCount{bytes}}, {"folder", printable(folder)}}},
+                      texts_, std::move(output));
 }
 
 FlowNodeResult NodeWork::doEmail(const flows::FlowEmail& email) const {

@@ -1,6 +1,7 @@
 #include "Features/Flows/work/NodesExecutor.h"
 
 #include "Automation/ScriptLibrary.h"
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Features/Flows/FlowExpansion.h"
@@ -52,8 +53,8 @@ public:
         try {
             kind = expanding(step.node.kind, context_.values);
         } catch (const NoValue& missing) {
-            const Texts texts = parts_.world.texts();
-            return finish(failure(texts.text("nodes.fail.no-value", {{"variable", missing.what()}})));
+            return finish(
+                failure({"nodes.fail.no-value", {{"variable", missing.what()}}}, parts_.world.texts()));
         }
         if (const auto* node = std::get_if<WaitNode>(&kind))
             return wait(node->seconds, cancel, std::move(finish));
@@ -118,7 +119,10 @@ private:
         FlowNodeResult done = result(step, kind, cancel);
         const auto* script = std::get_if<ScriptNode>(&kind);
         const double errors = done.outcome == FlowNodeOutcome::failed ? 1 : 0;
-        handle->finish(logOutcome(done.outcome), script ? script->name + ": " + done.summary : done.summary,
+        const Messages said =
+            script ? Messages{{"run.named", {{"name", printable(script->name)}, {"text", done.sentences}}}}
+                   : done.sentences;
+        handle->finish(logOutcome(done.outcome), RunWords(said, parts_.world.texts()),
                        {{RunMetric::errors, errors}});
         return done;
     }
@@ -127,9 +131,9 @@ private:
         try {
             return perform(step, kind, cancel);
         } catch (const Cancelled&) {
-            return {FlowNodeOutcome::cancelled, parts_.world.texts().text("nodes.stopped")};
+            return nodeResult(FlowNodeOutcome::cancelled, {"nodes.stopped", {}}, parts_.world.texts());
         } catch (const std::exception& error) {
-            return failure(printable(error.what()));
+            return failure(messageOf(error), parts_.world.texts());
         }
     }
 

@@ -30,7 +30,7 @@ flows::FlowNodeResult NodesMail::send(const flows::FlowEmail& email, const flows
                                       Date runStartedAt, const CancelToken& cancel) const {
     const Texts texts = world_.texts();
     if (!sender_.isReady())
-        return failure(texts.text("nodes.fail.no-mail"));
+        return failure({"nodes.fail.no-mail", {}}, texts);
     mail::MailMessage message{email.recipients, email.subject, email.body, {}};
     if (email.includeSummary) {
         if (!message.body.empty())

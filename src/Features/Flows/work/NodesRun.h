@@ -24,7 +24,7 @@ struct NodesRunner::Run {
     flows::FlowRun run; ///< the working thread's until it has ended
     std::shared_ptr<RunHandle> handle;
     std::unique_ptr<flows::FlowExecutor> executor;
-    std::string summary;
+    std::optional<RunWords> words; ///< of its record
     size_t finishedNodes = 0;
 
     struct News {
@@ -39,7 +39,7 @@ struct NodesRunner::Run {
     }
 
     /// Once the work has ended: writes the record, or gives the one that was written. Any thread.
-    RunRecord finishRecord() const { return handle->finish(flows::logOutcome(run.outcome(flow)), summary); }
+    RunRecord finishRecord() const { return handle->finish(flows::logOutcome(run.outcome(flow)), *words); }
 
     std::mutex mutex; ///< of all below
     std::condition_variable changed;

@@ -1,5 +1,6 @@
 #include "Features/Flows/work/NodesRunner.h"
 
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Features/Flows/FlowTexts.h"
@@ -70,8 +71,9 @@ std::shared_ptr<NodesRunner::Run> NodesRunner::makeRun(const Flow& flow, const F
         run->run.resumed = resumed->id;
         run->run.results = resultsToKeep(flow, resumed->results);
     }
-    run->summary = world.texts().text("nodes.run-summary",
-                                      {{"name", printable(flow.name)}, {"count", flow.nodes.size()}});
+    run->words.emplace(
+        Messages{{"nodes.run-summary", {{"name", printable(flow.name)}, {"count", flow.nodes.size()}}}},
+        world.texts());
     run->handle =
         world.runs.log.begin("nodes", logTrigger(how.trigger),
                              {{RunDetail::flow, flow.name}, {RunDetail::event, how.event.value_or("")}});
@@ -203,7 +205,9 @@ void NodesRunner::recordInterrupted() {
         record.startedAt = run.startedAt;
         record.outcome = Outcome::failed;
         record.trigger = logTrigger(run.trigger);
-        record.summary = world.texts().text("nodes.interrupted", {{"name", printable(name)}});
+        RunWords words({{"nodes.interrupted", {{"name", printable(name)}}}}, world.texts());
+        record.summary = std::move(words.summary);
+        record.facts = std::move(words.facts);
         record.computer = RunLog::thisComputer();
         record.details = rawDetails({{RunDetail::flow, name}, {RunDetail::event, run.event.value_or("")}});
         for (const auto& [node, result] : run.results)
@@ -231,15 +235,19 @@ std::vector<FlowProblem> NodesRunner::blockers(const Flow& flow) const {
 }
 
 std::optional<std::string> NodesRunner::refusal(const Flow& flow) const {
-    const Texts texts = state_->world.texts();
+    const auto message = refusalMessage(flow);
+    return message ? std::optional(worded(*message, state_->world.texts())) : std::nullopt;
+}
+
+std::optional<Message> NodesRunner::refusalMessage(const Flow& flow) const {
     try {
         if (state_->isTaken(flow.id))
-            return texts.text("nodes.already-running", {{"name", printable(flow.name)}});
+            return Message{"nodes.already-running", {{"name", printable(flow.name)}}};
     } catch (const SystemError& error) {
-        return printable(error.what());
+        return messageOf(error);
     }
     if (const auto found = blockers(flow); !found.empty())
-        return problemsText(flow, found, texts);
+        return Message::literal(problemsText(flow, found, state_->world.texts()));
     return std::nullopt;
 }
 

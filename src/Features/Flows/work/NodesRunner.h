@@ -76,6 +76,7 @@ public:
     std::vector<flows::FlowProblem> problems(const flows::Flow& flow) const;
     /// Why start would refuse, for people; nothing when it would not.
     std::optional<std::string> refusal(const flows::Flow& flow) const;
+    std::optional<Message> refusalMessage(const flows::Flow& flow) const;
     /// What start would do, node by node in the order in which they could run; changes nothing.
     std::vector<FlowPlanLine> plan(const flows::Flow& flow, const FlowStart& how) const;
 
@@ -108,7 +109,7 @@ private:
     void end(const std::shared_ptr<Run>& run);
     void tell(const Run& run, bool active);
     void decide(Request& request, const ScheduledTask& task);
-    RunRecord refused(const ScheduledTask& task, Outcome outcome, const std::string& summary) const;
+    RunRecord refused(const ScheduledTask& task, Outcome outcome, const Message& why) const;
     std::map<Uuid, std::map<Uuid, flows::FlowNodeState>> live_;
     std::map<Uuid, std::map<Uuid, std::string>> progress_;
     std::unique_ptr<State> state_;

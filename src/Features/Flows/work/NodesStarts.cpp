@@ -19,7 +19,7 @@ struct NodesRunner::Request {
     std::condition_variable changed;
     bool isAbandoned = false;
     std::shared_ptr<Run> run;
-    std::optional<std::string> refusal;
+    std::optional<Message> refusal;
 };
 
 namespace {
@@ -78,26 +78,25 @@ void NodesRunner::decide(Request& request, const ScheduledTask& task) {
     const std::lock_guard hold(request.mutex);
     if (request.isAbandoned)
         return;
-    const Texts texts = state_->world.texts();
     state_->store.load();
     const auto id = flowOf(task);
     const Flow* found = id ? state_->store.anyFlow(*id) : nullptr;
     if (!found) {
-        request.refusal = texts.text("nodes.missing-flow");
+        request.refusal = Message{"nodes.missing-flow", {}};
     } else {
         const Flow flow = *found;
-        request.refusal = refusal(flow);
+        request.refusal = refusalMessage(flow);
         if (!request.refusal && start(flow, {.trigger = FlowRunTrigger::scheduled}))
             request.run = state_->runs.at(flow.id);
         else if (!request.refusal)
-            request.refusal = texts.text("nodes.already-running", {{"name", printable(flow.name)}});
+            request.refusal = Message{"nodes.already-running", {{"name", printable(flow.name)}}};
     }
     request.changed.notify_all();
 }
 
-RunRecord NodesRunner::refused(const ScheduledTask& task, Outcome outcome, const std::string& summary) const {
+RunRecord NodesRunner::refused(const ScheduledTask& task, Outcome outcome, const Message& why) const {
     return state_->world.runs.log.begin("nodes", Trigger::scheduled, {{RunDetail::flow, task.title}})
-        ->finish(outcome, summary);
+        ->finish(outcome, RunWords({why}, state_->world.texts()));
 }
 
 RunRecord NodesRunner::runScheduled(const ScheduledTask& task, const CancelToken& cancel) {
@@ -112,9 +111,8 @@ RunRecord NodesRunner::runScheduled(const ScheduledTask& task, const CancelToken
         run = request->run;
     }
     if (!run)
-        return request->refusal
-                   ? refused(task, Outcome::failed, *request->refusal)
-                   : refused(task, Outcome::cancelled, state_->world.texts().text("nodes.stopped"));
+        return request->refusal ? refused(task, Outcome::failed, *request->refusal)
+                                : refused(task, Outcome::cancelled, {"nodes.stopped", {}});
     waitUnlessCancelled(run->mutex, run->changed, cancel, [&] { return run->record.has_value(); });
     if (cancel.isCancelled())
         run->cancel.cancel();

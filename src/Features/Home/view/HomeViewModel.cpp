@@ -2,6 +2,7 @@
 
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
+#include "Core/RunWords.h"
 #include "Core/ToolCatalog.h"
 #include "Core/ToolTexts.h"
 #include "Core/VolumeTitle.h"
@@ -168,7 +169,8 @@ QString HomeViewModel::lineOf(std::string_view toolID) const {
     if (runs_) {
         const auto last = runs_->last.find(toolID);
         if (last != runs_->last.end())
-            return timeOf(last->second) + QStringLiteral(" · ") + qtText(printable(last->second.summary));
+            return timeOf(last->second) + QStringLiteral(" · ") +
+                   qtText(printable(summaryOf(last->second, context_.texts().current())));
     }
     return qtText(toolSummary(context_.texts().current(), toolID));
 }
@@ -199,7 +201,7 @@ QVariantList HomeViewModel::recent() const {
             {QStringLiteral("runId"), qtText(record.id.text())},
             {QStringLiteral("toolName"),
              qtText(printable(toolName(context_.texts().current(), record.toolID)))},
-            {QStringLiteral("summary"), qtText(printable(record.summary))},
+            {QStringLiteral("summary"), qtText(printable(summaryOf(record, context_.texts().current())))},
             {QStringLiteral("outcome"), qtText(rawValue(record.outcome))},
             {QStringLiteral("outcomeTitle"),
              context_.texts().text("outcome." + std::string(rawValue(record.outcome)))},

@@ -4,6 +4,7 @@
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Core/RunUndo.h"
+#include "Core/RunWords.h"
 #include "Features/Optimize/work/OptimizeService.h"
 #include "HelperKit/MaintenanceWork.h"
 #include "app/ActivityCenter.h"
@@ -273,7 +274,7 @@ QString OptimizeViewModel::line() const {
     if (state_.isRunning && !state_.detail.empty())
         return qtText(printable(state_.detail));
     if (showsRun() && state_.lastRecord)
-        return qtText(printable(state_.lastRecord->summary));
+        return qtText(printable(summaryOf(*state_.lastRecord, context_.texts().current())));
     QStringList parts;
     for (const OptimizeProfile::Step& step : profile_.steps())
         parts << context_.texts().text(fmt::format("home.optimize.does.{}", rawValue(step.action)),
@@ -349,7 +350,7 @@ QString OptimizeViewModel::lastOutcome() const {
 }
 
 QString OptimizeViewModel::lastSummary() const {
-    return last() ? qtText(printable(last()->summary)) : QString();
+    return last() ? qtText(printable(summaryOf(*last(), context_.texts().current()))) : QString();
 }
 
 QString OptimizeViewModel::freedText() const {

@@ -1,6 +1,6 @@
 #include "Features/Optimize/work/OptimizeRun.h"
 
-#include "Core/ByteFormat.h"
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Core/ToolTexts.h"
@@ -9,8 +9,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <fmt/ranges.h>
-#include <iterator>
 
 namespace vh::automation {
 
@@ -49,7 +47,8 @@ RunRecord OptimizeRun::run() {
         doAll();
         return finish();
     } catch (const std::exception& error) { // such as no more threads
-        return journal_->finish(Outcome::failed, error.what(), {{RunMetric::errors, 1}});
+        return journal_->finish(Outcome::failed, RunWords({messageOf(error)}, texts_),
+                                {{RunMetric::errors, 1}});
     }
 }
 
@@ -58,7 +57,7 @@ void OptimizeRun::doAll() {
         if (isCancelled()) {
             wasCancelled_ = true;
             step.state = StepState::skipped;
-            step.text = texts_.text("optimize.step.not-started");
+            say(step, {"optimize.step.not-started", {}});
         } else {
             doStep(step);
         }
@@ -81,23 +80,21 @@ void OptimizeRun::doStep(Step& step) {
 
 void OptimizeRun::leaveOutRootTasks(Step& step) {
     std::vector<MaintenanceTask> left;
-    std::vector<std::string> titles;
+    Messages titles;
     const helper::MaintenanceWork work = parts_.world.maintenance();
     for (const MaintenanceTask task : tasksOf(step.payload.at("tasks")))
         if (work.lacksOnlyHelper(task))
-            titles.push_back(taskTitle(task, work.system(), texts_));
+            titles.push_back(helper::titleMessage(task, work.system()));
         else
             left.push_back(task);
     step.skipped = static_cast<int>(titles.size());
     if (left.empty()) {
         step.state = StepState::skipped;
-        step.text = texts_.text("optimize.step.needs-helper", {{"count", titles.size()}});
-        step.details.push_back(step.text);
+        say(step, {"optimize.step.needs-helper", {{"count", titles.size()}}});
+        addProblem(step, said_[step.action].front());
     } else if (!titles.empty()) {
         step.payload["tasks"] = taskList(left);
-        step.details.push_back(
-            texts_.text("optimize.step.root-skipped",
-                        {{"count", titles.size()}, {"tasks", fmt::format("{}", fmt::join(titles, ", "))}}));
+        addProblem(step, {"optimize.step.root-skipped", {{"count", titles.size()}, {"tasks", titles}}});
     }
 }
 
@@ -124,25 +121,38 @@ void OptimizeRun::perform(Step& step) {
     }
     wasCancelled_ = isCancelled();
     step.state = wasCancelled_ ? StepState::skipped : StepState::failed;
-    step.text = texts_.text(wasCancelled_ ? "scheduled-action.stopped" : "optimize.step.timed-out");
+    say(step, {wasCancelled_ ? "scheduled-action.stopped" : "optimize.step.timed-out", {}});
     if (!wasCancelled_)
         ++errors_;
 }
 
 void OptimizeRun::take(Step& step, const RunRecord& record, bool isTooLate) {
     step.state = isTooLate ? StepState::failed : stateOf(record.outcome);
-    step.text = isTooLate ? texts_.text("optimize.step.timed-out") : record.summary;
+    step.text = record.summary;
+    said_[step.action] = sentencesOf(record);
+    if (isTooLate)
+        say(step, {"optimize.step.timed-out", {}});
     wasCancelled_ = wasCancelled_ || step.state == StepState::skipped;
     const double errors = record.metric(RunMetric::errors).value_or(0);
     if (isCleaner(step.action) && step.state != StepState::failed)
         step.skipped = static_cast<int>(errors);
-    std::ranges::move(splitList(record.detail(RunDetail::errors).value_or("")),
-                      std::back_inserter(step.details));
+    for (const Message& problem : problemsOf(record))
+        addProblem(step, problem);
     if (const auto output = record.detail(RunDetail::output))
         output_.push_back(*output);
     freedBytes_ += record.metric(RunMetric::freedBytes).value_or(0);
     filesRemoved_ += record.metric(RunMetric::filesRemoved).value_or(0);
     errors_ += isTooLate ? errors + 1 : errors;
+}
+
+void OptimizeRun::say(Step& step, const Message& message) {
+    said_[step.action] = {message};
+    step.text = worded(message, texts_);
+}
+
+void OptimizeRun::addProblem(Step& step, const Message& problem) {
+    step.details.push_back(worded(problem, texts_));
+    problems_[step.action].push_back(problem);
 }
 
 void OptimizeRun::report(const Step& step, double fraction, std::string_view what) {
@@ -172,45 +182,43 @@ Outcome OptimizeRun::outcome() const {
     return isMarred ? Outcome::warning : Outcome::success;
 }
 
-std::string OptimizeRun::summary() const {
+Messages OptimizeRun::summary() const {
     if (steps_.empty())
-        return texts_.text("optimize.summary.no-steps");
-    std::string text =
-        freedBytes_ > 0
-            ? texts_.text("optimize.summary.freed",
-                          {{"bytes", sizeText(static_cast<int64_t>(freedBytes_), texts_.language())}})
-            : texts_.text("optimize.summary.nothing-freed");
+        return {{"optimize.summary.no-steps", {}}};
+    Messages said{freedBytes_ > 0 ? Message{"optimize.summary.freed",
+                                            {{"bytes", ByteCount{static_cast<int64_t>(freedBytes_)}}}}
+                                  : Message{"optimize.summary.nothing-freed", {}}};
     const auto add = [&](const char* key, int64_t number) {
         if (number > 0)
-            text += " " + texts_.text(key, {{"count", number}});
+            said.push_back({key, {{"count", number}}});
     };
     int64_t files = 0;
     int64_t tasks = 0;
     for (const Step& step : steps_)
         (isCleaner(step.action) ? files : tasks) += step.skipped;
-    text += " " + texts_.text("optimize.summary.steps-done",
-                              {{"count", count(StepState::done) + count(StepState::warning)}});
+    said.push_back(
+        {"optimize.summary.steps-done", {{"count", count(StepState::done) + count(StepState::warning)}}});
     add("optimize.summary.files-skipped", files);
     add("optimize.summary.tasks-skipped", tasks);
     add("optimize.summary.failed", count(StepState::failed));
-    return text;
+    return said;
 }
 
 RunRecord OptimizeRun::finish() {
-    std::vector<std::string> errors;
+    Messages problems;
     for (const Step& step : steps_) {
-        if (step.state == StepState::failed && step.details.empty())
-            errors.push_back(texts_.text("optimize.progress-line",
-                                         {{"step", titleOf(step.action, texts_)}, {"what", step.text}}));
-        errors.insert(errors.end(), step.details.begin(), step.details.end());
+        const Messages& own = problems_[step.action];
+        if (step.state == StepState::failed && own.empty())
+            problems.push_back({"optimize.progress-line",
+                                {{"step", titleMessage(step.action)}, {"what", said_[step.action]}}});
+        problems.insert(problems.end(), own.begin(), own.end());
     }
-    return journal_->finish(outcome(), summary(),
+    return journal_->finish(outcome(), RunWords(summary(), texts_, problems),
                             {{RunMetric::freedBytes, freedBytes_},
                              {RunMetric::filesRemoved, filesRemoved_},
                              {RunMetric::errors, errors_}},
                             {{RunDetail::files, std::to_string(static_cast<int64_t>(filesRemoved_))},
                              {RunDetail::bytes, std::to_string(static_cast<int64_t>(freedBytes_))},
-                             {RunDetail::errors, joinList(errors)},
                              {RunDetail::output, joinList(output_)}});
 }
 

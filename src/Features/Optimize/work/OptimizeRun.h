@@ -5,6 +5,7 @@
 #include "Features/Optimize/work/LimitedWork.h"
 #include "Features/Optimize/work/OptimizeBoard.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -38,11 +39,13 @@ private:
     void perform(Step& step);
     void leaveOutRootTasks(Step& step);
     void take(Step& step, const RunRecord& record, bool isTooLate);
+    void say(Step& step, const Message& message);
+    void addProblem(Step& step, const Message& problem);
     void report(const Step& step, double fraction, std::string_view what);
     bool isCancelled() const;
     int64_t count(StepState state) const;
     Outcome outcome() const;
-    std::string summary() const;
+    Messages summary() const;
     RunRecord finish();
 
     const OptimizeParts parts_;
@@ -55,6 +58,8 @@ private:
     double freedBytes_ = 0;
     double filesRemoved_ = 0;
     double errors_ = 0;
+    std::map<ScheduledAction, Messages> said_;     ///< what the steps' texts are made of
+    std::map<ScheduledAction, Messages> problems_; ///< and their details
     std::vector<std::string> output_;
 };
 

@@ -51,7 +51,7 @@ RunRecord OptimizeRunner::run(const OptimizeProfile& profile, Trigger trigger, c
                                           texts.text("home.optimize-starting")))
         return state_->log()
             .beginPart(OptimizeRun::toolID, trigger, details)
-            ->finish(Outcome::failed, texts.text("optimize.already-running"));
+            ->finish(Outcome::failed, RunWords({{"optimize.already-running", {}}}, texts));
     RunRecord record = OptimizeRun(state_->parts(), trigger, details, control).run();
     state_->board->endRun(record);
     return record;

@@ -126,22 +126,25 @@ std::shared_ptr<TaskTurn> Scheduler::State::takeTurn() {
 void Scheduler::State::settle(const TaskClaim& claim) {
     RunLog& log = owner.world_.runs.log;
     const auto interrupted = [&](const std::string& title) {
-        return texts().text("run.interrupted", {{"title", title}});
+        return RunWords({{"run.interrupted", {{"title", title}}}}, texts());
     };
     owner.world_.runs.journals.recoverInterrupted(interrupted); // what had been done is told there
     std::optional<Outcome> left;
     for (const RunRecord& record : log.since(std::chrono::floor<std::chrono::seconds>(claim.startedAt)))
         if (record.toolID == claim.toolID && record.trigger == claim.trigger)
             left = record.outcome;
-    if (!left)
+    if (!left) {
+        RunWords words = interrupted(claim.title);
         log.record({.id = Uuid::random(),
                     .toolID = claim.toolID,
                     .startedAt = claim.startedAt,
                     .outcome = Outcome::failed,
                     .trigger = claim.trigger,
-                    .summary = interrupted(claim.title),
+                    .summary = std::move(words.summary),
                     .metrics = {{std::string(rawValue(RunMetric::errors)), 1}},
-                    .computer = RunLog::thisComputer()});
+                    .computer = RunLog::thisComputer(),
+                    .facts = std::move(words.facts)});
+    }
     owner.store_.change(claim.task, [&](ScheduledTask& task) {
         task.lastRun = claim.startedAt;
         task.lastOutcome = left.value_or(Outcome::failed);

@@ -2,6 +2,7 @@
 
 #include "Automation/Automation.h"
 #include "Automation/ScriptLibrary.h"
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
 #include "Platform/Process.h"
@@ -165,8 +166,10 @@ void ScriptsViewModel::run() {
                  [this, record, name = current_](std::future<ProcessResult> result) {
                      const End end = endOf(std::move(result));
                      outcome_ = qtText(rawValue(end.outcome));
-                     outcomeText_ = end.text;
-                     record->finish(end.outcome, (name + QStringLiteral(": ") + end.text).toStdString());
+                     const Texts texts = context_.texts().current();
+                     outcomeText_ = qtText(worded(end.said, texts));
+                     const Message said{"run.named", {{"name", name.toStdString()}, {"text", end.said}}};
+                     record->finish(end.outcome, RunWords({said}, texts));
                      emit runChanged();
                  });
     emit runChanged();
@@ -183,20 +186,19 @@ ProcessResult ScriptsViewModel::execute(const std::string& path, const Backgroun
 }
 
 ScriptsViewModel::End ScriptsViewModel::endOf(std::future<ProcessResult> future) const {
-    const AppTexts& texts = context_.texts();
     try {
         const ProcessResult result = future.get();
         switch (result.end) {
         case ProcessEnd::cancelled:
-            return {Outcome::cancelled, texts.text("outcome.cancelled")};
+            return {Outcome::cancelled, {"outcome.cancelled", {}}};
         case ProcessEnd::exited:
             return {result.status == 0 ? Outcome::success : Outcome::failed,
-                    texts.text("scripts.exit", {{"status", result.status}})};
+                    {"scripts.exit", {{"status", result.status}}}};
         default:
-            return {Outcome::failed, texts.text("scripts.signal", {{"signal", result.status}})};
+            return {Outcome::failed, {"scripts.signal", {{"signal", result.status}}}};
         }
     } catch (const std::exception& error) {
-        return {Outcome::failed, qtText(printable(error.what()))};
+        return {Outcome::failed, messageOf(error)};
     }
 }
 

@@ -89,7 +89,7 @@ private:
     };
     struct End {
         Outcome outcome;
-        QString text;
+        Message said;
     };
 
     automation::ScriptLibrary& library() const;

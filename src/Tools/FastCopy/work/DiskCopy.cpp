@@ -1,6 +1,6 @@
 #include "Tools/FastCopy/work/DiskCopy.h"
 
-#include "Core/ByteFormat.h"
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
 #include "Core/Texts.h"
@@ -48,13 +48,11 @@ public:
         try {
             image();
         } catch (const DiskCopyRefusal& error) {
-            fail(error.what());
+            fail(error.message());
         } catch (const Cancelled&) {
             stop();
-        } catch (const HelperClientError& error) {
-            failOrStop(error.text(texts_));
         } catch (const std::exception& error) {
-            failOrStop(printable(error.what()));
+            failOrStop(messageOf(error));
         }
         if (result_.end == End::imaged)
             copyOn();
@@ -93,9 +91,8 @@ private:
         try {
             jobs_.unmount(plan_.disk);
         } catch (const std::exception& error) {
-            throw DiskCopyRefusal(
-                texts_.text("fast-copy.disk-unmount-failed",
-                            {{"disk", printable(plan_.disk.name)}, {"reason", printable(error.what())}}));
+            throw DiskCopyRefusal({"fast-copy.disk-unmount-failed",
+                                   {{"disk", printable(plan_.disk.name)}, {"reason", messageOf(error)}}});
         }
     }
 
@@ -123,32 +120,37 @@ private:
         const DeviceJobStatus& job = now_.image;
         result_.badBlocks = job.badBlocks;
         if (job.phase != DeviceJobPhase::done)
-            return failOrStop(printable(job.error));
+            return failOrStop(Message::literal(printable(job.error)));
         result_.end = End::imaged;
         result_.sha256 = job.sha256;
         const std::string name = printable(plan_.disk.name);
-        result_.message = job.badBlocks > 0 ? texts_.text("fast-copy.disk-image-with-holes",
-                                                          {{"disk", name}, {"blocks", job.badBlocks}})
-                                            : texts_.text("fast-copy.disk-image-complete", {{"disk", name}});
+        say(job.badBlocks > 0
+                ? Message{"fast-copy.disk-image-with-holes", {{"disk", name}, {"blocks", job.badBlocks}}}
+                : Message{"fast-copy.disk-image-complete", {{"disk", name}}});
         journal_->done({plan_.disk.device, plan_.image, job.bytesTotal, "copied", job.sha256});
         try {
             copy::writeHashSidecar(plan_.image, job.sha256);
         } catch (const std::exception& error) {
-            result_.sidecarFailure =
-                texts_.text("fast-copy.disk-sidecar-failed", {{"reason", printable(error.what())}});
+            sidecarFailure_ = Message{"fast-copy.disk-sidecar-failed", {{"reason", messageOf(error)}}};
+            result_.sidecarFailure = worded(*sidecarFailure_, texts_);
         }
     }
 
-    void fail(std::string why) {
+    void say(Message said) {
+        said_ = std::move(said);
+        result_.message = worded(said_, texts_);
+    }
+    void fail(Message why) {
         result_.end = End::failed;
-        result_.message = std::move(why);
+        say(std::move(why));
     }
     void stop() {
         result_.end = End::stopped;
-        result_.message = texts_.text(result_.imagePath.empty() ? "fast-copy.summary.stopped"
-                                                                : "fast-copy.disk-cancelled-partial-removed");
+        say({result_.imagePath.empty() ? "fast-copy.summary.stopped"
+                                       : "fast-copy.disk-cancelled-partial-removed",
+             {}});
     }
-    void failOrStop(std::string why) {
+    void failOrStop(Message why) {
         if (isStopped() || now_.image.phase == DeviceJobPhase::cancelled)
             stop();
         else
@@ -170,17 +172,17 @@ private:
                     tell();
                 });
         } catch (const std::exception& error) {
-            problems_.push_back(printable(error.what()));
+            problems_.push_back(messageOf(error));
             return;
         }
         book(*result_.further, sources);
     }
 
     void book(copy::CopyReport& report, const std::vector<std::string>& sources) {
-        copies_ = copy::summaryOf(report, texts_);
+        copies_ = copy::summaryOf(report);
         journal_->add(copy::rowsOf(report, sources));
         for (const std::string& problem : report.problems())
-            problems_.push_back(printable(problem));
+            problems_.push_back(Message::literal(printable(problem)));
         copy::DestinationReport& own = report.destinations[first_];
         own.removed = false;
         own.copied = static_cast<int64_t>(sources.size());
@@ -198,14 +200,13 @@ private:
             metrics[RunMetric::bytesImaged] = static_cast<double>(now_.image.bytesTotal);
             metrics[RunMetric::badBlocks] = static_cast<double>(result_.badBlocks);
         }
-        if (!result_.sidecarFailure.empty())
-            problems_.push_back(result_.sidecarFailure);
+        if (sidecarFailure_)
+            problems_.push_back(*sidecarFailure_);
         if (result_.end == End::failed)
-            problems_.push_back(result_.message);
+            problems_.push_back(said_);
         if (!problems_.empty())
             metrics[RunMetric::errors] = static_cast<double>(problems_.size());
-        result_.record =
-            journal_->finish(outcome(), summary(), metrics, {{RunDetail::errors, joinList(problems_)}});
+        result_.record = journal_->finish(outcome(), RunWords(summary(), texts_, problems_), metrics);
     }
 
     Outcome outcome() const {
@@ -217,19 +218,18 @@ private:
         return result_.badBlocks > 0 || !problems_.empty() ? Outcome::warning : Outcome::success;
     }
 
-    std::string summary() const {
+    Messages summary() const {
         if (result_.end != End::imaged)
-            return result_.message;
-        const std::vector<TextArgument> arguments{
-            {"disk", printable(plan_.disk.name)},
-            {"path", printable(plan_.image)},
-            {"bytes", sizeText(now_.image.bytesTotal, texts_.language())}};
-        std::string text = result_.sidecarFailure.empty()
-                               ? texts_.text("fast-copy.disk-history-imaged", arguments)
-                               : texts_.text("fast-copy.disk-history-imaged-no-hash", arguments);
+            return {said_};
+        Messages all{
+            {sidecarFailure_ ? "fast-copy.disk-history-imaged-no-hash" : "fast-copy.disk-history-imaged",
+             {{"disk", printable(plan_.disk.name)},
+              {"path", printable(plan_.image)},
+              {"bytes", ByteCount{now_.image.bytesTotal}}}}};
         if (result_.badBlocks > 0)
-            text += " " + result_.message;
-        return copies_.empty() ? text : text + " " + copies_;
+            all.push_back(said_);
+        all.insert(all.end(), copies_.begin(), copies_.end());
+        return all;
     }
 
     const DiskCopyRequest& request_;
@@ -245,8 +245,10 @@ private:
     std::unique_ptr<RunJournal> journal_;
     DiskCopyProgress now_;
     DiskCopyResult result_;
-    std::vector<std::string> problems_;
-    std::string copies_; ///< what came of copying the image on, for people
+    Message said_; ///< that of result_.message
+    std::optional<Message> sidecarFailure_;
+    Messages problems_;
+    Messages copies_; ///< what came of copying the image on
 };
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "Tools/FastCopy/work/DiskCopyCheck.h"
 
-#include "Core/ByteFormat.h"
 #include "Core/Printable.h"
 #include "Core/Texts.h"
 #include "HelperKit/ImagePath.h"
@@ -25,8 +24,8 @@ namespace fs = std::filesystem;
 /// The checks of one request.
 class Check {
 public:
-    Check(const DiskCopyRequest& request, const DeviceJobs& jobs, const Folders& folders, const Texts& texts)
-        : request_(request), jobs_(jobs), folders_(folders), texts_(texts) {}
+    Check(const DiskCopyRequest& request, const DeviceJobs& jobs, const Folders& folders)
+        : request_(request), jobs_(jobs), folders_(folders) {}
 
     DiskFacts disk() const {
         const auto disks = jobs_.disks();
@@ -59,8 +58,8 @@ public:
         const int64_t free = CopyFolder(folder.string()).freeBytes();
         if (free < disk.bytes)
             refuse("fast-copy.not-enough-space", {{"path", printable(folder.string())},
-                                                  {"free", sizeText(free, texts_.language())},
-                                                  {"needed", sizeText(disk.bytes, texts_.language())}});
+                                                  {"free", ByteCount{free}},
+                                                  {"needed", ByteCount{disk.bytes}}});
         return path;
     }
 
@@ -68,7 +67,7 @@ private:
     void refuseDestination(const std::string& destination, const DiskFacts& disk) const {
         std::error_code error;
         if (!fs::is_directory(destination, error))
-            throw DiskCopyRefusal(printable(copy::CopyError::destinationMissing(destination).what()));
+            throw DiskCopyRefusal(copy::CopyError::destinationMissing(destination).message());
         if (disk.isMounted &&
             std::ranges::find(disk.mountPoints, mountPointOf(destination)) != disk.mountPoints.end())
             refuse("fast-copy.disk-destination-on-disk",
@@ -77,14 +76,13 @@ private:
     static std::string titleOf(const DiskFacts& disk) {
         return fmt::format("{} ({})", printable(disk.name), disk.device);
     }
-    [[noreturn]] void refuse(std::string_view key, const std::vector<TextArgument>& arguments) const {
-        throw DiskCopyRefusal(texts_.text(key, arguments));
+    [[noreturn]] static void refuse(const char* key, std::map<std::string, MessageArgument> arguments) {
+        throw DiskCopyRefusal({key, std::move(arguments)});
     }
 
     const DiskCopyRequest& request_;
     const DeviceJobs& jobs_;
     const Folders& folders_;
-    const Texts& texts_;
 };
 
 } // namespace
@@ -92,16 +90,16 @@ private:
 DiskCopyPlan planDiskCopy(const DiskCopyRequest& request, size_t first, const DeviceJobs& jobs,
                           const Folders& folders, Date now, const Texts& texts) {
     if (const std::string missing = jobs.hindrance(texts); !missing.empty())
-        throw DiskCopyRefusal(missing);
-    const Check check(request, jobs, folders, texts);
+        throw DiskCopyRefusal(Message::literal(missing));
+    const Check check(request, jobs, folders);
     try {
         DiskFacts disk = check.disk();
         std::string image = check.image(disk, first, now);
         return {std::move(disk), std::move(image)};
     } catch (const SystemError& error) {
-        throw DiskCopyRefusal(printable(error.what()));
+        throw DiskCopyRefusal(messageOf(error));
     } catch (const fs::filesystem_error& error) {
-        throw DiskCopyRefusal(printable(error.what()));
+        throw DiskCopyRefusal(messageOf(error));
     }
 }
 

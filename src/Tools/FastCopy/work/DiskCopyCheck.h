@@ -1,16 +1,22 @@
 #pragma once
 
+#include "Core/ErrorMessage.h"
 #include "Tools/FastCopy/work/DiskCopy.h"
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace vh::automation {
 
-/// Why a disk is not imaged; what() is for people and says what to do.
-class DiskCopyRefusal : public std::runtime_error {
+/// Why a disk is not imaged; message() says what to do.
+class DiskCopyRefusal : public std::runtime_error, public SpeakingError {
 public:
-    using std::runtime_error::runtime_error;
+    explicit DiskCopyRefusal(Message why) : std::runtime_error(why.key), why_(std::move(why)) {}
+    Message message() const override { return why_; }
+
+private:
+    Message why_;
 };
 
 /// What is imaged, and where to.

@@ -1,6 +1,7 @@
 #include "Tools/FolderSync/work/SyncJob.h"
 
 #include "Core/CleanState.h"
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
 #include "Core/ToolTexts.h"
@@ -147,14 +148,14 @@ public:
         try {
             const FileLock turn = takeTurn();
             if (!turn)
-                return end(End::busy, texts_.text("folder-sync.another-sync-running"));
+                return end(End::busy, {"folder-sync.another-sync-running", {}});
             return runInTurn();
         } catch (const Cancelled&) {
             return stopBefore();
         } catch (const SyncError& error) {
-            return fail(textOf(error, texts_));
+            return fail(messageOf(error));
         } catch (const std::exception& error) {
-            return fail(printable(error.what()));
+            return fail(vh::messageOf(error));
         }
     }
 
@@ -166,23 +167,23 @@ private:
     SyncJobResult hold(const SyncPlan& plan);
     SyncJobResult perform(SyncPlan plan);
     SyncJobResult stopBefore();
-    SyncJobResult fail(const std::string& why);
+    SyncJobResult fail(const Message& why);
     void noteDone();
 
-    static SyncJobResult end(End how, std::string message) {
+    SyncJobResult end(End how, const Message& message) const {
         SyncJobResult result;
         result.end = how;
-        result.message = std::move(message);
+        result.message = worded(message, texts_);
         return result;
     }
-    SyncJobResult logged(SyncJobResult result, Outcome outcome, const RunMetrics& metrics = {}) {
+    SyncJobResult logged(SyncJobResult result, Outcome outcome, const Messages& sentences,
+                         const RunMetrics& metrics = {}) {
         result.record = world_.runs.log.begin(toolID, request_.trigger, details_)
-                            ->finish(outcome, result.message, metrics);
+                            ->finish(outcome, RunWords(sentences, texts_), metrics);
+        result.message = result.record->summary;
         return result;
     }
-    std::string titled(const char* key) const {
-        return texts_.text(key, {{"name", printable(request_.pair.title())}});
-    }
+    Message titled(const char* key) const { return {key, {{"name", printable(request_.pair.title())}}}; }
 
     SyncJobRequest request_;
     const AutomationWorld& world_;
@@ -214,13 +215,14 @@ SyncJobResult SyncRun::runInTurn() {
         return block(*state);
     if (request_.plan)
         return perform(std::move(*request_.plan));
-    control_.report(-1, titled("folder-sync.comparing"));
+    control_.report(-1, worded(titled("folder-sync.comparing"), texts_));
     SyncPlan plan = SyncEngine::plan(request_.pair, control_.cancel);
     if (const auto state = blocker()) // of a disk that went meanwhile an empty folder is left
         return block(*state);
     if (plan.isEmpty()) {
-        SyncJobResult result = end(End::upToDate, titled("folder-sync.up-to-date-line"));
-        return request_.logsNothingToDo ? logged(std::move(result), Outcome::success) : result;
+        const Message said = titled("folder-sync.up-to-date-line");
+        SyncJobResult result = end(End::upToDate, said);
+        return request_.logsNothingToDo ? logged(std::move(result), Outcome::success, {said}) : result;
     }
     if (!request_.isAttended && AutoSyncGuard::holds(plan))
         return hold(plan);
@@ -235,20 +237,20 @@ std::optional<WatchState> SyncRun::blocker() const {
 }
 
 SyncJobResult SyncRun::block(const WatchState& state) {
-    const std::string reason = textOf(state, request_.pair, texts_);
+    const Message reason = messageOf(state, request_.pair);
     SyncJobResult result = end(End::blocked, reason);
     result.state = state;
     if (!request_.logsNothingToDo)
         return result;
-    result.message = titled("folder-sync.not-available-line") + " " + reason;
-    return logged(std::move(result), Outcome::warning);
+    return logged(std::move(result), Outcome::warning, {titled("folder-sync.not-available-line"), reason});
 }
 
 SyncJobResult SyncRun::hold(const SyncPlan& plan) {
     const WatchState state = WatchState::held(plan.deletes());
-    SyncJobResult result = end(End::held, textOf(state, request_.pair, texts_));
+    const Message said = messageOf(state, request_.pair);
+    SyncJobResult result = end(End::held, said);
     result.state = state;
-    return logged(std::move(result), Outcome::warning);
+    return logged(std::move(result), Outcome::warning, {said});
 }
 
 SyncJobResult SyncRun::perform(SyncPlan plan) {
@@ -256,7 +258,8 @@ SyncJobResult SyncRun::perform(SyncPlan plan) {
                                                    printable(request_.pair.title()));
     journal->expect(plan.actions.size());
     Tracking tracking(plan, request_, control_, *journal);
-    SyncJobResult result = end(End::done, {});
+    SyncJobResult result;
+    result.end = End::done;
     try {
         result.result = SyncEngine::apply(plan, request_.pair, tracking.steering());
     } catch (const std::exception& error) {
@@ -266,10 +269,10 @@ SyncJobResult SyncRun::perform(SyncPlan plan) {
     plan = {}; // before the list is saved, which takes its room too
     if (result.result.errors.empty() && !result.result.stopped)
         noteDone();
-    result.message = summaryOf(result.result, texts_);
-    result.record = journal->finish(outcomeOf(result.result), result.message,
+    result.record = journal->finish(outcomeOf(result.result), RunWords(summaryOf(result.result), texts_),
                                     metricsOf(result.result, tracking.bytesCopied()),
                                     detailsOf(result.result, tracking.bytesCopied()));
+    result.message = result.record->summary;
     result.trackingFailure = journal->failure();
     if (request_.isAttended && !result.result.stopped)
         SyncWatchFile(world_.folders).approve(request_.pair.id);
@@ -293,19 +296,24 @@ void SyncRun::noteDone() {
 }
 
 SyncJobResult SyncRun::stopBefore() {
-    SyncJobResult result = end(End::done, {});
-    result.result.stopped = true;
-    result.message = summaryOf(result.result, texts_);
-    return request_.logsNothingToDo ? logged(std::move(result), Outcome::cancelled) : result;
+    SyncResult none;
+    none.stopped = true;
+    const Messages said = summaryOf(none);
+    SyncJobResult result;
+    result.end = End::done;
+    result.message = worded(said, texts_);
+    result.result = none;
+    return request_.logsNothingToDo ? logged(std::move(result), Outcome::cancelled, said) : result;
 }
 
-SyncJobResult SyncRun::fail(const std::string& why) {
+SyncJobResult SyncRun::fail(const Message& why) {
     SyncJobResult result = end(End::failed, why);
-    result.state = WatchState::failed(why);
+    result.state = WatchState::failed(result.message);
     if (request_.isAttended)
         return result;
-    result.message = toolName(texts_, toolID) + ": " + why;
-    return logged(std::move(result), Outcome::failed, {{RunMetric::errors, 1}});
+    return logged(std::move(result), Outcome::failed,
+                  {{"run.named", {{"name", toolName(texts_, toolID)}, {"text", why}}}},
+                  {{RunMetric::errors, 1}});
 }
 
 } // namespace

@@ -47,7 +47,7 @@ RunRecord syncPairOf(ActionRun& run, SyncRunner* runner) {
     sync::SyncPairStore store(sync::SyncPairStore::fileIn(run.world.folders));
     const auto pair = pairOfPayload(run.request.payload, store.load());
     if (!pair)
-        return run.fail(run.texts.text("scheduled-action.sync-pair-gone"));
+        return run.fail({"scheduled-action.sync-pair-gone", {}});
     run.control.report(-1, run.texts.text("scheduled-action.syncing", {{"name", printable(pair->title())}}));
     if (runner)
         return runner->runScheduled(*pair, run.request.trigger, run.details, run.control);

@@ -2,6 +2,7 @@
 
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
+#include "Core/RunWords.h"
 #include "HelperKit/MaintenanceTexts.h"
 #include "Tools/Maintenance/work/MaintenanceJob.h"
 #include "app/ActivityCenter.h"
@@ -38,17 +39,19 @@ MaintenanceViewModel::MaintenanceViewModel(AppContext& context, helper::Maintena
 MaintenanceViewModel::~MaintenanceViewModel() = default;
 
 void MaintenanceViewModel::openLog() {
-    readingLog_.run(
-        [&log = context_.session().runLog()](const Background::Task&) {
-            return log.last(maintenanceTool.data());
-        },
-        [this](std::future<std::optional<RunRecord>> last) {
-            const auto record = last.get();
-            if (!record || last_)
-                return;
-            last_ = RunSummary{{}, record->summary, record->outcome, record->startedAt, record->duration};
-            emit runChanged();
-        });
+    readingLog_.run([&log = context_.session().runLog()](
+                        const Background::Task&) { return log.last(maintenanceTool.data()); },
+                    [this](std::future<std::optional<RunRecord>> last) {
+                        const auto record = last.get();
+                        if (!record || last_)
+                            return;
+                        last_ = RunSummary{{},
+                                           summaryOf(*record, context_.texts().current()),
+                                           record->outcome,
+                                           record->startedAt,
+                                           record->duration};
+                        emit runChanged();
+                    });
 }
 
 void MaintenanceViewModel::refresh() {

@@ -10,22 +10,23 @@ MaintenanceJobResult runMaintenance(MaintenanceTask task, const helper::Maintena
                                     Trigger trigger, const Texts& texts, const JobControl& control) {
     using enum helper::MaintenanceEnd::Kind;
     const auto run = log.begin("maintenance", trigger);
-    const std::string title = helper::taskTitle(task, work.system(), texts);
-    control.report(-1, title);
-    helper::MaintenanceEnd end = work.run(task, texts, control.cancel);
-    const auto finish = [&](Outcome outcome, std::string summary, const RunMetrics& metrics = {}) {
-        return MaintenanceJobResult{run->finish(outcome, std::move(summary), metrics), std::move(end.output)};
+    const MaintenanceSystem system = work.system();
+    const Message title = helper::titleMessage(task, system);
+    control.report(-1, worded(title, texts));
+    helper::MaintenanceEnd end = work.run(task, control.cancel);
+    const auto finish = [&](Outcome outcome, const Messages& sentences, const RunMetrics& metrics = {}) {
+        return MaintenanceJobResult{run->finish(outcome, {sentences, texts}, metrics), std::move(end.output)};
     };
     if (end.kind == done)
-        return finish(Outcome::success, helper::successSummary(task, work.system(), texts));
+        return finish(Outcome::success, {helper::successMessage(task, system)});
     if (end.kind == stopped)
-        return finish(Outcome::cancelled, texts.text("maintenance.stopped", {{"title", title}}));
+        return finish(Outcome::cancelled, {{"maintenance.stopped", {{"title", title}}}});
     if (end.kind == leftToHelper)
-        return finish(Outcome::cancelled, texts.text("maintenance.left-to-helper", {{"title", title}}));
-    std::string summary = helper::failureSummary(task, work.system(), texts);
-    if (!end.reason.empty())
-        summary += " " + end.reason;
-    return finish(Outcome::failed, std::move(summary), {{RunMetric::errors, 1}});
+        return finish(Outcome::cancelled, {{"maintenance.left-to-helper", {{"title", title}}}});
+    Messages sentences{helper::failureMessage(task, system)};
+    if (end.reason)
+        sentences.push_back(*end.reason);
+    return finish(Outcome::failed, sentences, {{RunMetric::errors, 1}});
 }
 
 } // namespace vh::automation

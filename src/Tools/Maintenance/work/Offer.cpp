@@ -14,10 +14,10 @@ RunRecord maintain(automation::ActionRun& run) {
     const auto tasks = list == run.request.payload.end() ? std::vector<MaintenanceTask>()
                                                          : automation::tasksOf(list->second);
     if (tasks.empty())
-        return run.fail(run.texts.text("scheduled-action.no-maintenance-tasks"));
+        return run.fail({"scheduled-action.no-maintenance-tasks", {}});
     automation::TasksRun chores(run.world.maintenance(), run.texts, run.control);
     chores.run(tasks);
-    return run.finish(chores.outcome(), chores.summary(), chores.metrics(), chores.details());
+    return run.finish(chores.outcome(), chores.words(), chores.metrics(), chores.details());
 }
 
 std::vector<automation::FieldChoice> tasks(const Folders&, const Texts& texts) {

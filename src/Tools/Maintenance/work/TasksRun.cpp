@@ -31,25 +31,24 @@ void TasksRun::run(const std::vector<MaintenanceTask>& tasks) {
 
 void TasksRun::runOne(MaintenanceTask task) {
     using enum helper::MaintenanceEnd::Kind;
-    const std::string title = taskTitle(task, work_.system(), texts_);
+    const Message title = helper::titleMessage(task, work_.system());
     if (work_.lacksOnlyHelper(task)) {
         needing_.push_back(title);
         return;
     }
-    const helper::MaintenanceEnd end = work_.run(task, texts_, control_.cancel);
+    const helper::MaintenanceEnd end = work_.run(task, control_.cancel);
     if (!end.output.empty())
-        output_ += fmt::format("{}{}\n{}", output_.empty() ? "" : "\n", title, lastOf(end.output));
+        output_ +=
+            fmt::format("{}{}\n{}", output_.empty() ? "" : "\n", worded(title, texts_), lastOf(end.output));
     wasCancelled_ = end.kind == stopped || end.kind == leftToHelper;
     if (end.kind == done)
         ++done_;
     else if (end.kind == failed)
-        fail(title, end.reason.empty() ? failureSummary(task, work_.system(), texts_) : end.reason);
+        failures_.push_back(
+            {"run.named",
+             {{"name", title}, {"text", end.reason.value_or(helper::failureMessage(task, work_.system()))}}});
     else if (end.kind == leftToHelper)
-        left_ = texts_.text("maintenance.left-to-helper", {{"title", title}});
-}
-
-void TasksRun::fail(const std::string& title, const std::string& reason) {
-    failures_.push_back(title + texts_.text("common.colon") + printable(reason));
+        left_ = Message{"maintenance.left-to-helper", {{"title", title}}};
 }
 
 Outcome TasksRun::outcome() const {
@@ -60,18 +59,20 @@ Outcome TasksRun::outcome() const {
     return failures_.empty() && needing_.empty() ? Outcome::success : Outcome::warning;
 }
 
-std::string TasksRun::summary() const {
-    std::vector<std::string> sentences;
+RunWords TasksRun::words() const {
+    Messages sentences;
     if (done_ > 0)
-        sentences.push_back(texts_.text("scheduled-action.tasks-done", {{"count", done_}}));
+        sentences.push_back({"scheduled-action.tasks-done", {{"count", done_}}});
     if (!needing_.empty())
-        sentences.push_back(texts_.text(
-            "scheduled-action.tasks-need-helper",
-            {{"count", needing_.size()}, {"tasks", fmt::format("{}", fmt::join(needing_, ", "))}}));
+        sentences.push_back(
+            {"scheduled-action.tasks-need-helper", {{"count", needing_.size()}, {"tasks", needing_}}});
     sentences.insert(sentences.end(), failures_.begin(), failures_.end());
     if (wasCancelled_)
-        sentences.push_back(left_.empty() ? texts_.text("scheduled-action.stopped") : left_);
-    return fmt::format("{}", fmt::join(sentences, " "));
+        sentences.push_back(left_.value_or(Message{"scheduled-action.stopped", {}}));
+    Messages lines = failures_;
+    if (left_)
+        lines.push_back(*left_);
+    return {sentences, texts_, lines};
 }
 
 RunMetrics TasksRun::metrics() const {
@@ -80,10 +81,7 @@ RunMetrics TasksRun::metrics() const {
 }
 
 RunDetails TasksRun::details() const {
-    std::vector<std::string> lines = failures_;
-    if (!left_.empty())
-        lines.push_back(left_);
-    return {{RunDetail::errors, joinList(lines)}, {RunDetail::output, output_}};
+    return {{RunDetail::output, output_}};
 }
 
 } // namespace vh::automation

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "Core/JobControl.h"
-#include "Core/RunRecord.h"
+#include "Core/RunWords.h"
 #include "Core/Texts.h"
 #include "HelperKit/MaintenanceWork.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,21 +21,20 @@ public:
     void run(const std::vector<MaintenanceTask>& tasks);
 
     Outcome outcome() const;
-    std::string summary() const;
+    RunWords words() const;
     RunMetrics metrics() const;
     RunDetails details() const;
 
 private:
     void runOne(MaintenanceTask task);
-    void fail(const std::string& title, const std::string& reason);
 
     const helper::MaintenanceWork work_;
     const Texts& texts_;
     const JobControl& control_;
     size_t done_ = 0;
-    std::vector<std::string> needing_;  ///< titles of those that wait for the helper
-    std::vector<std::string> failures_; ///< lines
-    std::string left_;                  ///< a line on the task that goes on in the helper
+    Messages needing_;            ///< titles of those that wait for the helper
+    Messages failures_;           ///< lines
+    std::optional<Message> left_; ///< a line on the task that goes on in the helper
     std::string output_;
     bool wasCancelled_ = false;
 };

@@ -1,0 +1,74 @@
+#include "Core/ErrorMessage.h"
+
+#include "Core/Printable.h"
+#include "Platform/SystemError.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+namespace vh {
+
+namespace {
+
+struct ReasonRow {
+    int code;
+    const char* key;
+};
+
+constexpr std::array reasons{
+    ReasonRow{ENOSPC, "error.no-space"},
+    ReasonRow{EDQUOT, "error.quota"},
+    ReasonRow{EACCES, "error.not-permitted"},
+    ReasonRow{EPERM, "error.not-allowed"},
+    ReasonRow{EROFS, "error.read-only"},
+    ReasonRow{ENOENT, "error.no-such-file"},
+    ReasonRow{EEXIST, "error.exists"},
+    ReasonRow{ENOTDIR, "error.not-a-folder"},
+    ReasonRow{EISDIR, "error.is-a-folder"},
+    ReasonRow{ENOTEMPTY, "error.not-empty"},
+    ReasonRow{ENAMETOOLONG, "error.name-too-long"},
+    ReasonRow{ELOOP, "error.link-loop"},
+    ReasonRow{EXDEV, "error.other-volume"},
+    ReasonRow{EFBIG, "error.file-too-large"},
+    ReasonRow{EIO, "error.input-output"},
+    ReasonRow{EBUSY, "error.busy"},
+    ReasonRow{ETXTBSY, "error.busy"},
+    ReasonRow{EMFILE, "error.too-many-open"},
+    ReasonRow{ENFILE, "error.too-many-open"},
+    ReasonRow{ENOMEM, "error.no-memory"},
+    ReasonRow{EINVAL, "error.not-possible-here"},
+    ReasonRow{EILSEQ, "error.name-refused"},
+    ReasonRow{EOPNOTSUPP, "error.not-possible-here"},
+    ReasonRow{ENODEV, "error.device-gone"},
+    ReasonRow{ENXIO, "error.device-gone"},
+    ReasonRow{ESTALE, "error.device-gone"},
+    ReasonRow{ENOTCONN, "error.connection-lost"},
+    ReasonRow{ECONNRESET, "error.connection-lost"},
+    ReasonRow{ETIMEDOUT, "error.timed-out"},
+    ReasonRow{ECONNREFUSED, "error.connection-refused"},
+    ReasonRow{EHOSTUNREACH, "error.unreachable"},
+    ReasonRow{ENETUNREACH, "error.unreachable"},
+};
+
+} // namespace
+
+Message reasonOf(const SystemError& error) {
+    const auto* row = std::ranges::find(reasons, error.code(), &ReasonRow::code);
+    if (row != reasons.end())
+        return {row->key, {}};
+    return Message::literal(printable(error.reason()));
+}
+
+Message messageOf(const std::exception& error) {
+    if (const auto* speaking = dynamic_cast<const SpeakingError*>(&error))
+        return speaking->message();
+    const auto* system = dynamic_cast<const SystemError*>(&error);
+    if (!system)
+        return Message::literal(printable(error.what()));
+    if (system->path().empty())
+        return reasonOf(*system);
+    return {"error.at-path", {{"path", printable(system->path())}, {"reason", reasonOf(*system)}}};
+}
+
+} // namespace vh
