@@ -1,6 +1,7 @@
 #include "Core/CleanJob.h"
 
 #include "Core/CleanReason.h"
+#include "Core/ErrorMessage.h"
 #include "Core/PathAllowlist.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
@@ -40,7 +41,8 @@ public:
         } catch (const Cancelled&) {
             stopped = true;
         } catch (const std::exception& error) {
-            done_.error = error.what();
+            error_ = messageOf(error);
+            done_.error = worded(*error_, texts_);
         }
         finish(stopped);
         return std::move(done_);
@@ -67,6 +69,7 @@ private:
     RunJournal& journal_;
     RunHandle* const part_;
     CleanJobResult done_;
+    std::optional<Message> error_;
     Messages skipped_; ///< those of done_.skippedDetails
     std::chrono::steady_clock::time_point reported_{};
 };
@@ -145,7 +148,7 @@ Outcome CleanJob::outcome(bool stopped) const {
 
 Messages CleanJob::message(bool stopped) const {
     if (done_.error && done_.result.items.empty())
-        return {Message::literal(*done_.error)};
+        return {*error_};
     const char* const key = isUnattended_                     ? "scheduled-action.moved-to-trash"
                             : method_ == RemovalMethod::trash ? "clean.result-trashed"
                                                               : "clean.result-deleted";
@@ -156,7 +159,7 @@ Messages CleanJob::message(bool stopped) const {
     if (stopped)
         message.push_back({"clean.stopped", {}});
     if (done_.error)
-        message.push_back(Message::literal(*done_.error));
+        message.push_back(*error_);
     return message;
 }
 

@@ -1,5 +1,6 @@
 #include "Core/RunUndo.h"
 
+#include "Core/ErrorMessage.h"
 #include "Core/RunJournal.h"
 #include "Core/RunLog.h"
 #include "Core/ToolTexts.h"
@@ -44,9 +45,9 @@ public:
 
     bool hasRestored() const { return done_.restoredCount > 0; }
 
-    UndoResult finish(const std::string& savingFailure) {
+    UndoResult finish(const std::optional<Message>& savingFailure) {
         done_.record =
-            journal_.finish(outcome(!savingFailure.empty()), RunWords(message(savingFailure), texts_),
+            journal_.finish(outcome(savingFailure.has_value()), RunWords(message(savingFailure), texts_),
                             {{RunMetric::itemsProcessed, static_cast<double>(done_.restoredCount)},
                              {RunMetric::errors, static_cast<double>(done_.skipped.size())}},
                             {{RunDetail::files, std::to_string(done_.restoredCount)},
@@ -69,7 +70,7 @@ private:
             ++done_.restoredCount;
             done_.restoredBytes += row.bytes.value_or(0);
         } catch (const SystemError& error) {
-            skip(row, error.reason());
+            skip(row, worded(reasonOf(error), texts_));
         }
         const bool isRestored = row.state == cleanState::restored;
         journal_.done({row.path, isRestored ? std::nullopt : row.place, row.bytes, row.state, {}});
@@ -87,15 +88,15 @@ private:
         return done_.skipped.empty() && !savingFailed ? Outcome::success : Outcome::warning;
     }
 
-    Messages message(const std::string& savingFailure) const {
+    Messages message(const std::optional<Message>& savingFailure) const {
         Messages message{
             {"undo.result", {{"count", done_.restoredCount}, {"bytes", ByteCount{done_.restoredBytes}}}}};
         if (!done_.skipped.empty())
             message.push_back({"undo.skipped", {{"count", done_.skipped.size()}}});
         if (control_.cancel.isCancelled())
             message.push_back({"clean.stopped", {}});
-        if (!savingFailure.empty())
-            message.push_back(Message::literal(savingFailure));
+        if (savingFailure)
+            message.push_back(*savingFailure);
         return message;
     }
 
@@ -107,12 +108,12 @@ private:
 };
 
 /// The Trash itself keeps anything from being put back twice, so a list that could not be written only reads old.
-std::string save(const RunFiles& files, const Uuid& run, const std::vector<RunFileRow>& rows) {
+std::optional<Message> save(const RunFiles& files, const Uuid& run, const std::vector<RunFileRow>& rows) {
     try {
         files.save(run, rows);
-        return {};
+        return std::nullopt;
     } catch (const SystemError& error) {
-        return error.what();
+        return messageOf(error);
     }
 }
 
@@ -132,7 +133,7 @@ UndoResult undoRun(const Uuid& runID, Trigger trigger, const RunStores& stores, 
     Undo undo(rows, texts, control, *journal);
     undo.restoreAll();
     // A list of which nothing came back stays as it is: it may be one that could not be read.
-    return undo.finish(undo.hasRestored() ? save(stores.files, runID, rows) : std::string());
+    return undo.finish(undo.hasRestored() ? save(stores.files, runID, rows) : std::nullopt);
 }
 
 } // namespace vh

@@ -1,6 +1,8 @@
 #include "app/AppTexts.h"
 
 #include "Core/ByteFormat.h"
+#include "Core/ErrorMessage.h"
+#include "Core/Printable.h"
 #include "app/Session.h"
 
 namespace vh::app {
@@ -11,6 +13,10 @@ const Texts& AppTexts::current() const {
 
 QString AppTexts::text(std::string_view key, const std::vector<TextArgument>& arguments) const {
     return qtText(current().text(key, arguments));
+}
+
+QString AppTexts::errorText(const std::exception& error) const {
+    return qtText(printable(worded(messageOf(error), current())));
 }
 
 QString AppTexts::sizeText(int64_t bytes) const {

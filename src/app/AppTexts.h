@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QString>
+#include <exception>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,8 @@ public:
     const Texts& current() const;
     Language language() const { return current().language(); }
     QString text(std::string_view key, const std::vector<TextArgument>& arguments = {}) const;
+    /// What went wrong, on one line.
+    QString errorText(const std::exception& error) const;
     QString sizeText(int64_t bytes) const;
     QString durationText(double seconds) const;
 

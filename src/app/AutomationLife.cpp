@@ -39,7 +39,7 @@ void AutomationLife::start(const QString& link) {
         automation().attach();
         automation().lead();
     } catch (const std::exception& error) {
-        emit said(qtText(printable(error.what())));
+        emit said(context_.texts().errorText(error));
     }
     emit changed();
     if (!link.isEmpty())

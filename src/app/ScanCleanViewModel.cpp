@@ -277,7 +277,7 @@ void ScanCleanViewModel::finishScan(std::future<ScanReport> result) {
         if (stage_ == Stage::done)
             showReport({});
         else
-            errorMessage_ = qtText(printable(error.what()));
+            errorMessage_ = context_.texts().errorText(error);
         emit resultChanged();
     }
     emit stateChanged();

@@ -1,8 +1,8 @@
 #include "cli/CommandLine.h"
 
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/Texts.h"
-#include "HelperKit/HelperClientError.h"
 #include "Platform/Terminal.h"
 #include "app/Session.h"
 #include "cli/Console.h"
@@ -86,11 +86,8 @@ Exit CommandLine::perform(const Verb& verb) {
     } catch (const UsageError& error) {
         complain(error.what());
         return Exit::usage;
-    } catch (const helper::HelperClientError& error) {
-        complain(printable(error.text(session_.texts())));
-        return Exit::failed;
     } catch (const std::exception& error) {
-        complain(printable(error.what()));
+        complain(printable(worded(messageOf(error), session_.texts())));
         return Exit::failed;
     }
 }

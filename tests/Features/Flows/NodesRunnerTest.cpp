@@ -235,7 +235,7 @@ TEST_F(NodesRunnerTest, WhatKeepsItsFolderFromBeingWrittenIsARefusal) {
     const std::string lock = desk.store.folder() + "/" + flow.id.text() + ".lock";
     makeFolders(lock);
     EXPECT_FALSE(desk.start(flow));
-    EXPECT_EQ(desk.runner->runFromOutside(flow.id, "link"), lock + ": Is a directory");
+    EXPECT_EQ(desk.runner->runFromOutside(flow.id, "link"), lock + ": it is a folder");
     EXPECT_TRUE(desk.runner->isRunning(flow.id)) << "it could run twice";
     EXPECT_TRUE(desk.log.all().empty());
 }

@@ -144,7 +144,7 @@ void ActivityViewModel::loadSelected() {
             try {
                 showSelected(run.get());
             } catch (const std::exception& error) {
-                say(qtText(printable(error.what())));
+                say(context_.texts().errorText(error));
             }
         });
 }
@@ -172,7 +172,7 @@ void ActivityViewModel::undo(const QString& runId) {
             try {
                 say(undoMessage(result.get()));
             } catch (const std::exception& error) {
-                say(qtText(printable(error.what())));
+                say(context_.texts().errorText(error));
             }
             loadSelected();
         });
@@ -206,7 +206,7 @@ bool ActivityViewModel::exportCsv(const QString& fileUrlOrPath) {
         const ActivityExport document{texts, std::string(code(texts.language())), context_.calendar()};
         writeFileAtomically(path, document.csv(shown_.records), exportMode);
     } catch (const std::exception& error) {
-        say(qtText(printable(error.what())));
+        say(context_.texts().errorText(error));
         return false;
     }
     say({});

@@ -440,7 +440,7 @@ bool FlowEditorViewModel::attempt(const std::function<void()>& act) {
         act();
         return true;
     } catch (const std::exception& error) {
-        say(qtText(printable(error.what())));
+        say(context_.texts().errorText(error));
         return false;
     }
 }

@@ -110,7 +110,7 @@ QString FollowUpsViewModel::save(const QString& tool, const QString& recipients,
     try {
         followUps().setWishes(tool.toStdString(), wishes);
     } catch (const std::exception& error) {
-        return qtText(printable(error.what()));
+        return context_.texts().errorText(error);
     }
     emit changed();
     return {};

@@ -96,7 +96,7 @@ void MailViewModel::set(const QString& field, const QString& value) {
         settings_ = changed;
         say({});
     } catch (const std::exception& error) {
-        say(qtText(printable(error.what())));
+        say(context_.texts().errorText(error));
     }
     emit settingsChanged();
 }
@@ -109,7 +109,7 @@ void MailViewModel::askForPassword() {
                     try {
                         hasPassword_ = answer.get();
                     } catch (const std::exception& error) {
-                        passwordFault_ = qtText(printable(error.what()));
+                        passwordFault_ = context_.texts().errorText(error);
                     }
                     emit passwordChanged();
                 });
@@ -131,7 +131,7 @@ void MailViewModel::setPassword(const QString& password) {
             try {
                 hasPassword_ = stored.get();
             } catch (const std::exception& error) {
-                passwordFault_ = qtText(printable(error.what()));
+                passwordFault_ = context_.texts().errorText(error);
             }
             emit passwordChanged();
         });
@@ -163,7 +163,7 @@ void MailViewModel::sendTest(const QString& recipient) {
                 testText_ = qtText(printable(run.summary));
             } catch (const std::exception& error) {
                 testOutcome_ = QStringLiteral("failed");
-                testText_ = qtText(printable(error.what()));
+                testText_ = context_.texts().errorText(error);
             }
             emit testChanged();
         });

@@ -265,7 +265,7 @@ void OptimizeViewModel::finishUndo(std::future<UndoResult> result) {
     try {
         emit said(qtText(printable(result.get().record.summary)));
     } catch (const std::exception& error) {
-        emit said(qtText(printable(error.what())));
+        emit said(context_.texts().errorText(error));
     }
     readPast();
 }
@@ -395,7 +395,7 @@ QString OptimizeViewModel::saveProfile(const QVariantMap& map) {
     try {
         profile.save(context_.session().defaults());
     } catch (const std::exception& error) {
-        return qtText(printable(error.what()));
+        return context_.texts().errorText(error);
     }
     profile_ = std::move(profile);
     profileIsNewer_ = !isRunning();

@@ -126,7 +126,7 @@ bool ScriptsViewModel::save() {
         if (!current_.isEmpty() && name != current_)
             library().remove(current_.toStdString());
     } catch (const std::exception& error) {
-        say(qtText(printable(error.what())));
+        say(context_.texts().errorText(error));
         return false;
     }
     drafts_.erase(current_);
@@ -145,7 +145,7 @@ void ScriptsViewModel::remove() {
         if (!current_.isEmpty())
             library().remove(current_.toStdString());
     } catch (const std::exception& error) {
-        return say(qtText(printable(error.what())));
+        return say(context_.texts().errorText(error));
     }
     drafts_.erase(current_);
     show({}, false);

@@ -2,7 +2,6 @@
 
 #include "Core/DatabaseKeep.h"
 #include "Core/LocalCalendar.h"
-#include "Core/Printable.h"
 #include "Core/UserDefaults.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -154,7 +153,7 @@ bool SettingsViewModel::store(const std::function<void()>& change) {
         say({});
         return true;
     } catch (const std::exception& error) {
-        say(qtText(printable(error.what())));
+        say(context_.texts().errorText(error));
         return false;
     }
 }

@@ -77,7 +77,7 @@ void FastCopyViewModel::store() {
         else
             defaults.remove(manifestKey);
     } catch (const SystemError& error) {
-        emit said(qtText(printable(error.what())));
+        emit said(context_.texts().errorText(error));
     }
     emit optionsChanged();
     tellChosen();

@@ -111,7 +111,7 @@ void FolderSyncViewModel::failToPlan(const std::exception& error) {
     const auto* known = dynamic_cast<const sync::SyncError*>(&error);
     const AppTexts& texts = context_.texts();
     if (!known)
-        errorMessage_ = qtText(printable(error.what()));
+        errorMessage_ = context_.texts().errorText(error);
     else if (known->kind == sync::SyncError::Kind::nested)
         errorMessage_ = texts.text("folder-sync.error-nested");
     else

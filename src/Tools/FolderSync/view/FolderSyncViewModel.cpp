@@ -167,7 +167,7 @@ QString FolderSyncViewModel::save(const QString& id, const QVariantMap& draft) {
     try {
         runner_.put(*pair);
     } catch (const std::exception& error) {
-        return qtText(printable(error.what()));
+        return context_.texts().errorText(error);
     }
     if (planned_ == pair->id)
         forgetPlan();
@@ -179,7 +179,7 @@ bool FolderSyncViewModel::store(const std::function<void()>& change) {
     try {
         change();
     } catch (const std::exception& error) {
-        emit said(qtText(printable(error.what())));
+        emit said(context_.texts().errorText(error));
         return false;
     }
     refresh();

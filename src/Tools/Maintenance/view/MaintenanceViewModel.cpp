@@ -89,7 +89,7 @@ void MaintenanceViewModel::run(const QString& name) {
             try {
                 finish(task, result.get());
             } catch (const std::exception& error) {
-                notice_ = qtText(printable(error.what()));
+                notice_ = context_.texts().errorText(error);
             }
             running_.reset();
             ticking_.stop();

@@ -10,7 +10,7 @@ MaintenanceJobResult runMaintenance(MaintenanceTask task, const helper::Maintena
                                     Trigger trigger, const Texts& texts, const JobControl& control) {
     using enum helper::MaintenanceEnd::Kind;
     const auto run = log.begin("maintenance", trigger);
-    const MaintenanceSystem system = work.system();
+    const helper::MaintenanceSystem system = work.system();
     const Message title = helper::titleMessage(task, system);
     control.report(-1, worded(title, texts));
     helper::MaintenanceEnd end = work.run(task, control.cancel);
