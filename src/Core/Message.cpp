@@ -13,14 +13,14 @@ public:
     enum class Unknown { refused, itself };
     Wording(const Texts& texts, Unknown unknown) : texts_(texts), unknown_(unknown) {}
 
-    /// Nothing when it was refused.
+    /// Nothing when it was refused. Sentences are parted by a space whatever parts other messages.
     std::optional<std::string> of(const Messages& messages, std::string_view between) const {
         std::string all;
         for (const Message& each : messages) {
             const auto words = of(each);
             if (!words)
                 return std::nullopt;
-            all.append(all.empty() ? "" : between).append(*words);
+            all.append(all.empty() ? "" : all.back() == '.' ? " " : between).append(*words);
         }
         return all;
     }

@@ -11,15 +11,15 @@ FlowNodeResult FlowOutpost::run(const FlowStep& step, const FlowNodeKind& expand
                                 const CancelToken&) {
     const auto* machine = std::get_if<FlowMachine>(&step.computer);
     if (machine && runsOnComputer(expanded))
-        return failure(texts.text("nodes.fail.not-in-company", {{"computer", printable(machine->label)}}));
+        return failure({"nodes.fail.not-in-company", {{"computer", printable(machine->label)}}}, texts);
     if (const auto* install = std::get_if<InstallNode>(&expanded))
-        return failure(
-            texts.text(install->entries.empty() ? "nodes.fail.no-entries" : "nodes.fail.no-catalog"));
+        return failure({install->entries.empty() ? "nodes.fail.no-entries" : "nodes.fail.no-catalog", {}},
+                       texts);
     if (std::holds_alternative<RecipeNode>(expanded))
-        return failure(texts.text("nodes.fail.no-recipe"));
+        return failure({"nodes.fail.no-recipe", {}}, texts);
     if (std::holds_alternative<AgentNode>(expanded))
-        return failure(texts.text("nodes.fail.no-model"));
-    return failure(texts.text("nodes.fail.nothing-sent"));
+        return failure({"nodes.fail.no-model", {}}, texts);
+    return failure({"nodes.fail.nothing-sent", {}}, texts);
 }
 
 } // namespace vh::automation

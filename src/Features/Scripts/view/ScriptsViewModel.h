@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Message.h"
 #include "Core/RunRecord.h"
 #include "app/Background.h"
 
