@@ -13,6 +13,21 @@ int64_t changesOf(const SyncResult& result) {
     return result.copied + result.updated + result.deleted;
 }
 
+/// Nothing when nothing was left out.
+std::optional<Message> leftOutMessage(const std::optional<SyncLeftOut>& leftOut) {
+    if (!leftOut)
+        return std::nullopt;
+    Messages kinds;
+    const auto add = [&](int64_t count, const char* key) {
+        if (count > 0)
+            kinds.push_back({key, {{"count", count}}});
+    };
+    add(leftOut->pipes, "folder-sync.left-out.pipes");
+    add(leftOut->sockets, "folder-sync.left-out.sockets");
+    add(leftOut->devices, "folder-sync.left-out.devices");
+    return Message{"folder-sync.left-out", {{"kinds", kinds}}};
+}
+
 } // namespace
 
 RunDetails detailsOf(const SyncPair& pair) {
@@ -32,21 +47,6 @@ RunDetails detailsOf(const SyncResult& result, int64_t bytes) {
             {RunDetail::bytes, std::to_string(bytes)},
             {RunDetail::failed, std::to_string(result.errors.size())},
             {RunDetail::errors, joinList(told)}};
-}
-
-/// Nothing when nothing was left out.
-static std::optional<Message> leftOutMessage(const std::optional<SyncLeftOut>& leftOut) {
-    if (!leftOut)
-        return std::nullopt;
-    Messages kinds;
-    const auto add = [&](int64_t count, const char* key) {
-        if (count > 0)
-            kinds.push_back({key, {{"count", count}}});
-    };
-    add(leftOut->pipes, "folder-sync.left-out.pipes");
-    add(leftOut->sockets, "folder-sync.left-out.sockets");
-    add(leftOut->devices, "folder-sync.left-out.devices");
-    return Message{"folder-sync.left-out", {{"kinds", kinds}}};
 }
 
 std::string leftOutText(const std::optional<SyncLeftOut>& leftOut, const Texts& texts) {
