@@ -36,7 +36,8 @@ Item {
         text: foot.known ? foot.facts.name : Tr.t("nodes-page.choose")
         font: foot.known ? Theme.strong : Theme.body
         color: foot.known ? Theme.text : Theme.second
-        elide: Text.ElideMiddle
+        elide: foot.known ? Text.ElideMiddle : Text.ElideNone
+        wrapMode: foot.known ? Text.NoWrap : Text.Wrap
     }
     Row {
         id: buttons

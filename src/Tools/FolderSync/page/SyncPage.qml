@@ -70,6 +70,12 @@ Page {
         onClicked: form.edit("", [])
     }
 
+    // The button that has these keys comes with the first pair.
+    Shortcut {
+        enabled: !page.hasPairs
+        sequence: "Ctrl+N"
+        onActivated: form.edit("", [])
+    }
     EmptyState {
         anchors.centerIn: parent
         width: parent.width - 2 * Theme.space24

@@ -77,7 +77,7 @@ Page {
 
         SearchField {
             id: search
-            width: Math.min(Theme.fieldWidth, parent.width / 3)
+            width: Math.min(Theme.fieldWidth, parent.width * 0.4)
             placeholderText: Tr.t("cache.search", {count: page.junk.itemCount})
             text: page.junk.search
             onTextChanged: page.junk.search = text

@@ -14,8 +14,8 @@ class Nodos : public WindowFixture {
 protected:
     QObject& editor() { return *window().app().model("flowEditor"); }
 
-    void openNewFlow() {
-        openWindow();
+    void openNewFlow(const ui::LookOverride& look = {}, QSize size = {1280, 820}) {
+        openWindow(look, size);
         openPage("nodos");
         QString made;
         QMetaObject::invokeMethod(window().app().model("flows"), "create", Q_RETURN_ARG(QString, made));
@@ -133,6 +133,60 @@ TEST_F(Nodos, AnEdgeIsDrawnWithTheMouseAndAFieldTypedInto) {
     EXPECT_EQ(value("fields", 0, "value"), "Done{date}x") << "at the cursor, which goes on behind it";
     press(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
+}
+
+TEST_F(Nodos, TheDetailsFoldAwayAndComeBackByKey) {
+    openNewFlow({}, {800, 500});
+    EXPECT_EQ(shown("Name"), nullptr) << "a small window leaves its room to the canvas";
+    press(Qt::Key_I);
+    waitUntil("they are there", [&] { return shown("Name") != nullptr; });
+    EXPECT_EQ(editor().property("inspectorStanding").toString(), "unfolded");
+    press(Qt::Key_I);
+    EXPECT_EQ(shown("Name"), nullptr);
+    press(Qt::Key_Right);
+    press(Qt::Key_Return);
+    waitUntil("what is to be filled in has the keyboard", [&] {
+        return focused() && !QByteArray(focused()->metaObject()->className()).startsWith("NodosNode_");
+    });
+    EXPECT_EQ(editor().property("inspectorStanding").toString(), "unfolded");
+}
+
+TEST_F(Nodos, TheBarsOfTheCanvasLeaveEachOtherRoom) {
+    openNewFlow({.appearance = {}, .language = "fr"}, {800, 500});
+    editor().setProperty("inspectorStanding", "unfolded");
+    const auto frame = [](QQuickItem* item) {
+        return item->mapRectToScene(item->boundingRect());
+    };
+    std::vector<QQuickItem*> buttons;
+    for (const char* name :
+         {"Ajouter", "Annuler", "Rétablir", "Éloigner", "Rapprocher", "Voir tout le flux"}) {
+        buttons.push_back(shown(QString::fromUtf8(name)));
+        ASSERT_NE(buttons.back(), nullptr) << name;
+        for (size_t other = 0; other + 1 < buttons.size(); ++other)
+            EXPECT_FALSE(frame(buttons.back()).intersects(frame(buttons[other]))) << name << ' ' << other;
+    }
+}
+
+TEST_F(Nodos, ANodeAndTheGroundOfferTheirActs) {
+    openNewFlow();
+    auto* view = &window().quickWindow();
+    waitUntil("the nodes are shown", [&] { return nodeItem("This computer") != nullptr; });
+    const auto at = middleOf(nodeItem("This computer"));
+    QTest::mouseClick(view, Qt::RightButton, {}, at);
+    waitUntil("the menu is open", [&] { return shown("Join to another node") != nullptr; });
+    EXPECT_EQ(selected(), value("nodes", 1, "nodeId"));
+    QTest::mouseClick(view, Qt::LeftButton, {}, middleOf(shown("Duplicate")));
+    waitUntil("there are two", [&] { return model("nodes").rowCount() == 3; });
+    press(Qt::Key_Menu);
+    waitUntil("the menu is open", [&] { return shown("Delete") != nullptr; });
+    press(Qt::Key_End);
+    press(Qt::Key_Up);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    waitUntil("it is gone", [&] { return model("nodes").rowCount() == 2; });
+    QTest::mouseClick(view, Qt::RightButton, {}, at + QPoint(0, 150));
+    waitUntil("the menu is open", [&] { return shown("Add a node here") != nullptr; });
+    EXPECT_EQ(selected(), "");
 }
 
 } // namespace vh::test

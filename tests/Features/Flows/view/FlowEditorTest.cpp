@@ -68,6 +68,20 @@ TEST_F(FlowEditor, JoinsOnlyWhatCanBeJoinedAndSaysWhyNot) {
     EXPECT_EQ(editor.selectedEdge().toStdString(), edges("edgeId")[2]) << "the new edge is selected";
 }
 
+TEST_F(FlowEditor, RemembersHowItsInspectorWasLeft) {
+    EXPECT_EQ(editor.inspectorStanding(), "") << "the view decides";
+    editor.setInspectorStanding("folded");
+    EXPECT_EQ(FlowEditorViewModel(desk.context, automation).inspectorStanding(), "folded");
+}
+
+TEST_F(FlowEditor, KnowsAFlowToWhichNothingWasAdded) {
+    EXPECT_FALSE(editor.isBlank());
+    ASSERT_TRUE(editor.open(text(store.save(Flow::blank("New", noon)).id)));
+    EXPECT_TRUE(editor.isBlank());
+    editor.addNext("wait");
+    EXPECT_FALSE(editor.isBlank());
+}
+
 TEST_F(FlowEditor, GoesBackAndForthStepByStep) {
     editor.select(node(2));
     editor.setField("wait.seconds", "2");

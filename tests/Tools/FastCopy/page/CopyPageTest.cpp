@@ -27,4 +27,29 @@ TEST_F(CopyPage, takesWhatIsDroppedAndKeepsTheKeyboardWhereTheWorkIs) {
     waitForFocus("Report on from → to");
 }
 
+TEST_F(CopyPage, neverCutsWhyItCannotCopy) {
+    const std::string source = home() / "a folder with rather a long name that says what it is for";
+    makeFolders(source + "/inside");
+    openWindow({.appearance = {}, .language = "fr"}, {800, 500});
+    openPage("fast-copy");
+    drop(source, "Déposez ce qui doit être copié");
+    drop(source + "/inside", "Déposez les dossiers de destination");
+    auto* copying = window().app().model("fastCopy");
+    waitUntil("it is known why", [&] { return copying->property("hindrance").toString() != ""; });
+    const QString reason = copying->property("hindrance").toString();
+    bool isSaid = false;
+    for (auto* item : shownItems()) {
+        const QString text = item->property("text").toString();
+        isSaid = isSaid || text == reason;
+        if (text != "" && reason.contains(text) && !reason.startsWith(text))
+            EXPECT_FALSE(item->property("truncated").toBool()) << text.toStdString();
+        if (text == reason) {
+            EXPECT_FALSE(item->property("truncated").toBool());
+            EXPECT_LE(item->mapRectToScene(item->boundingRect()).bottom(), 500);
+            EXPECT_LE(item->property("contentHeight").toDouble(), item->height());
+        }
+    }
+    EXPECT_TRUE(isSaid);
+}
+
 } // namespace vh::test

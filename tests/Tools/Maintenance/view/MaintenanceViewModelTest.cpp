@@ -4,6 +4,8 @@
 #include "app/ShellViewModel.h"
 #include "support/view/Desk.h"
 
+#include <algorithm>
+
 namespace vh::app::test {
 namespace {
 
@@ -97,6 +99,11 @@ TEST_F(Maintenance, SaysWhatAMachineLacksBeforeItStarts) {
     EXPECT_EQ(task("reset-quicklook")["missing"], "");
     EXPECT_EQ(task("purge-memory")["requiresRoot"], true);
     EXPECT_EQ(task("restart-mac").size(), 0) << "only recipes name it";
+    const QVariantList tasks = model.tasks();
+    EXPECT_TRUE(std::ranges::is_sorted(tasks, {}, [](const QVariant& each) {
+        return !each.toMap()["missing"].toString().isEmpty();
+    })) << "what cannot be done stands last";
+    EXPECT_NE(tasks.last().toMap()["missing"], "");
 
     MaintenanceViewModel other(
         desk.context, helper::MaintenanceWork(nullptr, {helper::MaintenanceSystem::linux, planOf, false}));

@@ -1,0 +1,58 @@
+#include "ui/WindowFixture.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QTest>
+#include <algorithm>
+
+namespace vh::test {
+
+namespace {
+
+class CachePage : public WindowFixture {
+protected:
+    bool isShown(const QString& name) {
+        return std::ranges::any_of(shownItems(), [&](auto* item) { return accessibleName(item) == name; });
+    }
+};
+
+} // namespace
+
+TEST_F(CachePage, hidesWhatHasNothingToDoAndBringsItBack) {
+    openWindow();
+    openPage("system-junk");
+    ASSERT_TRUE(isShown("Nothing to clean"));
+    for (const char* idle : {"Select all", "Review and clean", "To the Trash", "All"})
+        EXPECT_FALSE(isShown(idle)) << idle;
+
+    fillCaches();
+    press(Qt::Key_F5);
+    waitUntil("something can go", [&] { return isShown("Select all"); });
+    EXPECT_TRUE(isShown("Review and clean"));
+    junk().setProperty("search", "nothing is called so");
+    EXPECT_TRUE(isShown("No item matches"));
+    EXPECT_TRUE(isShown("Review and clean")) << "there is something, only not shown";
+}
+
+TEST_F(CachePage, anItemOffersItsActs) {
+    fillCaches();
+    openWindow();
+    openPage("system-junk");
+    tabTo("Select all");
+    press(Qt::Key_Tab);
+    press(Qt::Key_Space);
+    ASSERT_EQ(junk().property("selectedCount").toInt(), 1);
+    press(Qt::Key_Menu);
+    waitUntil("the menu is open", [&] { return isShown("Take out of the selection"); });
+    press(Qt::Key_Return);
+    waitUntil("it is no longer selected", [&] { return junk().property("selectedCount").toInt() == 0; });
+    press(Qt::Key_Menu);
+    waitUntil("the menu is open", [&] { return isShown("Copy path"); });
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    waitUntil("its path is in the clipboard",
+              [] { return QGuiApplication::clipboard()->text() == "~/.cache/large"; });
+}
+
+} // namespace vh::test
