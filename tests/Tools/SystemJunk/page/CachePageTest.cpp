@@ -27,10 +27,11 @@ TEST_F(CachePage, hidesWhatHasNothingToDoAndBringsItBack) {
 
     fillCaches();
     press(Qt::Key_F5);
-    waitUntil("something can go", [&] { return isShown("Select all"); });
+    waitUntil("something can go", [&] { return junk().property("itemCount").toInt() == 3; });
+    EXPECT_TRUE(isShown("Select all"));
     EXPECT_TRUE(isShown("Review and clean"));
     junk().setProperty("search", "nothing is called so");
-    EXPECT_TRUE(isShown("No item matches"));
+    waitUntil("nothing matches", [&] { return isShown("No item matches"); });
     EXPECT_TRUE(isShown("Review and clean")) << "there is something, only not shown";
 }
 
