@@ -42,7 +42,15 @@ private:
                 below.push_back(std::move(name));
             else if (entry->type == FileType::file)
                 addFile(reader, std::move(name), folder);
+            else
+                ++leftOutOf(entry->type);
         }
+    }
+
+    int64_t& leftOutOf(FileType type) {
+        if (type == FileType::link)
+            return found_.leftOut.links;
+        return type == FileType::socket ? found_.leftOut.sockets : found_.leftOut.others;
     }
 
     void addFile(const FolderReader& reader, std::string name, uint32_t folder) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/CancelToken.h"
+#include "Tools/FastCopy/LeftOut.h"
 
 #include <cstdint>
 #include <string>
@@ -27,6 +28,7 @@ struct CopyItems {
     };
     std::vector<Source> sources;
     std::vector<std::string> unreadable; ///< why something below a source is not among them, a line each
+    LeftOut leftOut;
 
     /// Below a destination, beginning with the source's own name.
     std::string relativeOf(size_t item) const;
@@ -47,7 +49,7 @@ struct CopyPlan {
     int64_t largestFile = 0;
 };
 
-/// Links, pipes, sockets and devices below a source are left out. Throws CopyError (sourceMissing) or Cancelled.
+/// Links, pipes, sockets and devices below a source are left out and counted. Throws CopyError (sourceMissing) or Cancelled.
 CopyItems itemsOf(const std::vector<std::string>& sources, const CancelToken& cancel = {});
 CopyPlan planOf(const std::vector<CopyItem>& items);
 

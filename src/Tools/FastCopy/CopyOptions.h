@@ -21,7 +21,8 @@ struct CopyOptions {
     bool verify = false;
     HashAlgorithm algorithm = HashAlgorithm::sha256;
     bool preserveMetadata = true;
-    bool cloneWhenPossible = true; ///< never stored; always true after loading
+    bool cloneWhenPossible = true;   ///< never stored; always true after loading
+    bool createDestinations = false; ///< never stored: a missing folder may be a disk that is not there
 
     bool verifies() const { return mode == CopyMode::clone || verify; }
     bool keepsMetadata() const { return mode == CopyMode::clone || preserveMetadata; }

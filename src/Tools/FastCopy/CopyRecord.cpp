@@ -30,6 +30,16 @@ void addCount(Messages& said, const char* key, int64_t count) {
         said.push_back({key, {{"count", count}}});
 }
 
+/// Of a copy that did not come to the same everywhere: what each place has of it.
+void addPlaces(Messages& said, const CopyReport& report) {
+    for (const DestinationReport& each : report.destinations)
+        if (!each.removed)
+            said.push_back({"fast-copy.summary.place",
+                            {{"place", printable(each.path)},
+                             {"whole", each.whole()},
+                             {"files", report.filesPlanned}}});
+}
+
 /// What a person might take the lists for and they are not.
 void addNotes(Messages& said, const CopyLists& lists, const CopyReport& report) {
     if (!lists.asked || report.outcome == CopyOutcome::stopped)
@@ -62,16 +72,24 @@ RunDetails detailsOf(const std::vector<std::string>& sources, const std::vector<
 
 Messages summaryOf(const CopyReport& report) {
     size_t places = 0;
-    for (const DestinationReport& each : report.destinations)
+    size_t reached = 0; // that took something
+    for (const DestinationReport& each : report.destinations) {
         places += each.removed ? 0 : 1;
+        reached += !each.removed && each.written() > 0 ? 1 : 0;
+    }
     Messages said{{"fast-copy.summary.copied",
                    {{"files", report.totalWritten()},
-                    {"places", places},
+                    {"places", reached},
                     {"bytes", ByteCount{report.bytesWritten()}}}}};
     addCount(said, "fast-copy.summary.verified", report.totalVerified());
     addCount(said, "fast-copy.summary.skipped", report.totalSkipped());
     addCount(said, "fast-copy.summary.mismatched", report.totalMismatched());
     addCount(said, "fast-copy.summary.failed", report.totalFailed());
+    if (places > 1 && report.hasProblems())
+        addPlaces(said, report);
+    addCount(said, "fast-copy.summary.left-out.links", report.leftOut.links);
+    addCount(said, "fast-copy.summary.left-out.sockets", report.leftOut.sockets);
+    addCount(said, "fast-copy.summary.left-out.others", report.leftOut.others);
     if (report.outcome == CopyOutcome::stopped)
         said.push_back({"fast-copy.summary.stopped", {}});
     return said;

@@ -1,6 +1,10 @@
 #include "Tools/FastCopy/CopyReport.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <algorithm>
+#include <unordered_map>
 
 namespace vh::copy {
 
@@ -10,6 +14,10 @@ bool DestinationReport::hasProblems() const {
 
 int64_t DestinationReport::written() const {
     return std::max<int64_t>(0, copied + cloned - badCopies);
+}
+
+int64_t DestinationReport::whole() const {
+    return std::max<int64_t>(0, copied + cloned + skipped - mismatched);
 }
 
 namespace {
@@ -27,9 +35,27 @@ int64_t sumOf(const CopyReport& report, Count count) {
 
 std::vector<std::string> CopyReport::problems() const {
     std::vector<std::string> all;
-    for (const DestinationReport& each : destinations)
-        if (!each.removed)
-            all.insert(all.end(), each.problems.begin(), each.problems.end());
+    std::vector<std::vector<std::string>> placesOf;
+    std::unordered_map<std::string, size_t> known;
+    size_t places = 0;
+    for (const DestinationReport& each : destinations) {
+        if (each.removed)
+            continue;
+        ++places;
+        for (const std::string& problem : each.problems) {
+            const auto [found, isNew] = known.emplace(problem, all.size());
+            if (isNew) {
+                all.push_back(problem);
+                placesOf.emplace_back();
+            }
+            auto& having = placesOf[found->second];
+            if (having.empty() || having.back() != each.path)
+                having.push_back(each.path);
+        }
+    }
+    for (size_t each = 0; each < all.size(); ++each)
+        if (placesOf[each].size() < places)
+            all[each] += fmt::format(" [{}]", fmt::join(placesOf[each], ", "));
     return all;
 }
 

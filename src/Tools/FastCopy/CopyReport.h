@@ -2,6 +2,7 @@
 
 #include "Core/ContentHash.h"
 #include "Core/Describe.h"
+#include "Tools/FastCopy/LeftOut.h"
 
 #include <cstdint>
 #include <optional>
@@ -42,6 +43,7 @@ struct DestinationReport {
 
     bool hasProblems() const;
     int64_t written() const; ///< files that are there and good
+    int64_t whole() const;   ///< the same with those that were there already
 };
 
 enum class CopyOutcome { completed, completedWithProblems, stopped, failed };
@@ -56,9 +58,11 @@ struct CopyReport {
     HashAlgorithm algorithm = HashAlgorithm::sha256;
     int64_t bytesPerDestination = 0;
     double seconds = 0;
+    LeftOut leftOut;
     std::vector<CopiedFile> files; ///< in the order they were first met
 
-    std::vector<std::string> problems() const; ///< of destinations that were not removed
+    /// Of destinations that were not removed, each once; what not all of them have names those that do.
+    std::vector<std::string> problems() const;
     bool hasProblems() const;
     int64_t totalWritten() const;
     int64_t totalSkipped() const;
@@ -114,6 +118,7 @@ inline constexpr auto describe<copy::CopyReport> = record(
     field("verifyRequested", &copy::CopyReport::verifyRequested),
     field("algorithm", &copy::CopyReport::algorithm),
     field("bytesPerDestination", &copy::CopyReport::bytesPerDestination),
-    field("seconds", &copy::CopyReport::seconds), field("files", &copy::CopyReport::files));
+    field("seconds", &copy::CopyReport::seconds), field("leftOut", &copy::CopyReport::leftOut),
+    field("files", &copy::CopyReport::files));
 
 } // namespace vh

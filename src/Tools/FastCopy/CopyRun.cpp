@@ -222,6 +222,7 @@ CopyReport CopyRun::finish() {
     report.verifyRequested = options_.verifies();
     report.algorithm = options_.algorithm;
     report.bytesPerDestination = plan_.bytes;
+    report.leftOut = found_.leftOut;
     report.seconds = Seconds(Clock::now() - start_).count();
     report.outcome = outcomeOf(report, isStopped());
     return report;

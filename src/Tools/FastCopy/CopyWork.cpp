@@ -6,6 +6,7 @@
 #include "Core/RunLog.h"
 #include "Core/ToolTexts.h"
 #include "Platform/SystemError.h"
+#include "Tools/FastCopy/CopyError.h"
 #include "Tools/FastCopy/CopyProofs.h"
 #include "Tools/FastCopy/CopyRecord.h"
 #include "Tools/FastCopy/FastCopier.h"
@@ -90,6 +91,8 @@ CopyResult runCopy(const CopyRequest& request, const std::string& stateFolder, c
         result.report = emptyReport(request, options, CopyOutcome::failed);
         result.record = finishFailed(*run, messageOf(error), texts);
         result.error = result.record.summary;
+        const auto* why = dynamic_cast<const CopyError*>(&error);
+        result.isDestinationMissing = why && why->kind == CopyError::Kind::destinationMissing;
         return result;
     }
     result.record = finishRun(*run, result.report, {request.manifest, result.manifests}, texts);

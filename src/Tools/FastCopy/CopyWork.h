@@ -34,6 +34,7 @@ struct CopyResult {
     RunRecord record;
     CopyReport report;
     std::string error;                  ///< why it could not begin; empty when it did
+    bool isDestinationMissing = false;  ///< that is why
     std::vector<std::string> manifests; ///< that were written
     std::string trackingFailure;        ///< why the list of files could not be kept; else empty
 };

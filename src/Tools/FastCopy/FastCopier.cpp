@@ -1,5 +1,7 @@
 #include "Tools/FastCopy/FastCopier.h"
 
+#include "Platform/Files.h"
+#include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyDestination.h"
 #include "Tools/FastCopy/CopyError.h"
 #include "Tools/FastCopy/CopyProofs.h"
@@ -29,7 +31,7 @@ constexpr milliseconds whilePaused{200};
 
 std::string realPath(const std::string& path) {
     std::error_code error;
-    const fs::path real = fs::canonical(path, error);
+    const fs::path real = fs::weakly_canonical(path, error);
     return error ? path : real.string();
 }
 
@@ -37,11 +39,13 @@ bool isInside(const std::string& path, const std::string& folder) {
     return (path + '/').starts_with(folder.ends_with('/') ? folder : folder + '/');
 }
 
+enum class Missing { refused, made };
+
 void refuseWhatCannotBegin(const std::vector<std::string>& sources,
-                           const std::vector<std::string>& destinations) {
+                           const std::vector<std::string>& destinations, Missing missing) {
     for (const std::string& destination : destinations) {
         std::error_code error;
-        if (!fs::is_directory(destination, error))
+        if (!fs::is_directory(destination, error) && missing == Missing::refused)
             throw CopyError::destinationMissing(destination);
         for (const std::string& source : sources) {
             const bool isFolder = fs::is_directory(source, error);
@@ -51,6 +55,15 @@ void refuseWhatCannotBegin(const std::vector<std::string>& sources,
                 throw CopyError::destinationInsideSource(destination);
         }
     }
+}
+
+void makeMissing(const std::vector<std::string>& destinations) {
+    for (const std::string& destination : destinations)
+        try {
+            makeFolders(destination);
+        } catch (const SystemError& error) {
+            throw CopyError::io(error.what());
+        }
 }
 
 /// Two of these would have one name in a destination.
@@ -171,11 +184,15 @@ CopyReport FastCopier::copy(const std::vector<std::string>& sources,
                             const std::vector<std::string>& destinations, const CopyOptions& options,
                             const std::function<void(const CopyProgress&)>& progress,
                             const CancelToken& beforeBeginning, CopyProofs* proofs) {
-    refuseWhatCannotBegin(sources, destinations);
+    refuseWhatCannotBegin(sources, destinations,
+                          options.createDestinations ? Missing::made : Missing::refused);
     refuseWithoutHash(options);
     if (!options.verifies())
         proofs = nullptr;
-    CopyRun run(itemsOf(sources, beforeBeginning), destinations, options, *control_, progress);
+    CopyItems found = itemsOf(sources, beforeBeginning);
+    if (options.createDestinations)
+        makeMissing(destinations);
+    CopyRun run(std::move(found), destinations, options, *control_, progress);
     CopyLanes lanes(destinations.size() + 1, threads_); // one more for hashing the source
     Copying(run, lanes, proofs).copyAll();
     if (options.verifies() && !run.isStopped())

@@ -99,5 +99,19 @@ TEST(CopyJobTest, KnowsAPlaceThatSourcesCannotGoTo) {
     EXPECT_EQ(faultOf("/", {"/top"}), PlaceFault::holdsSource);
 }
 
+TEST(CopyReport, TellsAProblemOnceWithThePlacesItConcerns) {
+    CopyReport report;
+    for (const char* path : {"/one", "/two", "/three", "/gone"}) {
+        report.destinations.emplace_back();
+        report.destinations.back().path = path;
+        report.destinations.back().problems = {"a: unreadable"};
+    }
+    for (const size_t full : {1, 2})
+        report.destinations[full].problems.emplace_back("b: full");
+    report.destinations[1].problems.emplace_back("b: full"); // said twice by one place
+    report.destinations[3].removed = true;
+    EXPECT_EQ(report.problems(), (std::vector<std::string>{"a: unreadable", "b: full [/two, /three]"}));
+}
+
 } // namespace
 } // namespace vh::copy

@@ -26,6 +26,7 @@ struct CopyWords {
     bool verify = false;
     bool noMetadata = false;
     bool unmount = false;
+    bool create = false;
 };
 
 std::vector<std::string> absolutePaths(std::vector<std::string> paths) {
@@ -41,6 +42,7 @@ CopyOptions optionsOf(const CopyWords& words) {
     options.algorithm = *fromRaw<HashAlgorithm>(words.algorithm);
     options.verify = words.verify;
     options.preserveMetadata = !words.noMetadata;
+    options.createDestinations = words.create;
     return options;
 }
 
@@ -79,6 +81,8 @@ Exit copyFiles(Context& context, const CopyWords& words) {
     const CopyResult result = runWithBars(context, request);
     if (!result.error.empty())
         complain(printable(result.error));
+    if (result.isDestinationMissing)
+        complain(texts.text("cli.copy.create-hint"));
     if (!result.trackingFailure.empty())
         complain(texts.text("cli.copy.untracked", {{"reason", printable(result.trackingFailure)}}));
     if (context.format == Format::json) {
@@ -109,6 +113,7 @@ void describeCopy(Verb& noun, CommandLine& line) {
         .oneOf({"sha256", "xxhash64", "md5"});
     noun.option("--no-metadata", &words->noMetadata, line.text("cli.copy.no-metadata"));
     noun.option("--manifest", &words->manifest, line.text("cli.copy.manifest")).oneOf({"sums", "mhl"});
+    noun.option("--create", &words->create, line.text("cli.copy.create"));
     noun.option("--unmount", &words->unmount, line.text("cli.copy.unmount"));
     line.onChange(noun, [words](Context& context) { return copyFiles(context, *words); });
     const auto hasWords = [words] {
