@@ -1,7 +1,5 @@
 #include "Tools/FastCopy/FastCopier.h"
 
-#include "Platform/Files.h"
-#include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyDestination.h"
 #include "Tools/FastCopy/CopyError.h"
 #include "Tools/FastCopy/CopyProofs.h"
@@ -58,12 +56,12 @@ void refuseWhatCannotBegin(const std::vector<std::string>& sources,
 }
 
 void makeMissing(const std::vector<std::string>& destinations) {
-    for (const std::string& destination : destinations)
-        try {
-            makeFolders(destination);
-        } catch (const SystemError& error) {
-            throw CopyError::io(error.what());
-        }
+    for (const std::string& destination : destinations) {
+        std::error_code error;
+        fs::create_directories(destination, error);
+        if (error)
+            throw CopyError::io(destination + ": " + error.message());
+    }
 }
 
 /// Two of these would have one name in a destination.
