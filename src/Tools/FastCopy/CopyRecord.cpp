@@ -34,10 +34,9 @@ void addCount(Messages& said, const char* key, int64_t count) {
 void addPlaces(Messages& said, const CopyReport& report) {
     for (const DestinationReport& each : report.destinations)
         if (!each.removed)
-            said.push_back({"fast-copy.summary.place",
-                            {{"place", printable(each.path)},
-                             {"whole", each.whole()},
-                             {"files", report.filesPlanned}}});
+            said.push_back(
+                {"fast-copy.summary.place",
+                 {{"place", printable(each.path)}, {"whole", each.whole()}, {"files", report.filesPlanned}}});
 }
 
 /// What a person might take the lists for and they are not.

@@ -1,5 +1,6 @@
 #include "Tools/FastCopy/FastCopier.h"
 
+#include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyDestination.h"
 #include "Tools/FastCopy/CopyError.h"
 #include "Tools/FastCopy/CopyProofs.h"
@@ -60,7 +61,7 @@ void makeMissing(const std::vector<std::string>& destinations) {
         std::error_code error;
         fs::create_directories(destination, error);
         if (error)
-            throw CopyError::io(destination + ": " + error.message());
+            throw CopyError::io(SystemError(error.value(), destination));
     }
 }
 
