@@ -5,6 +5,7 @@
 #include "Core/Texts.h"
 #include "Platform/Terminal.h"
 #include "app/Session.h"
+#include "cli/CommandOffer.h"
 #include "cli/Console.h"
 #include "cli/HelpPage.h"
 #include "cli/WordReader.h"
@@ -90,6 +91,20 @@ Exit CommandLine::perform(const Verb& verb) {
         complain(printable(worded(messageOf(error), session_.texts())));
         return Exit::failed;
     }
+}
+
+void describeCompletions(Verb& noun, CommandLine& line);
+void describeServe(Verb& noun, CommandLine& line);
+void describeTools(Verb& noun, CommandLine& line);
+
+std::vector<Command> commands() {
+    std::vector<Command> all{{"completions", "cli.completions", describeCompletions},
+                             {"serve", "cli.serve", describeServe},
+                             {"tools", "cli.tools", describeTools}};
+    for (const CommandOffer* offer : commandOffers())
+        all.insert(all.end(), offer->nouns.begin(), offer->nouns.end());
+    std::ranges::sort(all, {}, &Command::noun);
+    return all;
 }
 
 std::string absolutePath(const std::string& word) {

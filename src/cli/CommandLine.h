@@ -59,14 +59,4 @@ private:
 /// A path from the command line, absolute and without a slash at its end.
 std::string absolutePath(const std::string& word);
 
-/// One noun of the command line: a row in the table of Commands.cpp and a file of its own.
-struct Command {
-    std::string_view noun;
-    std::string_view helpKey;
-    void (*describe)(Verb& noun, CommandLine& line);
-};
-
-/// All nouns, sorted.
-std::span<const Command> commands();
-
 } // namespace vh::cli

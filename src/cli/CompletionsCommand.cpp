@@ -1,6 +1,5 @@
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/Completions.h"
 #include "cli/Console.h"
 

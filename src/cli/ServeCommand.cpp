@@ -10,7 +10,6 @@
 #include "app/Session.h"
 #include "app/SessionAutomation.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/Reply.h"
 
 #include <fmt/format.h>

@@ -7,7 +7,6 @@
 #include "Features/Activity/command/RunFilterOptions.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/NamedThing.h"
 #include "cli/Reply.h"
 #include "cli/RunTable.h"

@@ -6,7 +6,6 @@
 #include "Features/Flows/command/FlowShelf.h"
 #include "Platform/Files.h"
 #include "app/Session.h"
-#include "cli/Commands.h"
 #include "cli/Reply.h"
 #include "cli/Table.h"
 

@@ -1,7 +1,6 @@
 #include "Core/Printable.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
 

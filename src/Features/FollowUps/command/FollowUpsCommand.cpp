@@ -8,7 +8,6 @@
 #include "Features/FollowUps/work/RunFollowUps.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
 #include "cli/Table.h"

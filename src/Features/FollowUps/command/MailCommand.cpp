@@ -6,7 +6,6 @@
 #include "Platform/Terminal.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
 

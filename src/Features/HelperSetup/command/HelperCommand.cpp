@@ -2,7 +2,6 @@
 #include "HelperKit/HelperClient.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/Consent.h"
 #include "cli/Reply.h"
 

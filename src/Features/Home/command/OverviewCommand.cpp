@@ -8,7 +8,6 @@
 #include "app/ModuleRegistry.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/Reply.h"
 #include "cli/RunTable.h"
 #include "cli/Table.h"

@@ -10,7 +10,6 @@
 #include "Platform/Blank.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/OwnLoop.h"
 #include "cli/Reply.h"
 #include "cli/Table.h"

@@ -9,7 +9,6 @@
 #include "Features/Schedules/work/SchedulesService.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/Consent.h"
 #include "cli/Day.h"
 #include "cli/NamedThing.h"

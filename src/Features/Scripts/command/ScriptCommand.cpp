@@ -3,7 +3,6 @@
 #include "Core/Printable.h"
 #include "Platform/Files.h"
 #include "app/Session.h"
-#include "cli/Commands.h"
 #include "cli/Consent.h"
 #include "cli/Reply.h"
 #include "cli/Table.h"

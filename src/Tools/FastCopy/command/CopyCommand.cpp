@@ -6,7 +6,6 @@
 #include "Tools/FastCopy/command/DiskCopyCommand.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/Reply.h"
 
 #include <algorithm>

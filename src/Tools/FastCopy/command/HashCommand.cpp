@@ -4,7 +4,6 @@
 #include "Platform/Terminal.h"
 #include "Tools/FastCopy/SumsText.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/Reply.h"
 
 namespace vh {

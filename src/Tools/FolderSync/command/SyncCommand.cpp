@@ -3,7 +3,6 @@
 #include "Core/Printable.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/NamedThing.h"
 
 namespace vh::cli {

@@ -4,7 +4,6 @@
 #include "Tools/Maintenance/work/MaintenanceJob.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/Reply.h"
 #include "cli/Table.h"
 

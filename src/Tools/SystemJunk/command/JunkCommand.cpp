@@ -7,7 +7,6 @@
 #include "app/ModuleRegistry.h"
 #include "app/Session.h"
 #include "cli/CommandLine.h"
-#include "cli/Commands.h"
 #include "cli/Consent.h"
 #include "cli/Reply.h"
 #include "cli/Table.h"
