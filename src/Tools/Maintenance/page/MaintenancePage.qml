@@ -42,7 +42,7 @@ Page {
     ListTable {
         id: table
         width: parent.width
-        height: parent.height - result.height - Theme.space16
+        height: Math.min(parent.height - result.height - Theme.space16, list.contentHeight + 2 * Theme.space4 + 2)
         name: page.title
         model: page.maintenance.tasks
         delegate: MaintenanceRow {

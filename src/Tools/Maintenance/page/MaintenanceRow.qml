@@ -20,7 +20,6 @@ TableRow {
         isRunning ? Tr.t("maintenance-page.running") : result ? result.text : ""].filter(text => text !== "").join(", ")
     Accessible.onPressAction: row.acted()
     acts: () => isAbsent ? [] : [{text: button.text, icon: button.iconName, shortcut: "Return", enabled: button.enabled, act: () => row.acted()}]
-    onDoubleClicked: if (!isRunning) row.acted()
 
     Column {
         id: words
