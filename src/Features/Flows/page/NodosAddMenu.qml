@@ -8,13 +8,14 @@ T.Popup {
 
     required property var editor
     property var at: null
+    // Where it stands in its parent; nothing: at the button that adds.
+    property var spot: null
 
     signal picked(string kind, var at)
 
     function openAt(place: point, x: real, y: real) {
         at = place;
-        menu.x = Math.max(Theme.space8, Math.min(x, parent.width - width - Theme.space8));
-        menu.y = Math.max(Theme.space8, Math.min(y, parent.height - height - Theme.space8));
+        spot = Qt.point(x, y);
         open();
     }
 
@@ -24,8 +25,9 @@ T.Popup {
         picked(kind, place);
     }
 
-    x: Theme.space12
-    y: Math.max(Theme.space8, parent.height - height - Theme.space12 - Theme.rowHeight - Theme.space8)
+    x: spot ? Math.max(Theme.space8, Math.min(spot.x, parent.width - width - Theme.space8)) : Theme.space12
+    y: Math.max(Theme.space8, spot ? Math.min(spot.y, parent.height - height - Theme.space8)
+        : parent.height - height - Theme.space12 - Theme.rowHeight - Theme.space8)
     width: Math.min(Theme.inspectorWidth, parent.width - 2 * Theme.space8)
     height: Math.min(list.contentHeight + 2 * padding, parent.height - 2 * Theme.space16)
     padding: Theme.space4
@@ -35,6 +37,7 @@ T.Popup {
     onAboutToShow: list.currentIndex = 0
     onOpened: list.forceActiveFocus(Qt.TabFocusReason)
     onAboutToHide: at = null
+    onClosed: spot = null
     background: FloatingSurface {}
 
     contentItem: ListView {

@@ -254,7 +254,8 @@ FocusScope {
                 canvas.panY = panned.y + event.y - from.y;
             }
             onReleased: event => {
-                if (dragged)
+                // The end of a double click leaves the keyboard to the menu that it opened.
+                if (dragged || menu.visible)
                     return;
                 if (canvas.editor.connectFrom !== "")
                     canvas.editor.cancelConnect();

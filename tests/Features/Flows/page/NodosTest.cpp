@@ -158,8 +158,7 @@ TEST_F(Nodos, TheBarsOfTheCanvasLeaveEachOtherRoom) {
         return item->mapRectToScene(item->boundingRect());
     };
     std::vector<QQuickItem*> buttons;
-    for (const char* name :
-         {"Ajouter", "Annuler", "Rétablir", "Réduire", "Agrandir", "Voir tout le flux"}) {
+    for (const char* name : {"Ajouter", "Annuler", "Rétablir", "Réduire", "Agrandir", "Voir tout le flux"}) {
         buttons.push_back(shown(QString::fromUtf8(name)));
         ASSERT_NE(buttons.back(), nullptr) << name;
         for (size_t other = 0; other + 1 < buttons.size(); ++other)
@@ -184,6 +183,23 @@ TEST_F(Nodos, ANodeAndTheGroundOfferTheirActs) {
     QTest::mouseClick(view, Qt::RightButton, {}, at + QPoint(0, 150));
     waitUntil("the menu is open", [&] { return shown("Add a node here") != nullptr; });
     EXPECT_EQ(selected(), "");
+}
+
+TEST_F(Nodos, ADoubleClickOnTheGroundAddsThereByKeys) {
+    openNewFlow({}, {800, 500});
+    waitUntil("the nodes are shown", [&] { return nodeItem("This computer") != nullptr; });
+    auto* view = &window().quickWindow();
+    const auto at = middleOf(nodeItem("This computer")) + QPoint(0, 120);
+    QTest::mouseClick(view, Qt::LeftButton, {}, at);
+    QTest::mouseDClick(view, Qt::LeftButton, {}, at);
+    waitUntil("the menu has the keyboard", [&] { return accessibleName(focused()) == "Computer"; });
+    for (auto* item : shownItems())
+        if (accessibleName(item) == "Computer")
+            EXPECT_LE(item->mapRectToScene(item->boundingRect()).bottom(), 500);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    waitUntil("it is added", [&] { return model("nodes").rowCount() == 3; });
+    EXPECT_EQ(model("edges").rowCount(), 1) << "by itself";
 }
 
 } // namespace vh::test
