@@ -98,13 +98,14 @@ Card {
         }
         Item {
             width: parent.width
-            height: Math.max(switches.height, buttons.height)
+            // The buttons stand below where they do not fit beside.
+            readonly property bool stacked: first.implicitWidth + buttons.width + Theme.space12 > width
+
+            height: stacked ? switches.height + buttons.height : Math.max(switches.height, buttons.height)
 
             Grid {
                 id: switches
-                anchors.left: parent.left
-                anchors.right: buttons.left
-                anchors.rightMargin: Theme.space12
+                width: parent.stacked ? parent.width : buttons.x - Theme.space12
                 rowSpacing: Theme.space4
                 // Side by side where there is room.
                 columnSpacing: Theme.space24
@@ -145,6 +146,7 @@ Card {
             Row {
                 id: buttons
                 anchors.right: parent.right
+                y: parent.stacked ? switches.height : 0
                 spacing: Theme.space4
 
                 Button {

@@ -17,6 +17,8 @@ Item {
 
     Rectangle {
         id: plate
+        // Where there is little room the name matters more.
+        visible: folder.width > Theme.fieldWidthShort + Theme.space24
         anchors.verticalCenter: parent.verticalCenter
         width: Theme.fieldHeight + Theme.space4
         height: width
@@ -31,8 +33,8 @@ Item {
     }
     Column {
         id: words
-        anchors.left: plate.right
-        anchors.leftMargin: Theme.space8 + 2
+        anchors.left: plate.visible ? plate.right : parent.left
+        anchors.leftMargin: plate.visible ? Theme.space8 + 2 : 0
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
 

@@ -15,7 +15,11 @@ Item {
             (works ? stop : main.enabled ? main : compare).forceActiveFocus(held.focusReason);
     }
 
+    // As high as its words are.
+    implicitHeight: Math.max(Theme.footHeight, words.implicitHeight + 2 * Theme.space12)
+
     Label {
+        id: words
         visible: !foot.works
         anchors.left: parent.left
         anchors.right: buttons.left
@@ -27,7 +31,6 @@ Item {
         font: foot.folderSync.actionCount > 0 && foot.folderSync.busyText === "" ? Theme.strong : Theme.body
         color: foot.folderSync.actionCount > 0 ? Theme.text : Theme.second
         wrapMode: Text.Wrap
-        maximumLineCount: 2
     }
     Row {
         id: buttons

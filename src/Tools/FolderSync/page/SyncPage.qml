@@ -61,6 +61,7 @@ Page {
     line: hasPairs ? folderSync.countText : Tr.t("sync-page.line")
     settled: folderSync.phase !== "planning" && !(awaitsEnd && folderSync.phase === "running")
     footShown: hasPairs
+    footRoom: bottom.implicitHeight
 
     actions: Button {
         visible: page.hasPairs
@@ -177,6 +178,7 @@ Page {
     }
 
     foot: SyncFoot {
+        id: bottom
         anchors.fill: parent
         folderSync: page.folderSync
     }

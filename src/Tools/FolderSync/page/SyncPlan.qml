@@ -104,7 +104,7 @@ Item {
                 : isRunning ? Tr.t("sync-page.running")
                 : isAlike ? pane.folderSync.planText : Tr.t("sync-page.no-plan")
             detail: isPlanning ? Tr.t("sync-page.comparing.detail")
-                : isRunning ? "" : isAlike ? pane.folderSync.unchangedText : Tr.t("sync-page.no-plan.detail")
+                : isRunning || table.height < Theme.noticeHeight - Theme.space24 ? "" : isAlike ? pane.folderSync.unchangedText : Tr.t("sync-page.no-plan.detail")
         }
         Label {
             anchors.centerIn: parent
