@@ -1,4 +1,5 @@
 import QtQuick
+import QtQuick.Templates as T
 import Varnholt
 
 // Pairs of folders; what a sync of one would do is shown before anything happens.
@@ -114,12 +115,19 @@ Page {
         }
     }
 
-    Item {
+    // What a pair needs is read to its end in a small window too.
+    Flickable {
         anchors.left: table.right
         anchors.leftMargin: Theme.space16
         anchors.right: parent.right
         height: parent.height
         visible: page.hasPairs
+        contentWidth: width
+        contentHeight: Math.max(height, need.visible ? need.y + need.height : 0)
+        interactive: contentHeight > height
+        clip: interactive
+        boundsBehavior: Flickable.StopAtBounds
+        T.ScrollBar.vertical: ScrollBar {}
 
         SyncFacts {
             id: facts
