@@ -53,24 +53,34 @@ void ShellViewModel::setMode(const QString& name) {
     emit modeChanged();
 }
 
-QVariantList ShellViewModel::sections() const {
-    const Texts& texts = context_.texts().current();
-    QVariantList list;
-    for (const ToolSection section : vh::sections(mode_)) {
-        QVariantList tools;
-        for (const ToolDescriptor* tool : toolsOf(section))
+QVariantList ShellViewModel::toolsThatAre(bool available, ToolSection section) const {
+    QVariantList tools;
+    for (const ToolDescriptor* tool : toolsOf(section))
+        if (context_.session().registry().hasEngine(tool->id) == available)
             tools << QVariantMap{
                 {QStringLiteral("id"), qtText(tool->id)},
-                {QStringLiteral("name"), qtText(toolName(texts, tool->id))},
+                {QStringLiteral("name"), qtText(toolName(context_.texts().current(), tool->id))},
                 {QStringLiteral("icon"), qtText(tool->sfSymbolName)},
-                {QStringLiteral("available"), context_.session().registry().hasEngine(tool->id)},
             };
-        list << QVariantMap{
-            {QStringLiteral("id"), qtText(rawValue(section))},
-            {QStringLiteral("title"), qtText(sectionTitle(texts, section))},
-            {QStringLiteral("tools"), tools},
-        };
-    }
+    return tools;
+}
+
+QVariantList ShellViewModel::sections() const {
+    QVariantList list;
+    for (const ToolSection section : vh::sections(mode_))
+        if (const QVariantList tools = toolsThatAre(true, section); !tools.isEmpty())
+            list << QVariantMap{
+                {QStringLiteral("id"), qtText(rawValue(section))},
+                {QStringLiteral("title"), qtText(sectionTitle(context_.texts().current(), section))},
+                {QStringLiteral("tools"), tools},
+            };
+    return list;
+}
+
+QVariantList ShellViewModel::absentTools() const {
+    QVariantList list;
+    for (const ToolSection section : vh::sections(mode_))
+        list += toolsThatAre(false, section);
     return list;
 }
 
@@ -125,16 +135,20 @@ QString ShellViewModel::idOf(const QString& word) const {
 
 QVariantList ShellViewModel::search(const QString& text) const {
     const Texts& texts = context_.texts().current();
-    QVariantList list;
-    for (const ToolDescriptor* tool : search_.find(text.toStdString(), texts.language()))
-        list << QVariantMap{
+    QVariantList there;
+    QVariantList absent;
+    for (const ToolDescriptor* tool : search_.find(text.toStdString(), texts.language())) {
+        const bool available = context_.session().registry().hasEngine(tool->id);
+        (available ? there : absent) << QVariantMap{
             {QStringLiteral("id"), qtText(tool->id)},
             {QStringLiteral("name"), qtText(toolName(texts, tool->id))},
             {QStringLiteral("summary"), qtText(toolSummary(texts, tool->id))},
             {QStringLiteral("icon"), qtText(tool->sfSymbolName)},
             {QStringLiteral("sectionTitle"), qtText(sectionTitle(texts, tool->section))},
+            {QStringLiteral("available"), available},
         };
-    return list;
+    }
+    return there + absent;
 }
 
 bool ShellViewModel::matches(const QString& name, const QString& text) const {

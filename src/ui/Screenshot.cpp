@@ -1,5 +1,7 @@
 #include "ui/Screenshot.h"
 
+#include "ui/PageStates.h"
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -44,10 +46,10 @@ QString takeScreenshot(QQuickWindow& window, const QString& file, const QString&
     if (!waitUntil(isSettled))
         return QStringLiteral("The page did not come to rest within a minute.");
     if (!state.isEmpty()) {
-        bool known = false;
-        QMetaObject::invokeMethod(&window, "showState", Q_RETURN_ARG(bool, known), Q_ARG(QString, state));
-        if (!known)
-            return QStringLiteral("This page has no state \"%1\", or nothing to show in it.").arg(state);
+        if (!showState(window, state))
+            return QStringLiteral(
+                       "This page has no state \"%1\", or nothing to show in it. Its states are: %2.")
+                .arg(state, statesOf(window.property("page").toString()).join(QStringLiteral(", ")));
         if (!waitUntil(isSettled))
             return QStringLiteral("The page did not come to rest within a minute.");
     }

@@ -11,12 +11,14 @@ QtObject {
     readonly property color sunken: dark ? "#252A2F" : "#ECEEF1"
     readonly property color line: dark ? "#30363C" : "#E1E4E8"
     readonly property color text: dark ? "#E8EBEE" : "#16191D"
-    readonly property color second: dark ? "#A3ACB7" : "#5A6370"
-    readonly property color third: dark ? "#717B87" : "#8B94A1"
+    readonly property color second: dark ? "#AEB7C1" : "#505965"
+    readonly property color third: dark ? "#949EA9" : "#5E6773"
+    // Of what cannot be used now; never of what must be read.
+    readonly property color disabled: dark ? "#717B87" : "#8B94A1"
     readonly property color accent: dark ? "#43B9C0" : "#0B6E75"
     readonly property color soft: dark ? "#173A3D" : "#DCEFEF"
-    readonly property color good: dark ? "#4CC07F" : "#1F8A4C"
-    readonly property color warning: dark ? "#E0A53F" : "#B26B00"
+    readonly property color good: dark ? "#4CC07F" : "#1A7841"
+    readonly property color warning: dark ? "#E0A53F" : "#94590A"
     readonly property color bad: dark ? "#EF7268" : "#C2372E"
 
     readonly property color goodSoft: dark ? "#182E24" : "#E0F2E7"

@@ -5,6 +5,7 @@
 #include "ui/Options.h"
 #include "ui/Screenshot.h"
 #include "ui/Window.h"
+#include "ui/WindowPlace.h"
 
 #include <QGuiApplication>
 #include <QTextStream>
@@ -82,6 +83,8 @@ int runWindow(QGuiApplication& application, const Options& options) {
     if (!window.open(options.page.isEmpty() ? QStringLiteral("home") : options.page))
         return fail(QStringLiteral("There is no page \"%1\". The pages are: %2.")
                         .arg(options.page, window.pages().join(QStringLiteral(", "))));
+    if (options.act == Options::Act::openWindow)
+        vh::ui::keepPlace(window.quickWindow(), session.defaults());
     if (!options.size.isEmpty())
         window.quickWindow().resize(options.size);
     window.quickWindow().show();

@@ -1,13 +1,19 @@
+#include "ui/LayoutFaults.h"
+#include "ui/PageStates.h"
 #include "ui/WindowFixture.h"
 
 #include <QDir>
 #include <QFile>
-#include <map>
+#include <QTest>
 #include <tuple>
+#include <utility>
 
 namespace vh::test {
 
 namespace {
+
+/// In ms: some heights follow from what is inside a frame later.
+constexpr int settling = 30;
 
 using Look = std::tuple<std::string, std::string>; // appearance and language
 
@@ -18,16 +24,6 @@ protected:
         return {QString::fromStdString(appearance), QString::fromStdString(language)};
     }
 };
-
-/// Texts that had to be shortened, although they are the program's own: paths are cut in the middle, on purpose.
-QStringList cutTexts(const std::vector<QQuickItem*>& items) {
-    constexpr int elideMiddle = Qt::ElideMiddle;
-    QStringList cut;
-    for (auto* item : items)
-        if (item->property("truncated").toBool() && item->property("elide").toInt() != elideMiddle)
-            cut << item->property("text").toString();
-    return cut;
-}
 
 QStringList namelessStops(const std::vector<QQuickItem*>& items) {
     QStringList nameless;
@@ -42,18 +38,49 @@ QStringList namelessStops(const std::vector<QQuickItem*>& items) {
 TEST_P(Pages, cutNothingAndNameEverything) {
     fillCaches();
     openWindow(look(), {960, 640});
-    const std::map<QString, QString> states{
-        {"home", "all-tools"}, {"schedules", "maintenance"}, {"scripts", "new"}};
+    bool absentSeen = false;
     for (const auto& page : window().pages()) {
+        // Tools that are not there yet share one page.
+        const bool isThere = window().app().pages().contains(page);
+        if (!isThere && std::exchange(absentSeen, true))
+            continue;
         SCOPED_TRACE(page.toStdString());
         openPage(page);
-        if (const auto state = states.find(page); state != states.end()) {
-            EXPECT_TRUE(showState(state->second));
+        for (const QSize size : {QSize(800, 500), QSize(1100, 700), QSize(1600, 1000)}) {
+            SCOPED_TRACE(testing::Message() << size.width() << "x" << size.height());
+            window().quickWindow().resize(size);
+            QTest::qWait(settling);
+            EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
+            EXPECT_EQ(layoutFaults(shownItems()), QStringList());
+            EXPECT_EQ(namelessStops(shownItems()), QStringList());
         }
-        EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
-        EXPECT_EQ(cutTexts(shownItems()), QStringList());
-        EXPECT_EQ(namelessStops(shownItems()), QStringList());
     }
+}
+
+TEST_P(Pages, standInEveryStateThatAnEmptyHomeHas) {
+    fillCaches();
+    openWindow(look(), {960, 640});
+    int seen = 0;
+    for (const auto& page : window().pages())
+        for (const auto& state : ui::statesOf(page)) {
+            SCOPED_TRACE((page + " " + state).toStdString());
+            openPage("home");
+            openPage(page);
+            if (!showState(state))
+                continue; // nothing is there yet to be chosen
+            ++seen;
+            waitUntil("it is shown", [&] { return window().quickWindow().property("settled").toBool(); });
+            for (const QSize size : {QSize(960, 640), QSize(1600, 1000)}) {
+                SCOPED_TRACE(testing::Message() << size.width() << "x" << size.height());
+                window().quickWindow().resize(size);
+                QTest::qWait(settling);
+                EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
+                EXPECT_EQ(layoutFaults(shownItems()), QStringList());
+                EXPECT_EQ(namelessStops(shownItems()), QStringList());
+            }
+            press(Qt::Key_Escape);
+        }
+    EXPECT_GT(seen, 10);
 }
 
 TEST_P(Pages, showWhatTheOneButtonWouldDoAndDid) {
@@ -68,15 +95,19 @@ TEST_P(Pages, showWhatTheOneButtonWouldDoAndDid) {
     const auto isAtRest = [&] {
         return window().quickWindow().property("settled").toBool();
     };
-    for (const auto* state : {"profile", "check", "result"}) {
+    for (const auto* state : {"profile", "check", "last"}) {
         SCOPED_TRACE(state);
+        if (state == std::string("last")) {
+            QMetaObject::invokeMethod(window().app().model("optimize"), "run");
+            waitUntil("it is done", isAtRest);
+        }
         ASSERT_TRUE(showState(state));
         waitUntil("all is looked at or done", isAtRest);
         EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
         EXPECT_EQ(namelessStops(shownItems()), QStringList());
         if (state !=
-            std::string("result")) { // the run's own words may be longer than the list of recent runs is wide
-            EXPECT_EQ(cutTexts(shownItems()), QStringList());
+            std::string("last")) { // the run's own words may be longer than the list of recent runs is wide
+            EXPECT_EQ(layoutFaults(shownItems()), QStringList());
         }
     }
     EXPECT_EQ(window().app().model("optimize")->property("lastOutcome").toString(), "warning")
@@ -102,10 +133,13 @@ TEST_P(Pages, showWhatASyncWouldDoAndDid) {
     ASSERT_TRUE(gone.open(QIODevice::WriteOnly));
     for (const auto* state : {"chosen", "plan", "confirm", "remove", "form"}) {
         SCOPED_TRACE(state);
-        ASSERT_TRUE(showState(state));
+        if (state == std::string("confirm"))
+            QMetaObject::invokeMethod(window().app().model("folderSync"), "sync");
+        else
+            ASSERT_TRUE(showState(state));
         waitUntil("it is shown", [&] { return window().quickWindow().property("settled").toBool(); });
         EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
-        EXPECT_EQ(cutTexts(shownItems()), QStringList());
+        EXPECT_EQ(layoutFaults(shownItems()), QStringList());
         EXPECT_EQ(namelessStops(shownItems()), QStringList());
     }
     EXPECT_EQ(window().app().model("folderSync")->property("actionCount").toInt(), 3);
@@ -113,7 +147,7 @@ TEST_P(Pages, showWhatASyncWouldDoAndDid) {
     waitUntil("it is done", [&] {
         return window().app().model("folderSync")->property("phase") == QLatin1String("finished");
     });
-    EXPECT_EQ(cutTexts(shownItems()), QStringList());
+    EXPECT_EQ(layoutFaults(shownItems()), QStringList());
     EXPECT_FALSE(gone.exists());
 }
 
@@ -148,14 +182,25 @@ TEST_P(Pages, showWhatIsCopiedWhereAndWhatCameOfIt) {
     const auto isAtRest = [&] {
         return window().quickWindow().property("settled").toBool();
     };
-    for (const auto* state : {"filled", "paused", "report"}) {
-        SCOPED_TRACE(state);
-        ASSERT_TRUE(showState(state));
+    auto* const copying = window().app().model("fastCopy");
+    const auto look = [&](const char* what) {
+        SCOPED_TRACE(what);
         waitUntil("it is looked at or copied", isAtRest);
         EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
-        EXPECT_EQ(cutTexts(shownItems()), QStringList());
+        EXPECT_EQ(layoutFaults(shownItems()), QStringList());
         EXPECT_EQ(namelessStops(shownItems()), QStringList());
-    }
+    };
+    const QDir place(QString::fromStdString(home().path()));
+    const QStringList places{place.filePath("Archive"), place.filePath("Backup")};
+    QMetaObject::invokeMethod(copying, "addSources",
+                              Q_ARG(QStringList, QStringList(place.filePath("Documents"))));
+    QMetaObject::invokeMethod(copying, "addDestinations", Q_ARG(QStringList, places));
+    look("filled");
+    QMetaObject::invokeMethod(copying, "run");
+    waitUntil("it is copied", [&] { return !copying->property("isActive").toBool(); });
+    look("copied");
+    inPage("report.openFor(queue.newest().jobId)");
+    look("report");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -207,7 +252,7 @@ TEST_F(Window, showsManyThingsToCopyToManyPlaces) {
     EXPECT_EQ(copying->property("jobCount").toInt(), 10);
     EXPECT_TRUE(copying->property("canRun").toBool());
     EXPECT_FALSE(window().quickWindow().grabWindow().isNull());
-    EXPECT_EQ(cutTexts(shownItems()), QStringList());
+    EXPECT_EQ(layoutFaults(shownItems()), QStringList());
     waitUntil("all is copied", [&] { return !copying->property("isActive").toBool(); });
 }
 

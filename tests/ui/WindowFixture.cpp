@@ -1,10 +1,14 @@
 #include "ui/WindowFixture.h"
 
+#include "ui/PageStates.h"
+
 #include <QAccessible>
 #include <QDir>
 #include <QDropEvent>
 #include <QFile>
 #include <QMimeData>
+#include <QQmlContext>
+#include <QQmlExpression>
 #include <QTest>
 #include <algorithm>
 
@@ -101,10 +105,14 @@ void WindowFixture::openPage(const QString& id) {
 }
 
 bool WindowFixture::showState(const QString& name) {
-    bool shown = false;
-    QMetaObject::invokeMethod(&window_->quickWindow(), "showState", Q_RETURN_ARG(bool, shown),
-                              Q_ARG(QString, name));
-    return shown;
+    return ui::showState(window_->quickWindow(), name);
+}
+
+void WindowFixture::inPage(const QString& way) {
+    auto* const page = window_->quickWindow().property("pageItem").value<QObject*>();
+    QQmlExpression expression(qmlContext(page), page, way);
+    expression.evaluate();
+    EXPECT_FALSE(expression.hasError()) << expression.error().toString().toStdString();
 }
 
 void WindowFixture::waitUntil(const char* what, const std::function<bool()>& holds) {

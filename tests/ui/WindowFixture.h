@@ -38,6 +38,8 @@ protected:
     void openPage(const QString& id);
     /// False when the page has no such state.
     bool showState(const QString& name);
+    /// What a person does, in the words of the page's own file.
+    void inPage(const QString& way);
     void waitUntil(const char* what, const std::function<bool()>& holds);
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 

@@ -11,7 +11,7 @@ T.Button {
     // The keys that do the same, such as "Ctrl+N"; they work while the button does and are shown to who points at it.
     property string shortcut
     readonly property bool filled: kind === "main" || kind === "danger"
-    readonly property color ink: !enabled ? Theme.third
+    readonly property color ink: !enabled ? Theme.disabled
         : kind === "main" ? Theme.accentInk
         : kind === "danger" ? Theme.badInk
         : kind === "quiet" ? Theme.accent : Theme.text

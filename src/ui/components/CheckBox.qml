@@ -26,7 +26,7 @@ T.CheckBox {
         leftPadding: control.text === "" ? 0 : control.indicator.width + Theme.space12
         text: control.text
         font: control.font
-        color: control.enabled ? Theme.text : Theme.third
+        color: control.enabled ? Theme.text : Theme.disabled
         Accessible.ignored: true
     }
 }

@@ -53,7 +53,7 @@ T.ComboBox {
     contentItem: Label {
         text: control.displayText
         font: control.font
-        color: control.enabled ? Theme.text : Theme.third
+        color: control.enabled ? Theme.text : Theme.disabled
         Accessible.ignored: true
     }
 

@@ -53,7 +53,7 @@ T.Menu {
             id: entry
             required property var modelData
 
-            readonly property color ink: !enabled ? Theme.third : highlighted ? Theme.accent : Theme.text
+            readonly property color ink: !enabled ? Theme.disabled : highlighted ? Theme.accent : Theme.text
 
             implicitHeight: Theme.itemHeight + 2
             hoverEnabled: true

@@ -14,7 +14,7 @@ T.TextField {
     rightPadding: Theme.space8 + 2
     verticalAlignment: TextInput.AlignVCenter
     font: Theme.body
-    color: enabled ? Theme.text : Theme.third
+    color: enabled ? Theme.text : Theme.disabled
     placeholderTextColor: Theme.third
     selectionColor: Theme.accent
     selectedTextColor: Theme.accentInk

@@ -9,7 +9,7 @@ T.AbstractButton {
     property string iconName
     // The keys that do the same, such as "Ctrl+N"; they work while the button does.
     property string shortcut
-    property color ink: enabled ? Theme.text : Theme.third
+    property color ink: enabled ? Theme.text : Theme.disabled
 
     implicitWidth: Theme.itemHeight
     implicitHeight: Theme.itemHeight

@@ -28,11 +28,6 @@ FocusScope {
     // The same, with a button: its word and what it does.
     signal offered(string text, string word, var act)
 
-    // Takes the page to a named state for a picture; says whether it knows that state.
-    function showState(name: string): bool {
-        return false;
-    }
-
     // What F5 does.
     function refresh() {}
 

@@ -46,7 +46,7 @@ Rectangle {
             topPadding: Theme.space8 - Theme.ring
             bottomPadding: topPadding
             font: box.code ? Theme.code : Theme.body
-            color: enabled ? Theme.text : Theme.third
+            color: enabled ? Theme.text : Theme.disabled
             placeholderTextColor: Theme.third
             selectionColor: Theme.accent
             selectedTextColor: Theme.accentInk

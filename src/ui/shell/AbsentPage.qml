@@ -7,7 +7,7 @@ Page {
 
     required property string pageId
 
-    readonly property var fixed: map.fixed.find(entry => entry.id === pageId)
+    readonly property var fixed: map.absent.find(entry => entry.id === pageId)
     readonly property var entry: fixed ? {name: fixed.title, icon: fixed.icon, summary: fixed.summary}
                                        : App.shell.tool(pageId)
 

@@ -6,6 +6,7 @@ Window {
     id: window
 
     property alias page: shell.pageId
+    readonly property Item pageItem: shell.page
 
     width: Theme.windowWidth
     height: Theme.windowHeight
@@ -19,7 +20,6 @@ Window {
 
     function open(id: string): bool { return shell.open(id); }
     function pageIds(): var { return shell.pageIds(); }
-    function showState(name: string): bool { return shell.showState(name); }
     function come() {
         if (visibility === Window.Minimized)
             showNormal();

@@ -3,7 +3,10 @@ import Varnholt
 
 // Which page shows what. A tool without a page of its own says plainly that it is not there yet.
 QtObject {
-    readonly property var fixed: [
+    readonly property var fixed: standing.filter(page => page.id in own)
+    // Those that are not in this version yet.
+    readonly property var absent: standing.filter(page => !(page.id in own))
+    readonly property var standing: [
         {id: "home", icon: "house", title: Tr.t("shell.page.home"), summary: ""},
         {id: "activity", icon: "waveform.path.ecg", title: Tr.t("shell.page.activity"), summary: ""},
         {id: "schedules", icon: "clock", title: Tr.t("shell.page.schedules"), summary: Tr.t("shell.page.schedules.summary")},
@@ -18,7 +21,7 @@ QtObject {
         {id: "scripts", icon: "terminal", title: Tr.t("scripts.title"), summary: Tr.t("scripts.line")},
         {id: "settings", icon: "gearshape", title: Tr.t("shell.page.settings"), summary: Tr.t("settings.line")}
     ]
-    readonly property var all: fixed.concat(apart)
+    readonly property var all: standing.concat(apart)
 
     readonly property var own: App.pages
 

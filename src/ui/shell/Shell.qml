@@ -43,14 +43,6 @@ FocusScope {
         replace(last);
     }
 
-    function showState(name: string): bool {
-        if (name === "search") {
-            sidebar.showSearch("c");
-            return true;
-        }
-        return page !== null && page.showState(name);
-    }
-
     Keys.onEscapePressed: goBack()
 
     PageMap { id: pages }
@@ -95,6 +87,7 @@ FocusScope {
         height: parent.height
         fixed: pages.fixed
         searched: pages.all
+        absentPages: pages.absent
         current: pages.entryOf(shell.pageId)
         onPicked: id => shell.open(id)
         onFound: id => {

@@ -8,6 +8,8 @@ Rectangle {
 
     property var fixed: []
     property var searched: []
+    // Pages that are not in this version.
+    property var absentPages: []
     property string current
     readonly property Item lastStop: settings
 
@@ -15,18 +17,24 @@ Rectangle {
     // Picked in the search: the page gets the keyboard.
     signal found(string id)
 
+    // What this version lacks is folded away until asked for.
+    property bool unfolded: false
     readonly property var entries: {
         const rows = [];
         for (const section of App.shell.sections) {
-            rows.push({id: "", title: section.title, icon: "", available: true});
+            rows.push({id: "", title: section.title, icon: "", kind: "title"});
             for (const tool of section.tools)
-                rows.push({id: tool.id, title: tool.name, icon: tool.icon, available: tool.available});
+                rows.push({id: tool.id, title: tool.name, icon: tool.icon, kind: "tool"});
         }
-        return rows;
+        if (absent.length > 0)
+            rows.push({id: "", title: Tr.t("shell.absent.fold"), icon: "", kind: "fold"});
+        return rows.concat(absent);
     }
+    readonly property var absent: absentPages.map(page => ({id: page.id, title: page.title, icon: page.icon, kind: "absent"}))
+        .concat(App.shell.absentTools.map(tool => ({id: tool.id, title: tool.name, icon: tool.icon, kind: "absent"})))
     readonly property string tabStop: {
         const shown = id => id === "settings" || fixed.some(page => page.id === id)
-            || entries.some(entry => entry.id === id);
+            || entries.some(entry => entry.id === id && (entry.kind === "tool" || unfolded));
         return shown(current) ? current : "home";
     }
 
@@ -44,11 +52,6 @@ Rectangle {
         search.selectAll();
     }
 
-    function showSearch(text: string) {
-        focusSearch();
-        search.text = text;
-    }
-
     function revealCurrent() {
         const item = stops().find(stop => stop.current);
         if (item && item !== settings && flick.height > item.height)
@@ -63,7 +66,7 @@ Rectangle {
         for (let i = 0; i < pages.count; ++i)
             list.push(pages.itemAt(i));
         for (let i = 0; i < tools.count; ++i)
-            if (tools.itemAt(i).item.enabled)
+            if (tools.itemAt(i).visible && tools.itemAt(i).item.enabled)
                 list.push(tools.itemAt(i).item);
         list.push(settings);
         return list;
@@ -104,6 +107,7 @@ Rectangle {
         y: Theme.space32 + Theme.space16
         width: parent.width - 2 * Theme.space12 - Theme.hairline
         pages: sidebar.searched
+        absentPages: sidebar.absentPages
         onPicked: id => sidebar.found(id)
     }
 
@@ -176,7 +180,8 @@ Rectangle {
                     required property var modelData
 
                     width: column.width
-                    sourceComponent: modelData.id === "" ? sectionTitle : tool
+                    visible: modelData.kind !== "absent" || sidebar.unfolded
+                    sourceComponent: modelData.kind === "title" ? sectionTitle : modelData.kind === "fold" ? fold : tool
 
                     Component {
                         id: sectionTitle
@@ -193,12 +198,26 @@ Rectangle {
                         }
                     }
                     Component {
+                        id: fold
+
+                        SidebarItem {
+                            text: entry.modelData.title
+                            iconName: sidebar.unfolded ? "chevron.down" : "chevron.right"
+                            available: false
+                            Accessible.role: Accessible.Button
+                            Accessible.description: Tr.t("shell.absent.count", {count: sidebar.absent.length})
+                            activeFocusOnTab: activeFocus
+                            onActiveFocusChanged: if (activeFocus) flick.reveal(entry)
+                            onClicked: sidebar.unfolded = !sidebar.unfolded
+                        }
+                    }
+                    Component {
                         id: tool
 
                         SidebarItem {
                             text: entry.modelData.title
                             iconName: entry.modelData.icon
-                            available: entry.modelData.available
+                            available: entry.modelData.kind === "tool"
                             current: sidebar.current === entry.modelData.id
                             busy: App.shell.busy[entry.modelData.id] ?? 0
                             activeFocusOnTab: activeFocus || sidebar.tabStop === entry.modelData.id

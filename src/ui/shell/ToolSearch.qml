@@ -10,10 +10,19 @@ SearchField {
 
     // [{id, title, summary, icon}]
     property var pages: []
-    readonly property var results: text.trim() === "" ? [] : App.shell.search(text).concat(
-        pages.filter(page => App.shell.matches(page.title, text)).map(page => ({
-            id: page.id, name: page.title, summary: page.summary, icon: page.icon, sectionTitle: ""
-        })))
+    property var absentPages: []
+    readonly property var results: {
+        if (text.trim() === "")
+            return [];
+        const tools = App.shell.search(text);
+        const found = pages.filter(page => App.shell.matches(page.title, text)).map(page => ({
+            id: page.id, name: page.title, summary: page.summary, icon: page.icon, sectionTitle: "",
+            available: !absentPages.some(absent => absent.id === page.id)
+        }));
+        // Nothing that is not there yet stands before something that works.
+        const all = tools.concat(found);
+        return all.filter(hit => hit.available).concat(all.filter(hit => !hit.available));
+    }
 
     function pick(index: int) {
         if (index < 0 || index >= results.length)
@@ -77,7 +86,7 @@ SearchField {
                     color: ListView.isCurrentItem ? Theme.soft : "transparent"
                     Accessible.role: Accessible.ListItem
                     Accessible.name: modelData.name
-                    Accessible.description: modelData.summary
+                    Accessible.description: modelData.available ? modelData.summary : Tr.t("shell.absent.title")
                     Accessible.onPressAction: field.pick(index)
 
                     Icon {
@@ -104,12 +113,13 @@ SearchField {
                                 width: parent.width - place.width - Theme.space8
                                 text: hit.modelData.name
                                 font: Theme.medium
+                                color: hit.modelData.available ? Theme.text : Theme.second
                             }
                             Label {
                                 id: place
                                 anchors.right: parent.right
                                 anchors.baseline: name.baseline
-                                text: hit.modelData.sectionTitle
+                                text: hit.modelData.available ? hit.modelData.sectionTitle : Tr.t("shell.absent.title")
                                 font: Theme.label
                                 color: Theme.second
                             }

@@ -111,6 +111,7 @@ Card {
             id: undo
             iconName: "arrow.uturn.backward"
             text: Tr.t("activity.undo")
+            shortcut: "Ctrl+Z"
             onClicked: card.activity.undo(card.run.runId)
         }
     }

@@ -8,20 +8,6 @@ Page {
     readonly property var activity: App.model("activity")
     readonly property bool detailed: activity.selectedRun.runId !== undefined && activity.selectedRun.runId !== ""
 
-    function showState(name: string): bool {
-        if (activity.runCount === 0)
-            return false;
-        if (name === "export") {
-            exportSheet.open();
-            return true;
-        }
-        if (name !== "details")
-            return false;
-        table.focusRow(0);
-        table.opened(0);
-        return true;
-    }
-
     function goBack(): bool {
         if (!detailed)
             return false;
@@ -74,12 +60,20 @@ Page {
         name: page.title
         model: page.activity.runs
         header: count > 0 ? heading : null
-        list.section.property: "dayText"
+        list.section.property: page.activity.order.key === "time" ? "dayText" : ""
         list.section.delegate: ActivityDay { width: table.width }
         delegate: ActivityRow {
             wide: table.width > Theme.wideWidth
             chosen: page.activity.selectedRun.runId === runId
             onClicked: page.activity.select(runId)
+            acts: () => [
+                {text: Tr.t("activity.menu.details"), icon: "info.circle", shortcut: "Return", act: () => page.activity.select(runId)},
+                {text: Tr.t("activity.undo"), icon: "arrow.uturn.backward", shortcut: "Ctrl+Z",
+                    enabled: chosen && page.activity.selectedRun.canUndo, act: () => page.activity.undo(runId)},
+                {text: Tr.t("activity.menu.only-tool", {name: toolName}), icon: "line.3.horizontal.decrease",
+                    act: () => page.activity.toolID = toolID},
+                {text: Tr.t("activity.export"), icon: "square.and.arrow.up", act: () => exportSheet.open()}
+            ]
         }
         onSelected: page.activity.select(list.currentItem.runId)
         onOpened: page.activity.select(list.currentItem.runId)
@@ -87,7 +81,10 @@ Page {
 
         Component {
             id: heading
-            ActivityHeader { wide: table.width > Theme.wideWidth }
+            ActivityHeader {
+                activity: page.activity
+                wide: table.width > Theme.wideWidth
+            }
         }
         EmptyState {
             anchors.centerIn: parent

@@ -5,6 +5,7 @@ TableRow {
     id: row
 
     required property string runId
+    required property string toolID
     required property string toolName
     required property string outcome
     required property string outcomeTitle

@@ -1,6 +1,7 @@
 #include "Features/Activity/view/ActivityRows.h"
 
 #include "Core/ByteFormat.h"
+#include "Core/Fold.h"
 #include "Core/Printable.h"
 #include "Core/RunFilter.h"
 #include "Core/RunLog.h"
@@ -72,14 +73,36 @@ std::span<const RecordListModel<FileRow>::Role> FileRow::roles() {
     return table;
 }
 
+void ActivityWords::sort(std::vector<RunRecord>& newestFirst, const ActivityOrder& order) const {
+    const auto by = [&](auto&& keyOf) {
+        const auto less = [&](const RunRecord& a, const RunRecord& b) {
+            return order.descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
+        };
+        std::ranges::stable_sort(newestFirst, less);
+    };
+    if (order.key == u"run")
+        by([&](const RunRecord& record) { return foldForSearch(toolName(texts, record.toolID)); });
+    else if (order.key == u"trigger")
+        by([&](const RunRecord& record) { return text(keyOf("trigger.", record.trigger)); });
+    else if (order.key == u"files")
+        by([](const RunRecord& record) { return record.files().value_or(-1); });
+    else if (order.key == u"size")
+        by([](const RunRecord& record) { return record.bytes().value_or(-1); });
+    else if (order.key == u"duration")
+        by([](const RunRecord& record) { return record.duration; });
+    else if (!order.descending)
+        std::ranges::reverse(newestFirst);
+}
+
 ActivityRows ActivityWords::rows(std::vector<RunRecord> all, const ActivityFilter& filter,
-                                 const CancelToken& cancel) const {
+                                 const ActivityOrder& order, const CancelToken& cancel) const {
     ActivityRows result;
     addOptions(result, all);
     std::ranges::reverse(all);
     const RunFilter::Surroundings world{[this](const std::string& id) { return toolName(texts, id); },
                                         RunLog::thisComputer(), now, calendar, texts};
     result.records = filter.runFilter(now, calendar).apply(std::move(all), world);
+    sort(result.records, order);
     result.rows.reserve(result.records.size());
     for (const RunRecord& record : result.records) {
         cancel.throwIfCancelled();

@@ -57,7 +57,13 @@ struct FileRow {
     static std::span<const RecordListModel<FileRow>::Role> roles();
 };
 
-/// What a filter lets through of the log, newest first, and what there is to filter by.
+/// What the runs are ordered by: "time", "run", "trigger", "files", "size" or "duration".
+struct ActivityOrder {
+    QString key = QStringLiteral("time");
+    bool descending = true;
+};
+
+/// What a filter lets through of the log, in order, and what there is to filter by.
 struct ActivityRows {
     std::vector<RunRecord> records;
     std::vector<RunRow> rows; ///< in the order of records
@@ -75,7 +81,7 @@ struct ActivityWords {
     std::string home;
 
     /// `all` is the log, oldest first. Throws Cancelled.
-    ActivityRows rows(std::vector<RunRecord> all, const ActivityFilter& filter,
+    ActivityRows rows(std::vector<RunRecord> all, const ActivityFilter& filter, const ActivityOrder& order,
                       const CancelToken& cancel) const;
     QVariantList outcomes() const;
     QVariantMap facts(const RunRecord& record) const;
@@ -83,6 +89,7 @@ struct ActivityWords {
 
 private:
     QString text(std::string_view key) const;
+    void sort(std::vector<RunRecord>& newestFirst, const ActivityOrder& order) const;
     RunRow row(const RunRecord& record) const;
     QString totals(const std::vector<RunRecord>& records) const;
     void addOptions(ActivityRows& shown, const std::vector<RunRecord>& all) const;

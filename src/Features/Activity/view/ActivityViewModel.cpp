@@ -88,15 +88,28 @@ void ActivityViewModel::clearFilter() {
     load();
 }
 
+QVariantMap ActivityViewModel::order() const {
+    return {{QStringLiteral("key"), order_.key}, {QStringLiteral("descending"), order_.descending}};
+}
+
+void ActivityViewModel::orderBy(const QString& key) {
+    // Words begin at A; figures and times with the largest and the latest.
+    const bool isText = key == u"run" || key == u"trigger";
+    order_ = {key, key == order_.key ? !order_.descending : !isText};
+    emit orderChanged();
+    load();
+}
+
 void ActivityViewModel::reload() {
     load();
     loadSelected();
 }
 
 void ActivityViewModel::load() {
-    loading_.run([&log = context_.session().runLog(), words = words(), filter = filter_](
-                     const Background::Task& task) { return words.rows(log.all(), filter, task.cancel); },
-                 [this](std::future<ActivityRows> rows) { show(rows.get()); });
+    loading_.run(
+        [&log = context_.session().runLog(), words = words(), filter = filter_, order = order_](
+            const Background::Task& task) { return words.rows(log.all(), filter, order, task.cancel); },
+        [this](std::future<ActivityRows> rows) { show(rows.get()); });
     emit runsChanged();
 }
 

@@ -33,6 +33,8 @@ class ActivityViewModel : public QObject {
     Q_PROPERTY(QString computer READ computer WRITE setComputer NOTIFY filterChanged)
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY filterChanged)
     Q_PROPERTY(bool isFiltered READ isFiltered NOTIFY filterChanged)
+    /// {key, descending} of ActivityOrder.
+    Q_PROPERTY(QVariantMap order READ order NOTIFY orderChanged)
     /// Of tools, triggers and computers, those that the log knows.
     Q_PROPERTY(QVariantList periodOptions READ periodOptions NOTIFY optionsChanged)
     Q_PROPERTY(QVariantList toolOptions READ toolOptions NOTIFY optionsChanged)
@@ -71,6 +73,8 @@ public:
     void setText(const QString& value) { change(filter_.text, value); }
     bool isFiltered() const { return filter_ != ActivityFilter(); }
 
+    QVariantMap order() const;
+
     QVariantList periodOptions() const;
     QVariantList toolOptions() const { return shown_.tools; }
     QVariantList outcomeOptions() const;
@@ -84,6 +88,8 @@ public:
     Q_INVOKABLE void select(const QString& runId);
     Q_INVOKABLE void clearSelection();
     Q_INVOKABLE void clearFilter();
+    /// Orders the runs by this, or the other way round when they are so already.
+    Q_INVOKABLE void orderBy(const QString& key);
     /// Puts back what the run moved to the Trash; `message` says what came of it.
     Q_INVOKABLE void undo(const QString& runId);
     /// A path in the folder, as a person writes it, that an export would not take from another file.
@@ -94,6 +100,7 @@ public:
 signals:
     void runsChanged();
     void filterChanged();
+    void orderChanged();
     void optionsChanged();
     void selectionChanged();
     void messageChanged();
@@ -112,6 +119,7 @@ private:
 
     AppContext& context_;
     ActivityFilter filter_;
+    ActivityOrder order_;
     ActivityRows shown_;
     RecordListModel<RunRow> runs_;
     std::optional<Uuid> selectedId_;

@@ -27,32 +27,6 @@ FocusScope {
 
     function clear() { canvas.clear(); }
 
-    function showState(name: string): bool {
-        switch (name) {
-        case "node":
-            pane.editor.step("right");
-            pane.editor.step("right");
-            pane.editor.step("right");
-            return true;
-        case "edge":
-            pane.editor.step("right");
-            pane.editor.stepEdge();
-            return true;
-        case "add":
-            canvas.add();
-            return true;
-        case "dry-run":
-            pane.fold(false);
-            pane.editor.toggleDryRun();
-            return true;
-        case "running":
-            pane.editor.run();
-            return true;
-        default:
-            return false;
-        }
-    }
-
     Keys.onPressed: event => {
         const ctrl = (event.modifiers & Qt.ControlModifier) !== 0;
         if (ctrl && event.key === Qt.Key_Y)

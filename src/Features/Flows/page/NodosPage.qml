@@ -25,17 +25,6 @@ Page {
         list.item.focusFlow(chosen);
     }
 
-    function showState(name: string): bool {
-        if (flows.count === 0)
-            return false;
-        if (name === "chosen") {
-            list.item.focusFlow(flows.flows.data(flows.flows.index(0, 0), Qt.UserRole));
-            return true;
-        }
-        openFlow(flows.flows.data(flows.flows.index(0, 0), Qt.UserRole));
-        return name === "editor" || canvas.item.showState(name);
-    }
-
     function goBack(): bool {
         if (!editor.isOpen)
             return false;

@@ -6,21 +6,9 @@ Page {
     id: page
 
     readonly property var helper: App.model("helper")
-    // For a picture of a stage that this machine is not in.
-    property string shownStage
-    readonly property string stage: shownStage !== "" ? shownStage : helper.stage
+    property string stage: helper.stage
     readonly property bool isThere: ["working", "old", "silent"].includes(stage)
     readonly property bool isBusy: helper.act !== "" && helper.act !== "look"
-
-    function showState(name: string): bool {
-        if (name === "remove")
-            removal.open();
-        else if (["notRegistered", "notFound", "requiresApproval", "unknown", "working", "old", "silent"].includes(name))
-            shownStage = name;
-        else
-            return false;
-        return true;
-    }
 
     function refresh() { helper.look(); }
 

@@ -24,6 +24,11 @@ Card {
                 width: rows.width
                 spacing: Theme.space4 + 1
 
+                TextMetrics {
+                    id: whole
+                    font: Theme.label
+                    text: Tr.t("home.disk.free", {free: disk.modelData.freeText, total: disk.modelData.totalText})
+                }
                 Item {
                     width: parent.width
                     height: name.implicitHeight
@@ -38,7 +43,9 @@ Card {
                         id: free
                         anchors.right: parent.right
                         anchors.baseline: name.baseline
-                        text: Tr.t("home.disk.free", {free: disk.modelData.freeText, total: disk.modelData.totalText})
+                        // Where there is little room, the figure is shortened before the name.
+                        text: whole.width < parent.width - name.implicitWidth - Theme.space12 ? whole.text
+                            : Tr.t("home.disk.free.short", {free: disk.modelData.freeText})
                         font: Theme.label
                         color: Theme.second
                     }
@@ -47,7 +54,7 @@ Card {
                     width: parent.width
                     value: disk.modelData.fraction
                     tone: Theme.toneColor(disk.modelData.tone)
-                    name: disk.modelData.name + ", " + free.text
+                    name: disk.modelData.name + ", " + whole.text
                 }
             }
         }

@@ -7,29 +7,15 @@ Page {
     readonly property var home: App.model("home")
     readonly property var optimize: App.model("optimize")
     property bool allTools: false
-    readonly property int columns: body.width > Theme.fourTilesWidth ? 4 : 3
-    readonly property int firstTools: 2 * columns
+    // What this version lacks, folded away until asked for.
+    property bool absentShown: false
+    readonly property int columns: body.width > Theme.fourTilesWidth ? 4 : body.width > Theme.sheetWidth ? 3 : 2
+    readonly property int firstTools: columns > 2 ? 2 * columns : 3 * columns
 
     title: home.greeting
     line: home.hostLine
     scrolls: true
     settled: !optimize.isChecking && !optimize.isRunning
-
-    function showState(name: string): bool {
-        if (name === "all-tools")
-            allTools = true;
-        else if (name === "profile")
-            profile.open();
-        else if (name === "check")
-            checks.open();
-        else if (name === "run" || name === "result")
-            optimize.run();
-        else if (name !== "last" || optimize.lastText === "")
-            return false;
-        if (name === "last" || name === "result")
-            last.open();
-        return true;
-    }
 
     // A tile has room for two lines.
     function firstSentence(text: string): string {
@@ -42,15 +28,23 @@ Page {
         width: parent.width
         spacing: Theme.space16
 
-        Row {
+        // The one button and the disks side by side, what runs under the shorter of them; all below each other where
+        // the window is narrow.
+        Item {
             id: top
+            readonly property bool stacked: body.width < Theme.sheetWidth
+            readonly property int gap: Theme.space16
+            readonly property bool runsRight: stacked || disks.implicitHeight < optimizeCard.implicitHeight
+            readonly property real leftHeight: optimizeCard.implicitHeight + (runsRight ? 0 : gap + running.implicitHeight)
+            readonly property real rightHeight: disks.implicitHeight + (runsRight ? gap + running.implicitHeight : 0)
+
             width: parent.width
-            spacing: Theme.space16
+            height: stacked ? leftHeight + gap + rightHeight : Math.max(leftHeight, rightHeight)
 
             OptimizeCard {
                 id: optimizeCard
-                width: Math.round((parent.width - parent.spacing) * Theme.mainShare)
-                height: Math.max(implicitHeight, disks.implicitHeight)
+                width: top.stacked ? parent.width : Math.round((parent.width - top.gap) * Theme.mainShare)
+                height: top.stacked || !top.runsRight ? implicitHeight : parent.height
                 optimize: page.optimize
                 onProfileWanted: profile.open()
                 onCheckWanted: checks.open()
@@ -58,9 +52,21 @@ Page {
             }
             DiskCard {
                 id: disks
-                width: parent.width - parent.spacing - optimizeCard.width
-                height: page.home.disks.length > 1 ? optimizeCard.height : implicitHeight
+                x: top.stacked ? 0 : parent.width - width
+                y: top.stacked ? optimizeCard.height + top.gap : 0
+                width: top.stacked ? parent.width : parent.width - top.gap - optimizeCard.width
+                height: top.runsRight ? implicitHeight : parent.height
                 disks: page.home.disks
+            }
+            RunningCard {
+                id: running
+                readonly property Item above: top.runsRight ? disks : optimizeCard
+
+                x: above.x
+                y: above.y + above.height + top.gap
+                width: above.width
+                height: parent.height - y
+                jobs: page.home.running
             }
         }
 
@@ -80,6 +86,7 @@ Page {
                 anchors.verticalCenter: parent.verticalCenter
                 kind: "quiet"
                 height: Theme.itemHeight
+                visible: page.home.tools.length > page.firstTools
                 text: page.allTools ? Tr.t("home.tools.fewer") : Tr.t("home.tools.all", {count: page.home.tools.length})
                 onClicked: page.allTools = !page.allTools
             }
@@ -90,6 +97,7 @@ Page {
             width: parent.width
             columns: page.columns
             spacing: Theme.space12
+            readonly property real tileWidth: (width - (columns - 1) * spacing) / columns
 
             Repeater {
                 model: page.allTools ? page.home.tools : page.home.tools.slice(0, page.firstTools)
@@ -97,34 +105,51 @@ Page {
                 Tile {
                     required property var modelData
 
-                    width: (tiles.width - (page.columns - 1) * tiles.spacing) / page.columns
+                    width: tiles.tileWidth
                     height: page.columns > 3 ? Theme.tileHeight : Theme.tileHeightTall
                     text: modelData.name
                     iconName: modelData.icon
-                    line: modelData.available ? page.firstSentence(modelData.line) : Tr.t("home.tool.absent")
-                    available: modelData.available
+                    line: page.firstSentence(modelData.line)
                     onClicked: page.navigate(modelData.id)
                 }
             }
         }
 
-        Row {
+        Button {
+            visible: page.home.absentTools.length > 0
+            x: -Theme.space8
+            kind: "quiet"
+            height: Theme.itemHeight
+            iconName: page.absentShown ? "chevron.down" : "chevron.right"
+            text: Tr.t("shell.absent.count", {count: page.home.absentTools.length})
+            onClicked: page.absentShown = !page.absentShown
+        }
+        Grid {
+            id: absent
+            visible: page.absentShown
             width: parent.width
-            spacing: Theme.space16
+            columns: top.stacked ? 1 : page.columns
+            columnSpacing: Theme.space12
 
-            RunningCard {
-                id: running
-                width: (parent.width - parent.spacing) / 2
-                height: Math.max(implicitHeight, recent.implicitHeight)
-                jobs: page.home.running
+            Repeater {
+                model: page.home.absentTools
+
+                SidebarItem {
+                    required property var modelData
+
+                    width: top.stacked ? absent.width : tiles.tileWidth
+                    text: modelData.name
+                    iconName: modelData.icon
+                    available: false
+                    onClicked: page.navigate(modelData.id)
+                }
             }
-            RecentCard {
-                id: recent
-                width: running.width
-                height: running.height
-                runs: page.home.recent
-                onOpened: page.navigate("activity")
-            }
+        }
+
+        RecentCard {
+            width: parent.width
+            runs: page.home.recent
+            onOpened: page.navigate("activity")
         }
     }
 

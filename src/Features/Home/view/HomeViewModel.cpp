@@ -151,17 +151,17 @@ QVariantList HomeViewModel::disks() const {
     return list;
 }
 
-QVariantList HomeViewModel::tools() const {
+QVariantList HomeViewModel::toolsThatAre(bool available) const {
     const Texts& texts = context_.texts().current();
     QVariantList list;
     for (const std::string_view id : ToolCatalog::mainTools())
-        list << QVariantMap{
-            {QStringLiteral("id"), qtText(id)},
-            {QStringLiteral("name"), qtText(toolName(texts, id))},
-            {QStringLiteral("icon"), toolIcon(id)},
-            {QStringLiteral("line"), lineOf(id)},
-            {QStringLiteral("available"), context_.session().registry().hasEngine(id)},
-        };
+        if (context_.session().registry().hasEngine(id) == available)
+            list << QVariantMap{
+                {QStringLiteral("id"), qtText(id)},
+                {QStringLiteral("name"), qtText(toolName(texts, id))},
+                {QStringLiteral("icon"), toolIcon(id)},
+                {QStringLiteral("line"), lineOf(id)},
+            };
     return list;
 }
 

@@ -29,7 +29,9 @@ class HomeViewModel : public QObject {
     Q_PROPERTY(QString hostLine READ hostLine NOTIFY timeChanged)
     /// `fraction` is used, `tone` "normal", "warning" or "bad".
     Q_PROPERTY(QVariantList disks READ disks NOTIFY disksChanged)
+    /// The tools of this version, and those that are not there yet.
     Q_PROPERTY(QVariantList tools READ tools NOTIFY toolsChanged)
+    Q_PROPERTY(QVariantList absentTools READ absentTools NOTIFY toolsChanged)
     Q_PROPERTY(QVariantList running READ running NOTIFY runningChanged)
     Q_PROPERTY(QVariantList recent READ recent NOTIFY recentChanged)
     /// Until disks and runs have been read for the first time.
@@ -41,7 +43,8 @@ public:
     QString greeting() const;
     QString hostLine() const;
     QVariantList disks() const;
-    QVariantList tools() const;
+    QVariantList tools() const { return toolsThatAre(true); }
+    QVariantList absentTools() const { return toolsThatAre(false); }
     QVariantList running() const;
     QVariantList recent() const;
     bool isLoading() const { return !volumes_ || !runs_; }
@@ -56,6 +59,7 @@ signals:
 
 private:
     struct Runs;
+    QVariantList toolsThatAre(bool available) const;
     void openLog();
     void refresh();
     void readDisks();

@@ -13,7 +13,7 @@ Card {
     signal checkWanted
     signal resultWanted
 
-    implicitHeight: Theme.topCardHeight + (lines - 1) * words.lineHeight
+    implicitHeight: Theme.topCardHeight + (lines - 1) * words.lineHeight + buttons.height - Theme.fieldHeight
     Accessible.role: Accessible.Pane
     Accessible.name: Tr.t("home.optimize")
 
@@ -68,10 +68,12 @@ Card {
         steps: card.optimize.steps
     }
 
-    Row {
+    // Wraps where the words of a language are long.
+    Flow {
         id: buttons
         anchors.bottom: parent.bottom
-        spacing: Theme.space16
+        width: parent.width
+        spacing: Theme.space12
 
         Button {
             // Start and stop in one place, so that the keyboard stays where it is.
@@ -92,7 +94,7 @@ Card {
             onClicked: card.checkWanted()
         }
         IconButton {
-            anchors.verticalCenter: parent.verticalCenter
+            height: Theme.fieldHeight
             iconName: "gearshape"
             text: Tr.t("home.optimize.profile")
             enabled: !card.optimize.isRunning
@@ -101,8 +103,9 @@ Card {
     }
     Label {
         anchors.right: parent.right
-        anchors.verticalCenter: buttons.verticalCenter
-        visible: implicitWidth < parent.width - buttons.width - Theme.space12
+        anchors.bottom: parent.bottom
+        height: Theme.fieldHeight
+        visible: implicitWidth < parent.width - buttons.childrenRect.width - Theme.space12
         text: card.optimize.isRunning ? card.optimize.elapsedText : card.optimize.freedText
         color: Theme.second
         horizontalAlignment: Text.AlignRight

@@ -47,7 +47,7 @@ ConfirmSheet {
 
                 SettingsRow {
                     title: step.modelData.title
-                    line: !step.modelData.isAvailable ? Tr.t("home.tool.absent")
+                    line: !step.modelData.isAvailable ? Tr.t("shell.absent.title")
                         : step.isList ? Tr.t("home.optimize.profile.tasks", {count: sheet.profile.maintenanceTasks.length})
                         : step.modelData.line
 

@@ -43,6 +43,7 @@ Item {
             visible: foot.isChosen
             iconName: foot.chosen.isRunning ? "stop" : "play"
             enabled: foot.chosen.isRunning || foot.schedules.runningTitle === ""
+            shortcut: "Ctrl+R"
             text: foot.chosen.isRunning ? Tr.t("shell.stop") : Tr.t("schedules.run-now")
             onClicked: foot.chosen.isRunning ? foot.schedules.stop() : foot.schedules.runNow(foot.chosen.taskId)
         }

@@ -14,6 +14,7 @@ TableRow {
     required property string outcomeTitle
     required property bool isEnabled
     required property bool isRunning
+    required property bool isFlow
     property string progressText
     property bool wide: true
 

@@ -10,31 +10,6 @@ Page {
     readonly property bool isChosen: chosen.taskId !== undefined
     readonly property bool isRunning: schedules.runningTitle !== ""
 
-    function showState(name: string): bool {
-        if (name === "new") {
-            edit("");
-            return true;
-        }
-        if (name === "maintenance") {
-            edit("");
-            form.put("action", name);
-            return true;
-        }
-        if (table.count === 0)
-            return false;
-        table.focusRow(0);
-        schedules.select(table.list.currentItem.taskId);
-        if (name === "edit")
-            change();
-        else if (name === "remove")
-            removal.open();
-        else if (name === "run")
-            schedules.runNow(chosen.taskId);
-        else
-            return name === "selected";
-        return true;
-    }
-
     function edit(id: string) {
         form.taskId = id;
         form.open();
@@ -73,6 +48,7 @@ Page {
         kind: "main"
         iconName: "plus"
         text: Tr.t("schedules.new")
+        shortcut: "Ctrl+N"
         onClicked: page.edit("")
     }
 
@@ -132,6 +108,18 @@ Page {
             onChosenChanged: if (chosen) table.list.currentIndex = index
             onClicked: page.schedules.select(taskId)
             onDoubleClicked: page.change()
+            acts: () => {
+                page.schedules.select(taskId);
+                return [
+                    isRunning ? {text: Tr.t("shell.stop"), icon: "stop", shortcut: "Ctrl+R", act: () => page.schedules.stop()}
+                        : {text: Tr.t("schedules.run-now"), icon: "play", shortcut: "Ctrl+R", enabled: !page.isRunning,
+                            act: () => page.schedules.runNow(taskId)},
+                    {text: isFlow ? Tr.t("schedules.open-flow") : Tr.t("schedules.edit"), shortcut: "Return", act: () => page.change()},
+                    {text: isEnabled ? Tr.t("schedules.turn-off") : Tr.t("schedules.turn-on"), shortcut: "Space",
+                        act: () => page.schedules.setEnabled(taskId, !isEnabled)},
+                    {text: Tr.t("schedules.remove"), icon: "trash", shortcut: "Del", enabled: !isFlow, act: () => removal.open()}
+                ];
+            }
             onSwitched: on => page.schedules.setEnabled(taskId, on)
         }
         onSelected: page.schedules.setEnabled(list.currentItem.taskId, !list.currentItem.isEnabled)

@@ -46,12 +46,14 @@ FocusScope {
         }
         Button {
             text: Tr.t("scripts.save")
+            shortcut: "Ctrl+S"
             enabled: editor.scripts.isChanged
             onClicked: editor.scripts.save()
         }
         Button {
             kind: editor.scripts.isRunning ? "plain" : "main"
             iconName: editor.scripts.isRunning ? "stop" : "play"
+            shortcut: "Ctrl+R"
             text: editor.scripts.isRunning ? Tr.t("shell.stop") : editor.scripts.isChanged ? Tr.t("scripts.save-run") : Tr.t("scripts.run")
             enabled: editor.scripts.isRunning || editor.isSaved || editor.scripts.isChanged
             onClicked: editor.scripts.isRunning ? editor.scripts.stop() : editor.scripts.run()
@@ -119,9 +121,5 @@ FocusScope {
             text: editor.scripts.output
             placeholderText: editor.scripts.isRunning ? "" : Tr.t("scripts.no-output")
         }
-    }
-    Shortcut {
-        sequences: [StandardKey.Save]
-        onActivated: if (editor.scripts.isChanged) editor.scripts.save()
     }
 }

@@ -8,20 +8,6 @@ Page {
     readonly property var scripts: App.model("scripts")
     readonly property bool isSaved: scripts.current !== ""
 
-    function showState(name: string): bool {
-        if (name === "new")
-            scripts.create();
-        else if (scripts.scripts.length === 0)
-            return false;
-        else
-            scripts.open(scripts.scripts[0].name);
-        if (name === "remove")
-            removal.open();
-        else if (name === "run")
-            scripts.run();
-        return ["new", "open", "remove", "run"].includes(name);
-    }
-
     function refresh() { scripts.refresh(); }
 
     title: Tr.t("scripts.title")
@@ -31,6 +17,7 @@ Page {
     actions: Button {
         iconName: "plus"
         text: Tr.t("scripts.new")
+        shortcut: "Ctrl+N"
         onClicked: {
             page.scripts.create();
             editor.item.focusName();
@@ -52,6 +39,18 @@ Page {
             name: modelData.name + (modelData.isChanged ? ", " + Tr.t("scripts.changed") : "")
             chosen: page.isSaved && page.scripts.current === scriptName
             onClicked: page.scripts.open(scriptName)
+            acts: () => {
+                const here = act => () => {
+                    page.scripts.open(scriptName);
+                    act();
+                };
+                return [
+                    {text: Tr.t("scripts.edit"), shortcut: "Return", act: here(() => editor.item.focusBody())},
+                    {text: Tr.t("scripts.run"), icon: "play", shortcut: "Ctrl+R", enabled: !page.scripts.isRunning,
+                        act: here(() => page.scripts.run())},
+                    {text: Tr.t("scripts.remove"), icon: "trash", act: here(() => removal.open())}
+                ];
+            }
 
             Column {
                 anchors.left: parent.left

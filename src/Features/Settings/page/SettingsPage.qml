@@ -6,16 +6,6 @@ Page {
 
     readonly property var settings: App.model("settings")
 
-    function showState(name: string): bool {
-        if (name === "move")
-            moveSheet.open();
-        else if (name === "follow-ups")
-            followUps.show("system-junk");
-        else
-            return false;
-        return true;
-    }
-
     title: Tr.t("shell.page.settings")
     line: Tr.t("settings.line")
     scrolls: true

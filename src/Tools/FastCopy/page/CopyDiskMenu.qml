@@ -76,7 +76,7 @@ T.Popup {
                     x: Theme.space8
                     anchors.verticalCenter: parent.verticalCenter
                     name: "externaldrive"
-                    color: choice.enabled ? Theme.text : Theme.third
+                    color: choice.enabled ? Theme.text : Theme.disabled
                 }
                 Column {
                     anchors.left: picture.right
@@ -89,7 +89,7 @@ T.Popup {
                         width: parent.width
                         text: choice.modelData.title
                         elide: Text.ElideMiddle
-                        color: choice.enabled ? Theme.text : Theme.third
+                        color: choice.enabled ? Theme.text : Theme.disabled
                         Accessible.ignored: true
                     }
                     Label {

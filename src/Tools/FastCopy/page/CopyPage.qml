@@ -7,62 +7,12 @@ Page {
 
     readonly property var copying: App.model("fastCopy")
     readonly property bool isChosen: copying.sources.length + copying.destinations.length > 0
-    // A picture of a copy at work is taken of this state.
-    property string wanted
-
-    // Documents to the folders beside it, as far as there are any.
-    function fill() {
-        copying.addSources([App.documentsFolder]);
-        copying.addDestinations(["~/Archive", "~/Backup", "~/Shuttle"]);
-    }
-
-    function showState(name: string): bool {
-        switch (name) {
-        case "filled":
-            fill();
-            return true;
-        case "running":
-        case "paused":
-        case "report":
-            fill();
-            wanted = name;
-            return true;
-        case "disks":
-            disks.openAt(choice);
-            return true;
-        }
-        return false;
-    }
-
-    function reachState() {
-        if (wanted === "" || copying.isLooking)
-            return;
-        if (isChosen) {
-            if (copying.canRun)
-                copying.run();
-            else
-                wanted = "";
-            return;
-        }
-        const job = queue.newest();
-        if (job === null)
-            return;
-        if (wanted === "report" ? !job.isOver : wanted === "running" && job.rateText === "" && !job.isOver)
-            return;
-        const reached = wanted;
-        wanted = "";
-        if (reached === "report")
-            report.openFor(job.jobId);
-        else if (reached === "paused")
-            copying.togglePause(job.jobId, 0);
-    }
-
     function refresh() { copying.refresh(); }
 
     title: App.shell.tool("fast-copy").name
     line: Tr.t("copy-page.line")
     scrolls: true
-    settled: !copying.isLooking && wanted === ""
+    settled: !copying.isLooking
     footShown: isChosen
     footRoom: bottom.implicitHeight
     Component.onCompleted: if (isChosen) copying.refresh()
@@ -131,7 +81,5 @@ Page {
         target: page.copying
         function onUnmountQuestionChanged() { page.copying.unmountQuestion === "" ? unmount.close() : unmount.open(); }
         function onSaid(text: string) { page.said(text); }
-        function onChosenChanged() { page.reachState(); }
-        function onJobsChanged() { page.reachState(); }
     }
 }

@@ -69,7 +69,7 @@ T.AbstractButton {
                     id: figure
                     text: tile.countText
                     font: Theme.strong
-                    color: tile.enabled ? Theme.text : Theme.third
+                    color: tile.enabled ? Theme.text : Theme.disabled
                     Accessible.ignored: true
                 }
                 Label {

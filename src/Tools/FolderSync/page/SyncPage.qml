@@ -10,30 +10,6 @@ Page {
     readonly property var chosen: folderSync.selected
     readonly property bool hasPairs: folderSync.pairCount > 0
     readonly property bool works: folderSync.phase === "planning" || folderSync.phase === "running"
-    // A picture of the end is asked for.
-    property bool awaitsEnd: false
-
-    function showState(name: string): bool {
-        if (name === "form") {
-            form.edit("", []);
-            return true;
-        }
-        if (name === "empty" || !hasPairs)
-            return name === "empty" && !hasPairs;
-        if (name === "plan" || name === "held" || name === "alike")
-            folderSync.compare();
-        else if (name === "remove")
-            removal.open();
-        else if (name === "running" || name === "confirm")
-            folderSync.sync();
-        else if (name === "result" || name === "problems") {
-            awaitsEnd = true;
-            folderSync.sync();
-        } else
-            return name === "chosen";
-        return true;
-    }
-
     function goBack(): bool {
         if (works || (!folderSync.hasPlan && folderSync.phase !== "finished"))
             return false;
@@ -60,7 +36,7 @@ Page {
 
     title: App.shell.tool("sync").name
     line: hasPairs ? folderSync.countText : Tr.t("sync-page.line")
-    settled: folderSync.phase !== "planning" && !(awaitsEnd && folderSync.phase === "running")
+    settled: folderSync.phase !== "planning"
     footShown: hasPairs
     footRoom: bottom.implicitHeight
 

@@ -7,19 +7,6 @@ Page {
 
     readonly property var maintenance: App.model("maintenance")
 
-    function showState(name: string): bool {
-        const row = maintenance.tasks.findIndex(task => task.missing === "" && !task.requiresRoot);
-        if (row < 0)
-            return false;
-        if (name === "selected")
-            table.focusRow(row);
-        else if (name === "run")
-            maintenance.run(maintenance.tasks[row].value);
-        else
-            return false;
-        return true;
-    }
-
     function refresh() { maintenance.refresh(); }
 
     // What the button of a row does.

@@ -11,15 +11,6 @@ Page {
     // It was looked and nothing can go: what chooses and removes has nothing to do.
     readonly property bool isEmpty: !busy && junk.stage !== "idle" && junk.itemCount === 0
 
-    function showState(name: string): bool {
-        if (name !== "selected" && name !== "review")
-            return false;
-        junk.toggleSelectAll();
-        if (name === "review")
-            junk.review();
-        return true;
-    }
-
     function refresh() {
         if (!busy)
             junk.scan();
