@@ -116,7 +116,7 @@ TEST(Home, TellsWhatRunsAndWhatWasDone) {
             makeRun("system-junk", "clean " + std::to_string(i), noon - std::chrono::hours(6 - i)));
     HomeViewModel home(desk.context);
     const auto line = [&](const std::string& tool) {
-        for (const QVariant& each : home.tools())
+        for (const QVariant& each : home.tools() + home.absentTools())
             if (each.toMap()["id"].toString().toStdString() == tool)
                 return each.toMap()["line"].toString().toStdString();
         return std::string("no such tile");

@@ -46,7 +46,7 @@ TEST_P(Pages, cutNothingAndNameEverything) {
             continue;
         SCOPED_TRACE(page.toStdString());
         openPage(page);
-        for (const QSize size : {QSize(800, 500), QSize(1100, 700), QSize(1600, 1000)}) {
+        for (const QSize size : {QSize(960, 640), QSize(1100, 700), QSize(1600, 1000)}) {
             SCOPED_TRACE(testing::Message() << size.width() << "x" << size.height());
             window().quickWindow().resize(size);
             QTest::qWait(settling);

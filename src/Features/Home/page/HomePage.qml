@@ -128,7 +128,7 @@ Page {
             id: absent
             visible: page.absentShown
             width: parent.width
-            columns: top.stacked ? 1 : page.columns
+            columns: top.stacked ? 1 : page.columns - 1
             columnSpacing: Theme.space12
 
             Repeater {
@@ -137,7 +137,7 @@ Page {
                 SidebarItem {
                     required property var modelData
 
-                    width: top.stacked ? absent.width : tiles.tileWidth
+                    width: (absent.width - (absent.columns - 1) * Theme.space12) / absent.columns
                     text: modelData.name
                     iconName: modelData.icon
                     available: false
