@@ -46,6 +46,13 @@ TEST_F(Components, aBeltShowsEachStepWithItsOwnProgress) {
     EXPECT_EQ(barValues(belt), (QList<qreal>{1, 0.5, 0}));
 }
 
+TEST_F(Components, headingAndRowsOfATableShareTheirWidths) {
+    auto* item = make("Item { width: ActivityColumns.time; height: ScheduleColumns.next }");
+    ASSERT_NE(item, nullptr);
+    EXPECT_GT(item->width(), 0);
+    EXPECT_GT(item->height(), 0);
+}
+
 TEST_F(Components, aDropZoneSaysWhatItIsFor) {
     auto* zone = make(R"(DropZone { width: 300; text: "Drop folders here" })");
     ASSERT_NE(zone, nullptr);
