@@ -4,9 +4,13 @@
 #include "Features/Flows/NodesStore.h"
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
+#include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>
+#include <functional>
+#include <span>
+#include <string_view>
 
 namespace vh::flows {
 
@@ -101,18 +105,19 @@ bool FlowFolder::contains(const Uuid& id) const {
     return found != known_.end() && found->second.flow;
 }
 
-std::vector<FlowRun> readRuns(const std::string& file) {
+namespace {
+
+/// Those in a text that `isWanted`.
+std::vector<FlowRun> runsIn(const std::string& text, const std::function<bool(JsonView)>& isWanted) {
     std::vector<FlowRun> runs;
-    const auto text = readFileIfPresent(file);
-    if (!text)
-        return runs;
     try {
         JsonDocument document;
-        const JsonView root = document.parse(*text);
+        const JsonView root = document.parse(text);
         if (root.kind() == JsonKind::array)
             root.forEachElement([&](size_t, JsonView each) {
                 try {
-                    runs.push_back(decodeJson<FlowRun>(each));
+                    if (isWanted(each))
+                        runs.push_back(decodeJson<FlowRun>(each));
                 } catch (const DecodeError&) {
                     // A run of a version that says more than this one knows hides no other.
                 }
@@ -121,6 +126,49 @@ std::vector<FlowRun> readRuns(const std::string& file) {
         return {};
     }
     return runs;
+}
+
+/// A list with the first run of the file alone; empty when it does not end where our own writing ends one.
+std::string firstRunIn(const std::string& file) {
+    constexpr size_t blockBytes = 64u << 10;
+    constexpr std::string_view end = "\n  }"; // no text in JSON holds a line feed
+    const SourceFile source(file, SourceFile::Attributes::left);
+    std::string text;
+    for (size_t known = 0;; known = text.size()) {
+        text.resize(known + blockBytes);
+        text.resize(known + source.readAt(static_cast<int64_t>(known), std::span(text).subspan(known)));
+        if (const size_t at = text.find(end, known - std::min(known, end.size())); at != std::string::npos)
+            return text.substr(0, at + end.size()) + "]";
+        if (text.size() < known + blockBytes)
+            return {};
+    }
+}
+
+} // namespace
+
+std::vector<FlowRun> readRuns(const std::string& file) {
+    const auto text = readFileIfPresent(file);
+    return text ? runsIn(*text, [](JsonView) { return true; }) : std::vector<FlowRun>();
+}
+
+std::optional<FlowRun> readLastRun(const std::string& file) {
+    if (!statusOf(file))
+        return std::nullopt;
+    auto runs = runsIn(firstRunIn(file), [](JsonView) { return true; });
+    if (runs.empty())
+        runs = readRuns(file);
+    return runs.empty() ? std::nullopt : std::optional(std::move(runs.front()));
+}
+
+std::optional<FlowRun> readRun(const std::string& file, const Uuid& id) {
+    const auto text = readFileIfPresent(file);
+    auto runs = text ? runsIn(*text,
+                              [&](JsonView each) {
+                                  const auto own = each.find("id");
+                                  return own && decodeJson<Uuid>(*own) == id;
+                              })
+                     : std::vector<FlowRun>();
+    return runs.empty() ? std::nullopt : std::optional(std::move(runs.front()));
 }
 
 namespace {

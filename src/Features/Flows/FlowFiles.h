@@ -51,6 +51,10 @@ std::optional<Uuid> idOfName(std::string_view name, std::string_view suffix);
 
 /// Those that can be read; none when there is no such file.
 std::vector<FlowRun> readRuns(const std::string& file);
+/// The newest that can be read. Of a long file only its beginning is.
+std::optional<FlowRun> readLastRun(const std::string& file);
+/// The one of that identifier, without what the others say.
+std::optional<FlowRun> readRun(const std::string& file, const Uuid& id);
 
 /// What was written down of a run while it went on.
 std::optional<FlowRun> readRunNote(const std::string& file);

@@ -181,6 +181,16 @@ std::vector<FlowRun> NodesStore::runs(const Uuid& id) {
     return readRuns(state_->folderOf(id).runsFileOf(id));
 }
 
+std::optional<FlowRun> NodesStore::lastRun(const Uuid& id) {
+    state_->loadOnce();
+    return readLastRun(state_->folderOf(id).runsFileOf(id));
+}
+
+std::optional<FlowRun> NodesStore::run(const Uuid& id, const Uuid& run) {
+    state_->loadOnce();
+    return readRun(state_->folderOf(id).runsFileOf(id), run);
+}
+
 const std::vector<std::string>& NodesStore::damaged() {
     state_->loadOnce();
     return state_->damaged;

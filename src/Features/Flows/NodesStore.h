@@ -44,6 +44,8 @@ public:
     const Flow* anyFlow(const Uuid& id);
     bool isCompany(const Uuid& id);
     std::vector<FlowRun> runs(const Uuid& id); ///< newest first
+    std::optional<FlowRun> lastRun(const Uuid& id);
+    std::optional<FlowRun> run(const Uuid& id, const Uuid& run);
     /// Files of flows that cannot be read; they are left alone.
     const std::vector<std::string>& damaged();
 

@@ -120,5 +120,28 @@ TEST_F(NodesStoreTest, KeepsTheLastRunsAndWhatAKillLeft) {
     EXPECT_EQ(store.runs(flow.id).front().id, run.id);
 }
 
+TEST_F(NodesStoreTest, ReadsOneRunAmongLongOnes) {
+    NodesStore store = open();
+    const Flow flow = store.save(Flow::blank("a", {}));
+    EXPECT_FALSE(store.lastRun(flow.id));
+    const std::string file = store.folder() + "/" + flow.id.text() + ".runs.json";
+    FlowRun first{.id = Uuid::random(), .flowID = flow.id, .startedAt = now}, last = first;
+    last.id = Uuid::random();
+    first.results[flow.nodes[0].id].output = std::string(200'000, 'x');
+    last.results[flow.nodes[0].id].output = "  }\n  }]" + std::string(200'000, 'y');
+    store.record(first);
+    EXPECT_EQ(store.lastRun(flow.id)->id, first.id);
+    store.record(last);
+    EXPECT_EQ(store.lastRun(flow.id)->results, last.results);
+    EXPECT_EQ(store.run(flow.id, first.id)->results, first.results);
+    EXPECT_FALSE(store.run(flow.id, Uuid::random()));
+    // Written by something else: without line feeds, and with a run that this version does not know before it.
+    writeFileAtomically(file, "[{\n  \"id\":{\n  }},{}," + encodeJson(first) + "]");
+    EXPECT_EQ(store.lastRun(flow.id)->id, first.id);
+    EXPECT_EQ(store.run(flow.id, first.id)->results, first.results);
+    writeFileAtomically(file, "[{");
+    EXPECT_FALSE(store.lastRun(flow.id));
+}
+
 } // namespace
 } // namespace vh::flows

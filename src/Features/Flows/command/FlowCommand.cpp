@@ -70,11 +70,10 @@ Exit listFlows(Context& context) {
                  {texts.text("cli.column.last-run")},
                  {texts.text("cli.column.outcome")}});
     for (const Flow& flow : flows) {
-        const auto runs = shelf.store.runs(flow.id);
+        const auto run = shelf.store.lastRun(flow.id);
         table.add({flow.id.text().substr(0, shownOfFlow), printable(flow.name), startOf(flow, texts),
-                   std::to_string(flow.nodes.size()), day(flow.updatedAt),
-                   runs.empty() ? "" : day(runs[0].startedAt),
-                   runs.empty() ? "" : outcomeTitle(runs[0].outcome(flow), texts)});
+                   std::to_string(flow.nodes.size()), day(flow.updatedAt), run ? day(run->startedAt) : "",
+                   run ? outcomeTitle(run->outcome(flow), texts) : ""});
     }
     print(table.text(outputWidth()));
     return Exit::done;

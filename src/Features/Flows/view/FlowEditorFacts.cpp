@@ -59,8 +59,7 @@ void FlowEditorViewModel::readState() {
     state_.states.clear();
     state_.progress.clear();
     if (shownRun_) {
-        const auto runs = service_.store().runs(flow().id);
-        if (const auto run = std::ranges::find(runs, *shownRun_, &FlowRun::id); run != runs.end())
+        if (const auto run = service_.store().run(flow().id, *shownRun_))
             for (const auto& [node, result] : run->results)
                 state_.states.emplace(node, result);
         return;
@@ -221,12 +220,10 @@ void FlowEditorViewModel::refreshRuns() {
 void FlowEditorViewModel::refreshLine() {
     const FlowWords said = words();
     QString line = said.startLine(flow());
-    const auto runs = service_.store().runs(flow().id);
-    if (!runs.empty()) {
+    if (const auto run = service_.store().lastRun(flow().id)) {
         const DayTexts days(said.texts(), context_.calendar(), context_.now());
-        line = said.text(
-            fmt::format("nodes-page.line.{}", rawValue(runs.front().outcome(flow()))),
-            {{"start", line.toStdString()}, {"time", days.brief(runs.front().startedAt).toStdString()}});
+        line = said.text(fmt::format("nodes-page.line.{}", rawValue(run->outcome(flow()))),
+                         {{"start", line.toStdString()}, {"time", days.brief(run->startedAt).toStdString()}});
     }
     put(line_, line, &FlowEditorViewModel::lineChanged);
 }

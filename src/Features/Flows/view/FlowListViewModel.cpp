@@ -79,12 +79,11 @@ FlowRow FlowListViewModel::row(const Flow& flow, const QString& from) const {
     const auto blockers = service_.runner().blockers(flow);
     if (!blockers.empty())
         row.problemText = said.text("nodes-page.list.problems", {{"count", blockers.size()}});
-    if (const auto runs = service_.store().runs(flow.id); !runs.empty()) {
-        const FlowNodeOutcome outcome = runs.front().outcome(flow);
+    if (const auto run = service_.store().lastRun(flow.id)) {
+        const FlowNodeOutcome outcome = run->outcome(flow);
         row.lastOutcome = qtText(rawValue(outcome));
         row.lastTitle = said.outcome(outcome);
-        row.lastTime =
-            DayTexts(said.texts(), context_.calendar(), context_.now()).brief(runs.front().startedAt);
+        row.lastTime = DayTexts(said.texts(), context_.calendar(), context_.now()).brief(run->startedAt);
     }
     return row;
 }

@@ -51,9 +51,7 @@ std::shared_ptr<NodesRunner::Run> NodesRunner::makeRun(const Flow& flow, const F
     const AutomationWorld& world = state_->world;
     std::optional<FlowRun> resumed;
     if (how.resume) {
-        for (FlowRun& old : state_->store.runs(flow.id))
-            if (old.id == *how.resume)
-                resumed = std::move(old);
+        resumed = state_->store.run(flow.id, *how.resume);
         if (!resumed)
             return nullptr;
     }

@@ -130,9 +130,7 @@ std::vector<FlowPlanLine> NodesRunner::plan(const Flow& flow, const FlowStart& h
     const Texts texts = world.texts();
     std::optional<FlowRun> resumed;
     if (how.resume)
-        for (FlowRun& old : state_->store.runs(flow.id))
-            if (old.id == *how.resume)
-                resumed = std::move(old);
+        resumed = state_->store.run(flow.id, *how.resume);
     const FlowResults kept = resumed ? resultsToKeep(flow, resumed->results) : FlowResults();
     const FlowValues values = withTokens(state_->valuesFor(how, resumed, world.clock()), texts.language());
     const EngineGraph graph(flow);
