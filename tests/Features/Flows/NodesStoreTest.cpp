@@ -1,4 +1,5 @@
 #include "Features/Flows/NodesStore.h"
+#include "Core/Codec.h"
 
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
