@@ -3,6 +3,7 @@
 #include <array>
 #include <compare>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,7 +21,11 @@ struct Uuid {
     /// The 36-character form, in capitals as it is stored.
     std::string text() const;
 
-    auto operator<=>(const Uuid&) const = default;
+    bool operator==(const Uuid&) const = default;
+    /// Written out, for libc++ up to 16 orders no arrays.
+    std::strong_ordering operator<=>(const Uuid& other) const {
+        return std::memcmp(bytes.data(), other.bytes.data(), bytes.size()) <=> 0;
+    }
 };
 
 } // namespace vh
