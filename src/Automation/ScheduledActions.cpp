@@ -68,7 +68,7 @@ RunRecord cleanWithModule(ActionRun& run) {
     if (!module)
         return notThereYet(run);
     run.control.report(-1, run.texts.text("scheduled-action.scanning"));
-    const ScanReport report = module->scan(run.control);
+    const ScanReport report = module->scan(run.control).settled();
     if (report.items.empty())
         return run.finish(Outcome::success, Message{"scheduled-action.nothing-to-clean", {}});
     run.control.report(-1, run.texts.text("scheduled-action.moving-to-trash"));

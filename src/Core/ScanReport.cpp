@@ -15,6 +15,18 @@ int64_t ScanReport::totalBytes() const {
     return total;
 }
 
+ScanReport ScanReport::settled() const {
+    ScanReport report = *this;
+    std::erase_if(report.items, [](const ScanItem& item) { return item.recency != Recency::settled; });
+    return report;
+}
+
+ScanReport ScanReport::withoutShared() const {
+    ScanReport report = *this;
+    std::erase_if(report.items, [](const ScanItem& item) { return item.recency == Recency::recentInShared; });
+    return report;
+}
+
 CleanSelection CleanSelection::all(const ScanReport& report, RemovalMethod method) {
     CleanSelection selection{{}, method};
     for (const auto& item : report.items)

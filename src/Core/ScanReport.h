@@ -14,6 +14,13 @@
 
 namespace vh {
 
+/// Whether something was in use of late.
+enum class Recency {
+    settled,
+    recent,        ///< used a moment ago: shown, and taken only by who means it
+    recentInShared ///< in a folder that is everybody's, and used since long enough ago: shown only to who asks
+};
+
 /// Something a scan found that can be removed.
 struct ScanItem {
     Uuid id;          ///< made at scan time
@@ -21,6 +28,7 @@ struct ScanItem {
     int64_t byteSize = 0;
     std::string category;
     std::optional<FileIdentity> identity; ///< what lay at the path when it was scanned; never stored
+    Recency recency = Recency::settled;
 };
 
 struct ScanReport {
@@ -30,6 +38,10 @@ struct ScanReport {
 
     /// Ends the program when the sum does not fit 64 bits: no disk holds that much.
     int64_t totalBytes() const;
+    /// Without what was in use of late: what may go when no person chooses.
+    ScanReport settled() const;
+    /// Without what others may still need in a shared folder: what is shown to who did not ask for more.
+    ScanReport withoutShared() const;
 };
 
 /// Which items of a report to remove, and how.
@@ -57,9 +69,15 @@ struct CleanResult {
 };
 
 template <>
+inline constexpr auto describe<Recency> = enumeration<Recency>({{Recency::settled, "settled"},
+                                                                {Recency::recent, "recent"},
+                                                                {Recency::recentInShared, "recentInShared"}});
+
+template <>
 inline constexpr auto describe<ScanItem> = record(field("id", &ScanItem::id), field("path", &ScanItem::path),
                                                   field("byteSize", &ScanItem::byteSize),
-                                                  field("category", &ScanItem::category));
+                                                  field("category", &ScanItem::category),
+                                                  field("recency", &ScanItem::recency).mayBeMissing());
 
 template <>
 inline constexpr auto describe<ScanReport> = record(field("moduleID", &ScanReport::moduleID),

@@ -2,6 +2,7 @@
 
 #include "Platform/FileDescriptor.h"
 #include "Platform/FileMetadata.h"
+#include "Platform/FileUsage.h"
 #include "Platform/Files.h"
 
 #include <optional>
@@ -29,8 +30,10 @@ public:
 
     /// The next entry, never "." or ".."; nothing at the end. Throws SystemError.
     std::optional<Entry> next();
-    /// Bytes of the file called `name`, nothing when it vanished or may not be read.
-    std::optional<int64_t> byteSize(std::string_view name) const;
+    /// Size and times of what is called `name`, a link being itself; nothing when it vanished or may not be looked at.
+    std::optional<FileUsage> usage(std::string_view name) const;
+    /// Of the folder itself.
+    std::optional<FileUsage> usage() const;
     /// Of what is called `name`, a link being itself; nothing when it vanished. Throws SystemError.
     struct Stamp {
         FileType type = FileType::other;

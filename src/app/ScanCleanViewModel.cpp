@@ -136,6 +136,7 @@ ScanItemRow ScanCleanViewModel::rowOf(const ScanItem& item, int64_t largest) con
         .categoryTitle = categoryTitle(item.category),
         .selected = selection_.selected().contains(item.id),
         .isProtected = protectedPaths_.contains(PathAllowlist::normalize(item.path)),
+        .isRecent = item.recency != Recency::settled,
     };
 }
 
@@ -183,6 +184,17 @@ void ScanCleanViewModel::setCategory(const QString& name) {
     rebuildRows();
     emit filterChanged();
     emit selectionChanged();
+}
+
+void ScanCleanViewModel::setShowsRecent(bool value) {
+    if (value == showsRecent_ || !isIdle() || stage_ == Stage::review)
+        return;
+    showsRecent_ = value;
+    showReport(std::move(report_));
+}
+
+int ScanCleanViewModel::recentCount() const {
+    return static_cast<int>(std::ranges::count(report_.items, Recency::recentInShared, &ScanItem::recency));
 }
 
 void ScanCleanViewModel::toggle(const QString& itemId) {
@@ -284,7 +296,8 @@ void ScanCleanViewModel::finishScan(std::future<ScanReport> result) {
 }
 
 void ScanCleanViewModel::showReport(ScanReport report) {
-    selection_.setReport(std::move(report));
+    report_ = std::move(report);
+    selection_.setReport(showsRecent_ ? report_ : report_.withoutShared());
     rebuildRows();
     emit reportChanged();
     emit selectionChanged();
@@ -293,7 +306,7 @@ void ScanCleanViewModel::showReport(ScanReport report) {
 void ScanCleanViewModel::beginWork(std::string_view textKey) {
     clearResult();
     job_.emplace(context_.activity().beginToken(qtText(toolName(context_.texts().current(), module_->id())),
-                                                toolID()));
+                                                toolID(), AtClosing::isAsked));
     setProgress(-1, context_.texts().text(textKey));
     setStage(Stage::working);
 }

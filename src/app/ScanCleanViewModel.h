@@ -40,6 +40,9 @@ class ScanCleanViewModel : public QObject {
     /// Filters what is shown, and what toggleCategory and toggleSelectAll act on; never what is selected already.
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY filterChanged)
     Q_PROPERTY(QString category READ category WRITE setCategory NOTIFY filterChanged)
+    /// Whether what others may still need in a shared folder is offered too, and how many such items there are.
+    Q_PROPERTY(bool showsRecent READ showsRecent WRITE setShowsRecent NOTIFY reportChanged)
+    Q_PROPERTY(int recentCount READ recentCount NOTIFY reportChanged)
     Q_PROPERTY(QAbstractItemModel* items READ items CONSTANT)
     /// Of the whole report.
     Q_PROPERTY(int itemCount READ itemCount NOTIFY reportChanged)
@@ -78,6 +81,9 @@ public:
     void setSearch(const QString& text);
     QString category() const { return category_; }
     void setCategory(const QString& name);
+    bool showsRecent() const { return showsRecent_; }
+    void setShowsRecent(bool value);
+    int recentCount() const;
     QAbstractItemModel* items() { return &rows_; }
     int itemCount() const { return static_cast<int>(selection_.report().items.size()); }
     QString totalText() const;
@@ -149,6 +155,8 @@ private:
     RemovalMethod method_ = RemovalMethod::trash;
     QString search_;
     QString category_;
+    ScanReport report_; ///< all that was found, of which selection_ has what is offered
+    bool showsRecent_ = false;
     ScanSelection selection_;
     RecordListModel<ScanItemRow> rows_;
     std::set<std::string> protectedPaths_;

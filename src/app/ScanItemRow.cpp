@@ -22,6 +22,7 @@ std::span<const RecordListModel<ScanItemRow>::Role> ScanItemRow::roles() {
         Model::role<&ScanItemRow::categoryTitle>("categoryTitle"),
         Model::role<&ScanItemRow::selected>("selected"),
         Model::role<&ScanItemRow::isProtected>("isProtected"),
+        Model::role<&ScanItemRow::isRecent>("isRecent"),
     };
     return table;
 }

@@ -20,6 +20,7 @@ struct ScanItemRow {
     QString categoryTitle;
     bool selected = false;
     bool isProtected = false;
+    bool isRecent = false; ///< in use of late
 
     /// The identifiers are new with every scan.
     const QString& key() const { return path; }

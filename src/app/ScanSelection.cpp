@@ -104,17 +104,25 @@ ScanSelection::Items ScanSelection::foundIn(std::string_view category) const {
     return itemsWhere([&](const ScanItem& item) { return item.category == category && matchesSearch(item); });
 }
 
+ScanSelection::Items ScanSelection::together(const Items& items) {
+    Items settled;
+    std::ranges::copy_if(items, std::back_inserter(settled),
+                         [](const ScanItem* item) { return item->recency == Recency::settled; });
+    return settled.empty() ? items : settled;
+}
+
 Selected ScanSelection::selectionOf(const Items& items) const {
-    const auto count =
-        std::ranges::count_if(items, [&](const ScanItem* item) { return selected_.contains(item->id); });
-    if (count == 0)
+    const auto isSelected = [&](const ScanItem* item) {
+        return selected_.contains(item->id);
+    };
+    if (std::ranges::none_of(items, isSelected))
         return Selected::none;
-    return static_cast<size_t>(count) == items.size() ? Selected::all : Selected::some;
+    return std::ranges::all_of(together(items), isSelected) ? Selected::all : Selected::some;
 }
 
 void ScanSelection::toggleItems(const Items& items) {
     const bool clear = selectionOf(items) == Selected::all;
-    for (const ScanItem* item : items) {
+    for (const ScanItem* item : clear ? items : together(items)) {
         if (clear)
             selected_.erase(item->id);
         else

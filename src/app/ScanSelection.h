@@ -52,6 +52,8 @@ private:
     Items itemsWhere(const std::function<bool(const ScanItem&)>& wanted) const;
     Items foundIn(std::string_view category) const;
     Selected selectionOf(const Items& items) const;
+    /// Of several that are chosen at once, those that are: what was in use of late is chosen one by one.
+    static Items together(const Items& items);
     void toggleItems(const Items& items);
 
     ScanReport report_;

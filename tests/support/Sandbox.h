@@ -12,10 +12,13 @@
 #include "support/TempDir.h"
 
 #include <cstdlib>
+#include <ctime>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
+#include <sys/stat.h>
 
 namespace vh::junk::test {
 
@@ -69,9 +72,20 @@ struct Stores {
     RunStores all() { return {log, files, journals}; }
 };
 
+/// As if nobody had used it for an hour, nor the folders that it lies in.
+inline void age(const fs::path& path) {
+    const timespec hourAgo{::time(nullptr) - 3600, 0};
+    const timespec both[]{hourAgo, hourAgo};
+    for (fs::path each = path;
+         each != each.root_path() && each.filename() != ".cache" && each.filename() != "tmp";
+         each = each.parent_path())
+        ::utimensat(AT_FDCWD, each.c_str(), both, AT_SYMLINK_NOFOLLOW);
+}
+
 inline void write(const std::string& path, std::string_view bytes) {
     fs::create_directories(fs::path(path).parent_path());
     std::ofstream(path) << bytes;
+    age(path);
 }
 
 inline std::set<std::string> paths(const ScanReport& report) {

@@ -1,5 +1,6 @@
 #include "Platform/FolderReader.h"
 
+#include "Platform/Linux/FileUsage.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/StatusMetadata.h"
@@ -73,12 +74,12 @@ std::optional<FolderReader::Entry> FolderReader::next() {
     }
 }
 
-std::optional<int64_t> FolderReader::byteSize(std::string_view name) const {
-    struct statx status {};
-    if (::statx(folder_.get(), std::string(name).c_str(), AT_SYMLINK_NOFOLLOW | AT_STATX_DONT_SYNC,
-                STATX_SIZE, &status) != 0)
-        return std::nullopt;
-    return static_cast<int64_t>(status.stx_size);
+std::optional<FileUsage> FolderReader::usage(std::string_view name) const {
+    return usageAt(folder_.get(), std::string(name).c_str());
+}
+
+std::optional<FileUsage> FolderReader::usage() const {
+    return usageAt(folder_.get(), "");
 }
 
 std::optional<FolderReader::Stamp> FolderReader::stamp(std::string_view name) const {

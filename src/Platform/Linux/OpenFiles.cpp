@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <unistd.h>
 
 namespace vh {
 
@@ -21,6 +22,17 @@ public:
     void addPath(std::string_view path) {
         if (path.starts_with(prefix_))
             children_.emplace(path.substr(prefix_.size(), path.find('/', prefix_.size()) - prefix_.size()));
+    }
+
+    /// Each place where a path below the folder stands in a text, such as "--root=/tmp/build".
+    void addMentioned(std::string_view text) {
+        for (size_t at = text.find(prefix_); at != std::string_view::npos; at = text.find(prefix_, at + 1)) {
+            const std::string_view rest = text.substr(at + prefix_.size());
+            const std::string_view name =
+                rest.substr(0, rest.find_first_of(std::string_view("/\0:\n \"'", 7)));
+            if (!name.empty())
+                children_.emplace(name);
+        }
     }
 
     void addLink(int folder, const std::string& name) {
@@ -37,9 +49,30 @@ private:
     std::set<std::string> children_;
 };
 
+/// The value of TMPDIR in the variables that a process was started with, each ended by a NUL.
+std::string_view temporaryFolderIn(std::string_view variables) {
+    constexpr std::string_view name = "TMPDIR=";
+    while (!variables.empty()) {
+        const std::string_view each = variables.substr(0, variables.find('\0'));
+        if (each.starts_with(name))
+            return each.substr(name.size());
+        variables.remove_prefix(std::min(each.size() + 1, variables.size()));
+    }
+    return {};
+}
+
+void addWords(const std::string& id, ChildGatherer& gatherer) {
+    if (const auto words = readFileIfPresent("/proc/" + id + "/cmdline"))
+        gatherer.addMentioned(*words);
+    if (const auto variables = readFileIfPresent("/proc/" + id + "/environ"))
+        gatherer.addMentioned(temporaryFolderIn(*variables));
+}
+
 /// A process may end, or forbid the look, at any moment: then what it held until here is all there is to say.
-void addProcess(const FolderReader& processes, const std::string& id, ChildGatherer& gatherer) {
+void addProcess(const FolderReader& processes, const std::string& id, bool isOwn, ChildGatherer& gatherer) {
     try {
+        if (!isOwn) // what a person asks this program about is not needed by it
+            addWords(id, gatherer);
         FolderReader files(FolderReader(processes, id), "fd");
         for (const char* link : {"cwd", "root", "exe"})
             gatherer.addLink(processes.descriptor(), id + "/" + link);
@@ -72,10 +105,11 @@ void addSockets(ChildGatherer& gatherer) {
 
 std::set<std::string> childrenInUse(const std::string& folder) {
     ChildGatherer gatherer(folder);
+    const std::string own = std::to_string(::getpid());
     FolderReader processes("/proc");
     while (const auto entry = processes.next())
         if (isProcess(entry->name))
-            addProcess(processes, std::string(entry->name), gatherer);
+            addProcess(processes, std::string(entry->name), entry->name == own, gatherer);
     addSockets(gatherer);
     return gatherer.take();
 }

@@ -54,8 +54,8 @@ private:
     }
 
     void addFile(const FolderReader& reader, std::string name, uint32_t folder) {
-        if (const auto size = reader.byteSize(name)) {
-            found_.items.push_back({std::move(name), folder, false, *size});
+        if (const auto usage = reader.usage(name)) {
+            found_.items.push_back({std::move(name), folder, false, usage->byteSize});
             return;
         }
         try {

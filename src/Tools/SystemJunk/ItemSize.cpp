@@ -23,6 +23,7 @@ public:
         enter([&] { return FolderReader(path); });
         while (!levels_.empty() && entriesLeft_ > 0)
             goOn();
+        size_.isWhole = size_.isWhole && levels_.empty();
         return size_;
     }
 
@@ -30,6 +31,7 @@ private:
     struct Level {
         std::optional<FolderReader> folder; ///< nothing when closed to save descriptors
         std::vector<std::string> waiting;   ///< folders inside that are still to be entered
+        bool isHidden = false;              ///< it counts for the times alone
     };
 
     void goOn() {
@@ -39,18 +41,21 @@ private:
             return leave();
         const std::string name = std::move(level.waiting.back());
         level.waiting.pop_back();
-        enter([&] { return FolderReader(*level.folder, name); });
+        const bool isHidden = level.isHidden || name.starts_with('.');
+        enter([&] { return FolderReader(*level.folder, name); }, isHidden);
     }
 
     /// A folder that vanished or may not be read is left out.
-    void enter(const auto& open) {
+    void enter(const auto& open, bool isHidden = false) {
         try {
-            Level level{open(), {}};
+            Level level{open(), {}, isHidden};
+            take(level.folder->usage());
             count(level);
             if (level.waiting.empty())
                 return;
             levels_.push_back(std::move(level));
         } catch (const SystemError&) {
+            size_.isWhole = false;
             return;
         }
         if (levels_.size() > maxOpenLevels)
@@ -63,22 +68,31 @@ private:
                 const auto entry = level.folder->next();
                 if (!entry)
                     return;
-                if (!entry->name.starts_with('.'))
-                    countEntry(*entry, level);
+                countEntry(*entry, level, level.isHidden || entry->name.starts_with('.'));
             }
         } catch (const SystemError&) {
-            return; // what was read so far counts
+            size_.isWhole = false; // what was read so far counts
         }
     }
 
-    void countEntry(const FolderReader::Entry& entry, Level& level) {
+    void countEntry(const FolderReader::Entry& entry, Level& level, bool isHidden) {
         --entriesLeft_;
-        if (entry.type == FileType::file)
-            add(level.folder->byteSize(entry.name).value_or(0));
-        else if (entry.type == FileType::folder)
+        if (entry.type == FileType::file) {
+            const auto usage = level.folder->usage(entry.name);
+            take(usage);
+            add(usage && !isHidden ? usage->byteSize : 0);
+        } else if (entry.type == FileType::folder) {
             level.waiting.emplace_back(entry.name);
-        else if (entry.type == FileType::socket || entry.type == FileType::other)
+        } else if (!isHidden && (entry.type == FileType::socket || entry.type == FileType::other)) {
             size_.holdsEndpoint = true;
+        }
+    }
+
+    void take(const std::optional<FileUsage>& usage) {
+        if (!usage)
+            return;
+        size_.usedSeconds = std::max(size_.usedSeconds, usage->usedSeconds);
+        size_.touchedSeconds = std::max(size_.touchedSeconds, usage->touchedSeconds);
     }
 
     /// Sparse files can be as large as the type allows.

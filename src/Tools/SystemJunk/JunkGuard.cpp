@@ -1,5 +1,6 @@
 #include "Tools/SystemJunk/JunkGuard.h"
 
+#include "Platform/FileUsage.h"
 #include "Platform/OpenFiles.h"
 #include "Platform/Volumes.h"
 #include "Tools/SystemJunk/LogEntries.h"
@@ -103,7 +104,7 @@ std::optional<JunkCleanerError> JunkGuard::reasonToKeep(const std::string& path,
     if (kind == RootKind::logs && !nameSaysLogs(baseName(configuration_.allowlist.allowedPrefixes()[root])) &&
         !consistsOfLogs(path, status.type))
         return JunkCleanerError(notLogs, path);
-    if (kind == RootKind::temporary && isInUse(name, root))
+    if (kind == RootKind::temporary && (isInUse(name, root) || isLockedFolder(path)))
         return JunkCleanerError(inUse, name);
     return std::nullopt;
 }

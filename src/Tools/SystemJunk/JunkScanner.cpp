@@ -2,8 +2,10 @@
 
 #include "Platform/FolderReader.h"
 #include "Platform/SystemError.h"
+#include "Tools/SystemJunk/ItemRecency.h"
 #include "Tools/SystemJunk/ItemSize.h"
 #include "Tools/SystemJunk/JunkGuard.h"
+#include "Tools/SystemJunk/TemporaryRule.h"
 
 #include <algorithm>
 #include <atomic>
@@ -19,8 +21,8 @@ struct Found {
     std::string path;
     RootKind kind = RootKind::other;
     FileStatus status;
-    bool holdsEndpoint = false;
-    int64_t byteSize = 0;
+    size_t root = 0;
+    ItemSize size = {};
 };
 
 std::vector<std::string> listOf(const std::string& root) {
@@ -59,7 +61,7 @@ private:
         // What the user cannot write, the user cannot clean.
         if (!status || guard_.reasonToKeep(path, root, *status) || !isWritable(path))
             return;
-        found_.push_back({path, configuration_.kinds[root], *status});
+        found_.push_back({path, configuration_.kinds[root], *status, root});
     }
 
     const SystemJunkConfiguration& configuration_;
@@ -102,13 +104,14 @@ private:
     }
 
     void measure(Found& item) const {
-        if (item.status.type != FileType::folder) {
-            item.byteSize = item.status.byteSize;
-            return;
+        if (item.status.type == FileType::folder) {
+            item.size = measureFolder(item.path, maxEntries_, control_.cancel);
+        } else {
+            const FileUsage usage = usageOf(item.path).value_or(FileUsage());
+            item.size.bytes = item.status.byteSize;
+            item.size.usedSeconds = usage.usedSeconds;
+            item.size.touchedSeconds = usage.touchedSeconds;
         }
-        const ItemSize size = measureFolder(item.path, maxEntries_, control_.cancel);
-        item.byteSize = size.bytes;
-        item.holdsEndpoint = size.holdsEndpoint;
     }
 
     void report(size_t index) {
@@ -127,6 +130,14 @@ private:
     std::chrono::steady_clock::time_point reported_{};
 };
 
+/// For each root that is everybody's, how the system ages what lies there.
+std::vector<std::optional<TemporaryRule>> rulesOfShared(const SystemJunkConfiguration& configuration) {
+    std::vector<std::optional<TemporaryRule>> rules;
+    for (const std::string& root : configuration.allowlist.allowedPrefixes())
+        rules.push_back(isSharedFolder(root) ? std::optional(TemporaryRule::ofSystem(root)) : std::nullopt);
+    return rules;
+}
+
 } // namespace
 
 ScanReport JunkScanner::scan(std::string moduleID, const JobControl& control) const {
@@ -134,10 +145,16 @@ ScanReport JunkScanner::scan(std::string moduleID, const JobControl& control) co
     Measuring(found, configuration_.maxFilesToMeasurePerItem, control).run();
 
     ScanReport report{std::move(moduleID), {}, configuration_.clock()};
-    for (Found& item : found)
-        if (!item.holdsEndpoint)
-            report.items.push_back({Uuid::random(), std::move(item.path), item.byteSize,
-                                    std::string(categoryName(item.kind)), item.status.identity});
+    const auto rules = rulesOfShared(configuration_);
+    const int64_t now = std::chrono::floor<std::chrono::seconds>(report.scannedAt).time_since_epoch().count();
+    for (Found& item : found) {
+        const auto& rule = rules[item.root];
+        if (item.size.holdsEndpoint || (rule && rule->keeps(item.path)))
+            continue;
+        const Recency recency = recencyOf(item.size, rule ? std::optional(rule->age) : std::nullopt, now);
+        report.items.push_back({Uuid::random(), std::move(item.path), item.size.bytes,
+                                std::string(categoryName(item.kind)), item.status.identity, recency});
+    }
     std::ranges::stable_sort(report.items, std::greater(), &ScanItem::byteSize);
     return report;
 }

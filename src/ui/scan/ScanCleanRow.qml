@@ -10,11 +10,12 @@ TableRow {
     required property real fraction
     required property bool selected
     required property bool isProtected
+    required property bool isRecent
     required property var model
 
     signal toggled(string id)
 
-    name: model.name + ", " + sizeText + (isProtected ? ", " + Tr.t("cache.protected") : "")
+    name: model.name + ", " + sizeText + (isProtected ? ", " + Tr.t("cache.protected") : "") + (isRecent ? ", " + Tr.t("cache.recent") : "")
     Accessible.checkable: true
     Accessible.checked: selected
     acts: () => [
@@ -55,9 +56,9 @@ TableRow {
                 anchors.left: title.right
                 anchors.leftMargin: Theme.space8
                 anchors.verticalCenter: title.verticalCenter
-                visible: row.isProtected
+                visible: row.isProtected || row.isRecent
                 outcome: "warning"
-                text: Tr.t("cache.protected")
+                text: row.isProtected ? Tr.t("cache.protected") : Tr.t("cache.recent")
             }
         }
         Label {

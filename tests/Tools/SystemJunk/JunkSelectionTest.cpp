@@ -50,5 +50,19 @@ TEST(JunkSelection, TakesOnlyWhatTheScanShowed) {
     }
 }
 
+TEST(JunkSelection, LeavesWhatWasInUseOfLateUnlessItIsNamed) {
+    ScanReport report = sample();
+    report.items[0].recency = Recency::recent;
+    report.items[1].recency = Recency::recentInShared;
+    const auto chosen = [&](const JunkWords& words) {
+        return pathsOf(selectJunk(report, words, "/"));
+    };
+    EXPECT_EQ(chosen({.all = true}), std::vector<std::string>{"/home/a/.cache/small"});
+    EXPECT_EQ(selectJunk(report, {.all = true}, "/").leftOut, 2u);
+    EXPECT_EQ(chosen({.categories = {"caches"}}), std::vector<std::string>{"/home/a/.cache/small"});
+    EXPECT_EQ(chosen({.paths = {"/tmp/render"}}), std::vector<std::string>{"/tmp/render"});
+    EXPECT_EQ(chosen({.all = true, .recent = true}).size(), 3u);
+}
+
 } // namespace
 } // namespace vh::cli

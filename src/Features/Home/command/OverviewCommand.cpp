@@ -76,7 +76,8 @@ std::vector<JunkCategory> byCategory(const ScanReport& report) {
 Overview look(Context& context) {
     app::Session& session = context.session;
     ProgressLine line;
-    const ScanReport report = session.registry().module("system-junk")->scan(line.control(context.cancel));
+    const ScanReport report =
+        session.registry().module("system-junk")->scan(line.control(context.cancel)).settled();
     return {RunLog::thisComputer(), systemName(), mountedVolumes(), byCategory(report),
             session.runLog().recent(shownRuns)};
 }

@@ -72,7 +72,7 @@ OptimizeCheck::Check OptimizeCheck::lookAtItems(ScheduledAction action) {
                          }},
                         [found, module = parts_.world.module(rawValue(action))](const JobControl& control) {
                             try {
-                                found->report = module->scan(control);
+                                found->report = module->scan(control).settled();
                             } catch (const std::exception& error) {
                                 found->error = error.what();
                             }

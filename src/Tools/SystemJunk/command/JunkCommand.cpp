@@ -70,13 +70,18 @@ void printItems(const std::vector<ScanItem>& items, const Texts& texts) {
                  {texts.text("cli.column.path"), Align::left, true}});
     for (const ScanItem& item : items)
         table.add({sizeText(item.byteSize, texts.language()), texts.text("scan.category." + item.category),
-                   printable(item.path)});
+                   printable(item.path) +
+                       (item.recency == Recency::settled ? "" : " (" + texts.text("cache.recent") + ")")});
     print(table.text(outputWidth()));
 }
 
-Exit scanJunk(Context& context) {
+ScanReport offered(const ScanReport& report, bool isRecentWanted) {
+    return isRecentWanted ? report : report.withoutShared();
+}
+
+Exit scanJunk(Context& context, bool isRecentWanted) {
     const auto module = junkModule(context);
-    const ScanReport report = scanReport(context, *module);
+    const ScanReport report = offered(scanReport(context, *module), isRecentWanted);
     if (context.format == Format::json) {
         printJson(report);
         return Exit::done;
@@ -126,13 +131,15 @@ Exit cleanJunk(Context& context, const CleanOptions& options) {
         return Exit::usage;
     }
     const auto module = junkModule(context);
-    const ScanReport report = scanReport(context, *module);
+    const ScanReport report = offered(scanReport(context, *module), options.words.recent);
     const auto folder = std::filesystem::current_path().native();
     const JunkSelection selection = selectJunk(report, options.words, folder);
     for (const std::string& word : selection.unmatched)
         complain(texts.text("cli.junk.unmatched", {{"word", printable(word)}}));
     if (!selection.unmatched.empty())
         return Exit::failed;
+    if (selection.leftOut > 0)
+        complain(texts.text("cli.junk.left-recent", {{"count", selection.leftOut}}));
     if (selection.items.empty()) {
         if (context.format == Format::json)
             printJson(CleanReply{.summary = texts.text("cli.junk.nothing")});
@@ -159,7 +166,10 @@ Exit cleanJunk(Context& context, const CleanOptions& options) {
 } // namespace
 
 void describeJunk(Verb& noun, CommandLine& line) {
-    line.on(noun.verb("scan", line.text("cli.junk.scan")), scanJunk);
+    Verb& scan = noun.verb("scan", line.text("cli.junk.scan"));
+    auto isRecentWanted = std::make_shared<bool>(false);
+    scan.option("--recent", isRecentWanted.get(), line.text("cli.junk.recent"));
+    line.on(scan, [isRecentWanted](Context& context) { return scanJunk(context, *isRecentWanted); });
 
     auto options = std::make_shared<CleanOptions>();
     Verb& clean = noun.verb("clean", line.text("cli.junk.clean"));
@@ -168,6 +178,7 @@ void describeJunk(Verb& noun, CommandLine& line) {
         .valueName("NAME")
         .many();
     clean.option("--path", &options->words.paths, line.text("cli.junk.path")).valueName("PATH").many();
+    clean.option("--recent", &options->words.recent, line.text("cli.junk.recent"));
     clean.option("--permanent", &options->permanent, line.text("cli.junk.permanent"));
     line.onChange(clean, [options](Context& context) { return cleanJunk(context, *options); });
     noun.example("varnholt junk scan");

@@ -88,9 +88,20 @@ Page {
         Label {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            visible: parent.width > Theme.wideWidth
+            visible: parent.width > Theme.wideWidth && !recent.visible
             text: Tr.t("cache.largest-first")
             color: Theme.second
+        }
+        CheckBox {
+            id: recent
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            visible: page.junk.recentCount > 0
+            text: Tr.t("cache.show-recent", {count: page.junk.recentCount})
+            checked: page.junk.showsRecent
+            // The view-model says whether it is checked; the box only asks.
+            nextCheckState: () => checkState
+            onClicked: page.junk.showsRecent = !page.junk.showsRecent
         }
     }
 
