@@ -197,8 +197,8 @@ TEST(FolderReader, listsNamesOfAnyBytesWithTheirTypes) {
                                             testing::Pair("bad\xff\nname", FileType::file),
                                             testing::Pair("sub", FileType::folder),
                                             testing::Pair("link", FileType::link)));
-    EXPECT_EQ(reader.byteSize("file"), 5);
-    EXPECT_EQ(reader.byteSize("gone"), std::nullopt);
+    EXPECT_EQ(reader.usage("file").value().byteSize, 5);
+    EXPECT_FALSE(reader.usage("gone"));
     EXPECT_FALSE(FolderReader(reader, "sub").next());
     EXPECT_THROW(FolderReader(reader, "link"), SystemError);
     for (int i = 0; i < 3000; ++i)
