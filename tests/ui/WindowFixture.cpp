@@ -2,6 +2,8 @@
 
 #include "ui/PageStates.h"
 
+#include "support/Sandbox.h"
+
 #include <QAccessible>
 #include <QDir>
 #include <QDropEvent>
@@ -85,6 +87,8 @@ void WindowFixture::fillCaches() {
         QFile file(folder + QStringLiteral("/data"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_EQ(file.write(QByteArray(size, 'x')), size);
+        file.close();
+        junk::test::age(file.fileName().toStdString()); // what is in use of late would be left alone
     }
 }
 
