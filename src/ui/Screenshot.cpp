@@ -1,6 +1,6 @@
 #include "ui/Screenshot.h"
 
-#include "ui/PageStates.h"
+#include "ui/PageLooks.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -46,10 +46,10 @@ QString takeScreenshot(QQuickWindow& window, const QString& file, const QString&
     if (!waitUntil(isSettled))
         return QStringLiteral("The page did not come to rest within a minute.");
     if (!state.isEmpty()) {
-        if (!showState(window, state))
+        if (!showLook(window, state))
             return QStringLiteral(
                        "This page has no state \"%1\", or nothing to show in it. Its states are: %2.")
-                .arg(state, statesOf(window.property("page").toString()).join(QStringLiteral(", ")));
+                .arg(state, looksOf(window).join(QStringLiteral(", ")));
         if (!waitUntil(isSettled))
             return QStringLiteral("The page did not come to rest within a minute.");
     }

@@ -1,6 +1,5 @@
 #include "Automation/ScheduledActions.h"
 
-#include "Platform/Files.h"
 #include "support/TestWorld.h"
 
 #include <gtest/gtest.h>
@@ -62,13 +61,7 @@ TEST_F(ScheduledActionsTest, EverythingEndsAsARecord) {
          "privacy-cleaner",
          {},
          "“Clear browsing traces” cannot run yet in this version. Nothing was done."},
-        {"sync",
-         "sync",
-         {{"pair", Uuid::random().text()}},
-         "There is no such pair of folders any more: choose one in the schedule."},
         {"backups", "backups", {}, "“Back up” cannot run yet in this version. Nothing was done."},
-        {"maintenance", "maintenance", {}, "No maintenance task is chosen."},
-        {"maintenance", "maintenance", {{"tasks", "bogus,,Flush-DNS"}}, "No maintenance task is chosen."},
         {"nodes", "nodes-flow", {{"flow", "F"}}, "There is no action “nodes-flow”."},
     };
     for (const Row& row : rows) {
@@ -79,69 +72,6 @@ TEST_F(ScheduledActionsTest, EverythingEndsAsARecord) {
         EXPECT_EQ(record.metric(RunMetric::errors), 1) << row.summary;
         EXPECT_TRUE(world.log.find(record.id)) << row.summary;
     }
-}
-
-TEST_F(ScheduledActionsTest, SyncsThePairOfItsPayload) {
-    for (const char* folder : {"from", "to"})
-        makeFolders(dir / folder);
-    const ScheduledTask task{
-        .toolID = "sync",
-        .actionID = "sync",
-        .payload = {{"source", dir / "from"}, {"destination", dir / "to"}, {"flow", "F"}}};
-    EXPECT_EQ(run(task).summary, "“from → to” is up to date.");
-    EXPECT_EQ(said.front(), "Syncing from → to");
-    writeFileAtomically(dir / "from/file", "text");
-    const RunRecord record = run(task, Trigger::flow);
-    EXPECT_EQ(record.summary, "1 new, 0 changed, 0 moved to the Trash.");
-    EXPECT_EQ(record.trigger, Trigger::flow);
-    EXPECT_EQ(record.detail(RunDetail::flow), "F");
-    EXPECT_TRUE(actions.isThere(ScheduledAction::folderSync));
-}
-
-TEST_F(ScheduledActionsTest, MaintenanceRunsWhatItCanAndNamesTheRest) {
-    const auto rawPlan = world.chores.planOf;
-    world.chores.planOf = [&](MaintenanceTask task) {
-        if (task == MaintenanceTask::restartDock)
-            return helper::MaintenancePlan{
-                {}, helper::MaintenancePlan::Hindrance::programs, {"no-such-panel"}};
-        if (task == MaintenanceTask::resetQuickLook)
-            return helper::MaintenancePlan{{{"/bin/sh", {"-c", "yes long line | head -c 9000; exit 7"}}}};
-        return rawPlan(task);
-    };
-    struct Row {
-        const char* tasks;
-        Outcome outcome;
-        int done, errors;
-        std::vector<const char*> named;
-    };
-    const Row rows[] = {
-        {"rebuild-launchservices, clear-font-caches ,bogus,clear-font-caches",
-         Outcome::success,
-         2,
-         0,
-         {"2 tasks done."}},
-        {"purge-memory", Outcome::failed, 0, 1, {"1 task needs the privileged helper"}},
-        {"purge-memory,clear-font-caches", Outcome::warning, 1, 1, {"1 task done.", "privileged helper"}},
-        {"restart-dock,reset-quicklook,clear-font-caches", Outcome::warning, 1, 2, {"no-such-panel"}},
-    };
-    for (const Row& row : rows) {
-        const RunRecord record =
-            run({.toolID = "maintenance", .actionID = "maintenance", .payload = {{"tasks", row.tasks}}});
-        EXPECT_EQ(record.outcome, row.outcome) << record.summary;
-        EXPECT_EQ(record.metric(RunMetric::itemsProcessed), row.done) << record.summary;
-        EXPECT_EQ(record.metric(RunMetric::errors), row.errors) << record.summary;
-        for (const char* words : row.named)
-            EXPECT_NE(record.summary.find(words), std::string::npos) << record.summary;
-    }
-    const std::string output = world.log.last("maintenance")->detail(RunDetail::output).value_or("");
-    EXPECT_NE(output.find("exit 7"), std::string::npos) << "how a task ended stands last";
-    EXPECT_NE(output.find("clear-font-caches"), std::string::npos);
-    EXPECT_LT(output.size(), 4000u);
-    cancel.cancel();
-    EXPECT_EQ(
-        run({.toolID = "maintenance", .actionID = "maintenance", .payload = {{"tasks", "clear-font-caches"}}})
-            .outcome,
-        Outcome::cancelled);
 }
 
 TEST_F(ScheduledActionsTest, AFlowIsRunByWhoRunsFlows) {

@@ -17,11 +17,13 @@ Keys patternsOf(Language language) {
     Keys patterns;
     const std::string folder = fmt::format("strings/{}/", code(language));
     for (const char* root : {"resources", "src"})
-        for (const auto& file : filesUnder(root, {".json"}))
-            if (file.path.find(folder) != std::string::npos)
-                for (const auto& [key, pattern] : decodeJson<Keys>(file.text))
-                    EXPECT_TRUE(patterns.emplace(key, pattern).second)
-                        << key << " stands twice in " << code(language);
+        for (const auto& file : filesUnder(root, {".json"})) {
+            if (file.path.find(folder) == std::string::npos)
+                continue;
+            for (const auto& [key, pattern] : decodeJson<Keys>(file.text))
+                EXPECT_TRUE(patterns.emplace(key, pattern).second)
+                    << key << " stands twice in " << code(language);
+        }
     return patterns;
 }
 

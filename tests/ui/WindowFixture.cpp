@@ -1,6 +1,6 @@
 #include "ui/WindowFixture.h"
 
-#include "ui/PageStates.h"
+#include "ui/PageLooks.h"
 
 #include "support/Sandbox.h"
 
@@ -108,8 +108,8 @@ void WindowFixture::openPage(const QString& id) {
               [&] { return window_->quickWindow().property("settled").toBool(); });
 }
 
-bool WindowFixture::showState(const QString& name) {
-    return ui::showState(window_->quickWindow(), name);
+bool WindowFixture::showLook(const QString& name) {
+    return ui::showLook(window_->quickWindow(), name);
 }
 
 void WindowFixture::inPage(const QString& way) {

@@ -36,8 +36,8 @@ protected:
     ui::Window& window() { return *window_; }
     /// Opens a page and waits until it has nothing under way.
     void openPage(const QString& id);
-    /// False when the page has no such state.
-    bool showState(const QString& name);
+    /// False when the page has no such look, or nothing to show in it.
+    bool showLook(const QString& name);
     /// What a person does, in the words of the page's own file.
     void inPage(const QString& way);
     void waitUntil(const char* what, const std::function<bool()>& holds);

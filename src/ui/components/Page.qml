@@ -22,6 +22,10 @@ FocusScope {
     // A page that has nothing under way; a picture of it may be taken.
     property bool settled: true
 
+    // What of the page can be pictured and tested beside its first sight, each a name and what a person would do for it;
+    // false where there is nothing to show. None runs, writes or removes anything.
+    property var looks: ({})
+
     // Asks the shell for another page, and to say something in passing.
     signal navigate(string id)
     signal said(string text)

@@ -17,6 +17,11 @@ Page {
 
     title: Tr.t("shell.page.activity")
     line: Tr.t("activity.line")
+    looks: ({
+        export: () => activity.runCount > 0 && (exportSheet.open(), true),
+        details: () => table.count > 0 && (table.focusRow(0), table.opened(0), true),
+        menu: () => table.count > 0 && (table.focusRow(0), table.list.currentItem.offerActs(60, 30), true)
+    })
 
     actions: Button {
         iconName: "square.and.arrow.up"

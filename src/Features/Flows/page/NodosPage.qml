@@ -39,6 +39,10 @@ Page {
 
     title: editor.isOpen ? editor.name : Tr.t("shell.page.nodos")
     line: editor.isOpen ? editor.line : Tr.t("nodes-page.line")
+    looks: ({
+        chosen: () => flows.count > 0 && (list.item.focusFlow(flows.flows.data(flows.flows.index(0, 0), Qt.UserRole)), true),
+        editor: () => flows.count > 0 && openFlow(flows.flows.data(flows.flows.index(0, 0), Qt.UserRole))
+    })
     footShown: !editor.isOpen && flows.count > 0
     Component.onDestruction: editor.close()
 

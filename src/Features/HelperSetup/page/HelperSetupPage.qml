@@ -34,6 +34,9 @@ Page {
 
     title: Tr.t("helper-setup.title")
     line: Tr.t("helper-setup.line")
+    looks: ({
+        remove: () => removal.open()
+    })
     scrolls: true
     settled: helper.act === ""
     Component.onCompleted: helper.look()

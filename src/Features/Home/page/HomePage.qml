@@ -14,6 +14,13 @@ Page {
 
     title: home.greeting
     line: home.hostLine
+    looks: ({
+        "all-tools": () => { allTools = true; },
+        absent: () => { absentShown = true; },
+        profile: () => profile.open(),
+        check: () => checks.open(),
+        last: () => optimize.lastText !== "" && (last.open(), true)
+    })
     scrolls: true
     settled: !optimize.isChecking && !optimize.isRunning
 

@@ -42,6 +42,13 @@ Page {
 
     title: Tr.t("shell.page.schedules")
     line: schedules.leadText
+    looks: ({
+        new: () => edit(""),
+        maintenance: () => { edit(""); form.put("action", "maintenance"); },
+        selected: () => table.count > 0 && (table.focusRow(0), true),
+        edit: () => table.count > 0 && (table.focusRow(0), change(), true),
+        remove: () => table.count > 0 && (table.focusRow(0), removal.open(), true)
+    })
     footShown: table.count > 0
 
     actions: Button {

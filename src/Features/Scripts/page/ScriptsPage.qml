@@ -12,6 +12,11 @@ Page {
 
     title: Tr.t("scripts.title")
     line: Tr.t("scripts.line")
+    looks: ({
+        new: () => scripts.create(),
+        open: () => table.count > 0 && (scripts.open(scripts.scripts[0].name), true),
+        remove: () => table.count > 0 && (scripts.open(scripts.scripts[0].name), removal.open(), true)
+    })
     settled: !scripts.isRunning
 
     actions: Button {

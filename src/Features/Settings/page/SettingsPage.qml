@@ -8,6 +8,10 @@ Page {
 
     title: Tr.t("shell.page.settings")
     line: Tr.t("settings.line")
+    looks: ({
+        move: () => moveSheet.open(),
+        "follow-ups": () => followUps.show("system-junk")
+    })
     scrolls: true
 
     Column {

@@ -11,6 +11,9 @@ Page {
 
     title: App.shell.tool("fast-copy").name
     line: Tr.t("copy-page.line")
+    looks: ({
+        disks: () => disks.openAt(choice)
+    })
     scrolls: true
     settled: !copying.isLooking
     footShown: isChosen

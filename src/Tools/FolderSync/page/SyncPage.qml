@@ -36,6 +36,12 @@ Page {
 
     title: App.shell.tool("sync").name
     line: hasPairs ? folderSync.countText : Tr.t("sync-page.line")
+    looks: ({
+        form: () => form.edit("", []),
+        chosen: () => hasPairs,
+        plan: () => hasPairs && (folderSync.compare(), true),
+        remove: () => hasPairs && (removal.open(), true)
+    })
     settled: folderSync.phase !== "planning"
     footShown: hasPairs
     footRoom: bottom.implicitHeight

@@ -23,6 +23,9 @@ Page {
 
     title: App.shell.tool("maintenance").name
     line: Tr.t("maintenance-page.line")
+    looks: ({
+        selected: () => table.count > 0 && (table.focusRow(0), true)
+    })
     settled: !maintenance.isLoading
     Component.onCompleted: maintenance.refresh()
 

@@ -18,6 +18,10 @@ Page {
 
     title: App.shell.tool("system-junk").name
     line: Tr.t("cache.line")
+    looks: ({
+        selected: () => junk.itemCount > 0 && (junk.toggleSelectAll(), true),
+        review: () => junk.itemCount > 0 && (junk.toggleSelectAll(), junk.review(), true)
+    })
     settled: !busy
     footShown: !isEmpty
     Component.onCompleted: if (junk.stage === "idle" && !junk.isScanning) junk.scan()

@@ -19,7 +19,7 @@ protected:
         openPage("nodos");
         QString made;
         QMetaObject::invokeMethod(window().app().model("flows"), "create", Q_RETURN_ARG(QString, made));
-        ASSERT_TRUE(showState("editor"));
+        ASSERT_TRUE(showLook("editor"));
         ASSERT_EQ(editor().property("flowId").toString(), made);
     }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# bench/copy.sh [BIN] [FOLDER] [MEBIBYTES] [FILES] [RUNS]: `varnholt copy` as a whole process against `cp`, `cp -a` and
+# copy.sh [BIN] [FOLDER] [MEBIBYTES] [FILES] [RUNS]: `varnholt copy` as a whole process against `cp`, `cp -a` and
 # `sha256sum`, in turn, below FOLDER (a disk: /var/tmp; in memory: /dev/shm): one file of MEBIBYTES (4096) to one and to
 # three places, FILES (100,000) files of 4 KiB to one and to three, and both with verification to three. Cold, with
 # nothing of the source in memory and everything flushed within the time, where the folder lies on a disk and this may

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# bench/device_image.sh [BIN] [MEBIBYTES] [FOLDER]: images a loop device, hashing it meanwhile, against `dd bs=4M` of the
+# device_image.sh [BIN] [MEBIBYTES] [FOLDER]: images a loop device, hashing it meanwhile, against `dd bs=4M` of the
 # same device and against dd followed by sha256sum; in turn, everything flushed, five runs. Needs root. Prints the
 # medians.
 set -euo pipefail

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# bench/junk_scan.sh [BIN]: scans 200,000 files in 2,000 folders, each folder an item, against `du -s` on the same tree,
+# junk_scan.sh [BIN]: scans 200,000 files in 2,000 folders, each folder an item, against `du -s` on the same tree,
 # both warm and in turn. Prints the medians of 15 runs each; fails when the scan is the slower one.
 set -euo pipefail
 bin=$(realpath "${1:-build/release/bin}")

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# bench/hash.sh [BIN] [MEBIBYTES]: hashes a file in memory (2,048) against `openssl dgst` and `xxhsum`, each
+# hash.sh [BIN] [MEBIBYTES]: hashes a file in memory (2,048) against `openssl dgst` and `xxhsum`, each
 # as a whole process, in turn, nine runs. Prints the medians and how fast ours is against the other; fails when SHA-256 is
 # slower than 0.95 of openssl or XXH64 slower than 0.9 of xxhsum.
 set -euo pipefail

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# bench/sync_plan.sh [BIN] [FOLDER] [FILES] [CHANGES]: `varnholt sync` as a whole process against rsync, in turn, below
+# sync_plan.sh [BIN] [FOLDER] [FILES] [CHANGES]: `varnholt sync` as a whole process against rsync, in turn, below
 # FOLDER (a disk: /var/tmp; in memory: /dev/shm): the plan of two equal trees of FILES files (200,000) against
 # `rsync -rtn --delete`, then CHANGES changes (20,000: four tenths new, four changed, two gone) against
 # `rsync -a --delete`. Cold, with nothing of either tree in memory and what is written flushed within the time, where the folder lies
@@ -9,7 +9,7 @@ set -euo pipefail
 bin=$(realpath "${1:-build/release/bin}")
 files=${3:-200000}
 changes=${4:-20000}
-for program in varnholt sync_bench; do
+for program in varnholt timed_run; do
     [ -x "$bin/$program" ] || { echo "$bin/$program is not built" >&2; exit 1; }
 done
 command -v rsync >/dev/null || { echo "rsync is needed" >&2; exit 1; }
@@ -50,7 +50,7 @@ prepare() { # STATE
 }
 timed() { # STATE COMMAND…: its microseconds and its memory; a cold one that writes ends when the disk has all
     local start=$EPOCHREALTIME end memory
-    read -r _ memory < <("$bin/sync_bench" "${@:2}") || { echo "failed: ${*:2}" >&2; exit 1; }
+    read -r _ memory < <("$bin/timed_run" "${@:2}") || { echo "failed: ${*:2}" >&2; exit 1; }
     [ "$1" = warm ] || sync
     end=$EPOCHREALTIME
     echo $((${end/./} - ${start/./})) "$memory"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# bench/startup.sh [BIN]: time from start to end of commands that only look, against `rsync --version` in the same run.
+# startup.sh [BIN]: time from start to end of commands that only look, against `rsync --version` in the same run.
 # Prints the median of 40 runs each and the ratio. A log of 20,000 runs stands in the sandbox home.
 set -euo pipefail
 command -v rsync >/dev/null || { echo "startup.sh: rsync is not installed, and there is nothing to compare with" >&2; exit 1; }

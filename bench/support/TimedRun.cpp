@@ -1,4 +1,4 @@
-// sync_bench COMMAND…: runs a program, its output thrown away. Prints its microseconds and the bytes of memory it took at
+// timed_run COMMAND…: runs a program, its output thrown away. Prints its microseconds and the bytes of memory it took at
 // most; ends as it did.
 #include <cerrno>
 #include <chrono>
