@@ -35,11 +35,19 @@ struct PageRow {
     const char* jobsOf = "";
 };
 
+/// A part of another page: the card of "home" (one), cards in "settings", what stands beside a review in "scan". The page
+/// makes room for what is there and knows no name of it.
+struct PartRow {
+    const char* place;
+    const char* file; ///< in its feature's page/, without ".qml"
+};
+
 /// What a tool or feature offers to the window: its view/Offer.cpp defines one, by the folder's name and "View" in the
 /// namespace vh::features.
 struct ViewOffer {
     std::span<const PageRow> pages = {};
     std::span<const ModelRow> models = {};
+    std::span<const PartRow> parts = {};
 };
 
 /// Those of all features of the product, in its order.

@@ -82,6 +82,15 @@ QObject* App::model(const QString& name) {
     return nullptr;
 }
 
+QStringList App::parts(const QString& place) const {
+    QStringList files;
+    for (const app::ViewOffer* offer : app::viewOffers())
+        for (const app::PartRow& row : offer->parts)
+            if (place == QLatin1String(row.place))
+                files << QLatin1String(row.file);
+    return files;
+}
+
 QVariantMap App::pages() const {
     QVariantMap files;
     for (const app::ViewOffer* offer : app::viewOffers())

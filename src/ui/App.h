@@ -57,6 +57,8 @@ public:
     /// The view-model that a feature offers by this name; nothing for any other.
     Q_INVOKABLE QObject* model(const QString& name);
     Q_INVOKABLE QObject* scanClean(const QString& moduleId);
+    /// The files of what features put into a place of another page, in the product's order.
+    Q_INVOKABLE QStringList parts(const QString& place) const;
     /// The file of each page, by its identifier.
     QVariantMap pages() const;
 

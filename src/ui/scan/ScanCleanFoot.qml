@@ -28,9 +28,13 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.space16
 
-        FollowUpButton {
+        Row {
             visible: foot.width > Theme.wideWidth
-            toolId: foot.junk.toolID
+
+            Parts {
+                place: "scan"
+                given: ({toolId: foot.junk.toolID})
+            }
         }
         SegmentedControl {
             anchors.verticalCenter: parent.verticalCenter

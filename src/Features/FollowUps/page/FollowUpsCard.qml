@@ -5,6 +5,8 @@ import Varnholt
 SettingsCard {
     id: card
 
+    required property Page page
+    readonly property var looks: ({"follow-ups": () => show(followUps.tools[0].id)})
     readonly property var followUps: App.model("followUps")
 
     function show(tool: string) {

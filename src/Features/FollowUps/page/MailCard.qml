@@ -5,6 +5,8 @@ import Varnholt
 SettingsCard {
     id: card
 
+    required property Page page
+    readonly property var looks: ({})
     readonly property var mail: App.model("mail")
     // What is filled in begins at one edge.
     readonly property int column: Theme.paneWidth

@@ -14,10 +14,11 @@ std::unique_ptr<QObject> makeHelper(const app::ViewParts& parts) {
 
 constexpr app::PageRow pages[]{{"helper", "HelperSetupPage"}};
 constexpr app::ModelRow models[]{{"helper", makeHelper}};
+constexpr app::PartRow parts[]{{"settings", "HelperCard"}};
 
 } // namespace
 
 extern const app::ViewOffer HelperSetupView;
-constinit const app::ViewOffer HelperSetupView{.pages = pages, .models = models};
+constinit const app::ViewOffer HelperSetupView{.pages = pages, .models = models, .parts = parts};
 
 } // namespace vh::features

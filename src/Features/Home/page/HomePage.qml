@@ -5,7 +5,6 @@ Page {
     id: page
 
     readonly property var home: App.model("home")
-    readonly property var optimize: App.model("optimize")
     property bool allTools: false
     // What this version lacks, folded away until asked for.
     property bool absentShown: false
@@ -14,15 +13,12 @@ Page {
 
     title: home.greeting
     line: home.hostLine
-    looks: ({
+    looks: Object.assign({
         "all-tools": () => { allTools = true; },
-        absent: () => { absentShown = true; },
-        profile: () => profile.open(),
-        check: () => checks.open(),
-        last: () => optimize.lastText !== "" && (last.open(), true)
-    })
+        absent: () => { absentShown = true; }
+    }, mainCard.looks)
     scrolls: true
-    settled: !optimize.isChecking && !optimize.isRunning
+    settled: !mainCard.item || mainCard.item.settled
 
     // A tile has room for two lines.
     function firstSentence(text: string): string {
@@ -35,39 +31,37 @@ Page {
         width: parent.width
         spacing: Theme.space16
 
-        // The one button and the disks side by side, what runs under the shorter of them; all below each other where
+        // The main card and the disks side by side, what runs under the shorter of them; all below each other where
         // the window is narrow.
         Item {
             id: top
-            readonly property bool stacked: body.width < Theme.sheetWidth
+            readonly property bool stacked: body.width < Theme.sheetWidth || mainCard.file === ""
             readonly property int gap: Theme.space16
-            readonly property bool runsRight: stacked || disks.implicitHeight < optimizeCard.implicitHeight
-            readonly property real leftHeight: optimizeCard.implicitHeight + (runsRight ? 0 : gap + running.implicitHeight)
+            readonly property bool runsRight: stacked || disks.implicitHeight < mainCard.implicitHeight
+            readonly property real leftHeight: mainCard.implicitHeight + (runsRight ? 0 : gap + running.implicitHeight)
             readonly property real rightHeight: disks.implicitHeight + (runsRight ? gap + running.implicitHeight : 0)
 
             width: parent.width
             height: stacked ? leftHeight + gap + rightHeight : Math.max(leftHeight, rightHeight)
 
-            OptimizeCard {
-                id: optimizeCard
+            Part {
+                id: mainCard
+                file: App.parts("home")[0] ?? ""
+                given: ({page: page})
                 width: top.stacked ? parent.width : Math.round((parent.width - top.gap) * Theme.mainShare)
                 height: top.stacked || !top.runsRight ? implicitHeight : parent.height
-                optimize: page.optimize
-                onProfileWanted: profile.open()
-                onCheckWanted: checks.open()
-                onResultWanted: last.open()
             }
             DiskCard {
                 id: disks
                 x: top.stacked ? 0 : parent.width - width
-                y: top.stacked ? optimizeCard.height + top.gap : 0
-                width: top.stacked ? parent.width : parent.width - top.gap - optimizeCard.width
+                y: top.stacked ? mainCard.height + top.gap : 0
+                width: top.stacked ? parent.width : parent.width - top.gap - mainCard.width
                 height: top.runsRight ? implicitHeight : parent.height
                 disks: page.home.disks
             }
             RunningCard {
                 id: running
-                readonly property Item above: top.runsRight ? disks : optimizeCard
+                readonly property Item above: top.runsRight ? disks : mainCard
 
                 x: above.x
                 y: above.y + above.height + top.gap
@@ -158,23 +152,5 @@ Page {
             runs: page.home.recent
             onOpened: page.navigate("activity")
         }
-    }
-
-    OptimizeProfileSheet {
-        id: profile
-        optimize: page.optimize
-    }
-    OptimizeCheckSheet {
-        id: checks
-        optimize: page.optimize
-        onHelperWanted: page.navigate("helper")
-    }
-    OptimizeResultSheet {
-        id: last
-        optimize: page.optimize
-    }
-    Connections {
-        target: page.optimize
-        function onSaid(text: string) { page.said(text); }
     }
 }

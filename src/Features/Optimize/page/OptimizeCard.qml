@@ -5,13 +5,16 @@ import Varnholt
 Card {
     id: card
 
-    required property var optimize
+    required property Page page
+    readonly property var optimize: App.model("optimize")
+    readonly property bool settled: !optimize.isChecking && !optimize.isRunning
+    readonly property var looks: ({
+        profile: () => profile.open(),
+        check: () => checks.open(),
+        last: () => optimize.lastText !== "" && (result.open(), true)
+    })
     // One line of text, or two where there is little room.
     readonly property int lines: width < Theme.textWidth ? 2 : 1
-
-    signal profileWanted
-    signal checkWanted
-    signal resultWanted
 
     implicitHeight: Theme.topCardHeight + (lines - 1) * words.lineHeight + buttons.height - Theme.fieldHeight
     Accessible.role: Accessible.Pane
@@ -59,7 +62,7 @@ Card {
         kind: "quiet"
         height: Theme.space24
         text: Tr.t("home.optimize.last")
-        onClicked: card.resultWanted()
+        onClicked: result.open()
     }
     ProgressBelt {
         anchors.top: words.bottom
@@ -91,14 +94,14 @@ Card {
         Button {
             text: Tr.t("home.optimize.check")
             enabled: !card.optimize.isRunning && card.optimize.hasSteps
-            onClicked: card.checkWanted()
+            onClicked: checks.open()
         }
         IconButton {
             height: Theme.fieldHeight
             iconName: "gearshape"
             text: Tr.t("home.optimize.profile")
             enabled: !card.optimize.isRunning
-            onClicked: card.profileWanted()
+            onClicked: profile.open()
         }
     }
     Label {
@@ -109,5 +112,23 @@ Card {
         text: card.optimize.isRunning ? card.optimize.elapsedText : card.optimize.freedText
         color: Theme.second
         horizontalAlignment: Text.AlignRight
+    }
+
+    OptimizeProfileSheet {
+        id: profile
+        optimize: card.optimize
+    }
+    OptimizeCheckSheet {
+        id: checks
+        optimize: card.optimize
+        onHelperWanted: card.page.navigate("helper")
+    }
+    OptimizeResultSheet {
+        id: result
+        optimize: card.optimize
+    }
+    Connections {
+        target: card.optimize
+        function onSaid(text: string) { card.page.said(text); }
     }
 }

@@ -8,10 +8,7 @@ Page {
 
     title: Tr.t("shell.page.settings")
     line: Tr.t("settings.line")
-    looks: ({
-        move: () => moveSheet.open(),
-        "follow-ups": () => followUps.show("system-junk")
-    })
+    looks: Object.assign({move: () => moveSheet.open()}, others.looks())
     scrolls: true
 
     Column {
@@ -105,25 +102,17 @@ Page {
             }
         }
 
-        SettingsCard {
+        Column {
+            id: other
             width: parent.width
-            title: Tr.t("helper-setup.title")
+            spacing: parent.spacing
 
-            SettingsRow {
-                title: Tr.t("helper-setup.settings.title")
-                line: Tr.t("helper-setup.line")
-
-                Button {
-                    text: Tr.t("helper-setup.settings.open")
-                    Accessible.name: text + " " + Tr.t("helper-setup.title")
-                    onClicked: page.navigate("helper")
-                }
+            Parts {
+                id: others
+                place: "settings"
+                partWidth: other.width
+                given: ({page: page})
             }
-        }
-        MailCard { width: parent.width }
-        FollowUpsCard {
-            id: followUps
-            width: parent.width
         }
 
         SettingsCard {
