@@ -4,6 +4,7 @@
 #include "Platform/SystemError.h"
 
 #include <future>
+#include <utility>
 
 namespace vh::test {
 

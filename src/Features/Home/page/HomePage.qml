@@ -20,12 +20,6 @@ Page {
     scrolls: true
     settled: !mainCard.item || mainCard.item.settled
 
-    // A tile has room for two lines.
-    function firstSentence(text: string): string {
-        const end = text.indexOf(". ");
-        return end < 0 ? text : text.slice(0, end + 1);
-    }
-
     Column {
         id: body
         width: parent.width
@@ -110,7 +104,7 @@ Page {
                     height: page.columns > 3 ? Theme.tileHeight : Theme.tileHeightTall
                     text: modelData.name
                     iconName: modelData.icon
-                    line: page.firstSentence(modelData.line)
+                    line: modelData.line
                     onClicked: page.navigate(modelData.id)
                 }
             }

@@ -6,6 +6,7 @@
 #include "Core/ToolCatalog.h"
 #include "Core/ToolTexts.h"
 #include "Core/VolumeTitle.h"
+#include "Features/Home/view/TileLine.h"
 #include "Platform/Host.h"
 #include "app/ActivityCenter.h"
 #include "app/AppContext.h"
@@ -169,10 +170,10 @@ QString HomeViewModel::lineOf(std::string_view toolID) const {
     if (runs_) {
         const auto last = runs_->last.find(toolID);
         if (last != runs_->last.end())
-            return timeOf(last->second) + QStringLiteral(" · ") +
-                   qtText(printable(summaryOf(last->second, context_.texts().current())));
+            return tileLine(timeOf(last->second) + QStringLiteral(" · ") +
+                            qtText(printable(summaryOf(last->second, context_.texts().current()))));
     }
-    return qtText(toolSummary(context_.texts().current(), toolID));
+    return tileLine(qtText(toolSummary(context_.texts().current(), toolID)));
 }
 
 QString HomeViewModel::timeOf(const RunRecord& record) const {
