@@ -15,16 +15,6 @@ namespace vh {
 
 namespace {
 
-/// What nobody watched is looked up later; the list of items holds the others.
-Messages firstLines(Messages lines) {
-    constexpr size_t most = 20;
-    if (lines.size() > most) {
-        lines.resize(most);
-        lines.push_back(Message::literal("…"));
-    }
-    return lines;
-}
-
 /// The job between opening its journal and finishing it.
 class CleanJob {
 public:
@@ -171,7 +161,7 @@ void CleanJob::finish(bool stopped) {
     const RunDetails details{{RunDetail::files, std::to_string(result.removedCount)},
                              {RunDetail::bytes, std::to_string(result.freedBytes)},
                              {RunDetail::failed, std::to_string(result.errors.size())}};
-    const RunWords words(message(stopped), texts_, isUnattended_ ? firstLines(skipped_) : Messages());
+    const RunWords words(message(stopped), texts_, isUnattended_ ? firstProblems(skipped_) : Messages());
     done_.record = part_ ? part_->finish(outcome(stopped), words, metrics, details)
                          : journal_.finish(outcome(stopped), words, metrics, details);
     done_.trackingFailure = journal_.failure();

@@ -1,6 +1,7 @@
 #include "Core/ErrorMessage.h"
 
 #include "Core/Printable.h"
+#include "Platform/FileMetadata.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>
@@ -68,7 +69,27 @@ Message messageOf(const std::exception& error) {
         return Message::literal(printable(error.what()));
     if (system->path().empty())
         return reasonOf(*system);
-    return {"error.at-path", {{"path", printable(system->path())}, {"reason", reasonOf(*system)}}};
+    return atPath(system->path(), reasonOf(*system));
+}
+
+Message messageOf(const RefusedPart& part) {
+    const auto name = [&]() -> Message {
+        switch (part.what) {
+        case RefusedPart::What::owner:
+            return {"error.part.owner", {}};
+        case RefusedPart::What::mode:
+            return {"error.part.mode", {}};
+        case RefusedPart::What::times:
+            return {"error.part.times", {}};
+        default:
+            return {"error.part.attribute", {{"name", printable(part.attribute)}}};
+        }
+    };
+    return {"error.part", {{"part", name()}, {"reason", reasonOf(SystemError(part.code, ""))}}};
+}
+
+Message atPath(std::string_view path, Message what) {
+    return {"error.at-path", {{"path", printable(path)}, {"reason", std::move(what)}}};
 }
 
 } // namespace vh

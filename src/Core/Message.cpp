@@ -73,6 +73,13 @@ std::string worded(const Messages& messages, const Texts& texts) {
     return Wording(texts, Wording::Unknown::itself).of(messages, " ").value_or("");
 }
 
+std::vector<std::string> linesOf(const Messages& messages, const Texts& texts) {
+    std::vector<std::string> lines;
+    for (const Message& each : messages)
+        lines.push_back(worded(each, texts));
+    return lines;
+}
+
 std::optional<std::string> tryWorded(const Messages& messages, const Texts& texts) {
     return Wording(texts, Wording::Unknown::refused).of(messages, " ");
 }

@@ -66,6 +66,8 @@ inline constexpr auto describe<Message> = record(field("key", &Message::key),
 std::string worded(const Message& message, const Texts& texts);
 /// The sentences of a paragraph.
 std::string worded(const Messages& messages, const Texts& texts);
+/// Each by itself.
+std::vector<std::string> linesOf(const Messages& messages, const Texts& texts);
 /// Nothing when a text is unknown, or the arguments are not those that it takes.
 std::optional<std::string> tryWorded(const Messages& messages, const Texts& texts);
 

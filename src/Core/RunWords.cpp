@@ -1,22 +1,11 @@
 #include "Core/RunWords.h"
 
-#include "Core/Codec.h"
+#include "Core/MessageCodec.h"
 #include "Core/Texts.h"
 
 #include <fmt/format.h>
 
 namespace vh {
-
-template <>
-struct Codec<MessageArgument> {
-    static void write(JsonWriter& out, const MessageArgument& argument) {
-        Codec<MessageArgument::Value>::write(out, argument.value);
-    }
-    static MessageArgument read(JsonView view) {
-        return std::visit([](auto value) { return MessageArgument(std::move(value)); },
-                          Codec<MessageArgument::Value>::read(view));
-    }
-};
 
 namespace {
 
@@ -62,17 +51,19 @@ std::optional<RunFacts> factsFor(const RunRecord& record, const Texts& texts) {
     return record.facts && isIn(texts.language(), *record.facts) ? std::nullopt : factsOf(record);
 }
 
-std::vector<std::string> eachWorded(const Messages& messages, const Texts& texts) {
-    std::vector<std::string> lines;
-    for (const Message& each : messages)
-        lines.push_back(worded(each, texts));
-    return lines;
-}
-
 } // namespace
 
+Messages firstProblems(Messages problems) {
+    constexpr size_t most = 20;
+    if (problems.size() > most) {
+        problems.resize(most);
+        problems.push_back(Message::literal("…"));
+    }
+    return problems;
+}
+
 RunWords::RunWords(const Messages& sentences, const Texts& texts, const Messages& problemLines)
-    : summary(worded(sentences, texts)), problems(joinList(eachWorded(problemLines, texts))) {
+    : summary(worded(sentences, texts)), problems(joinList(linesOf(problemLines, texts))) {
     std::string json = encodeJson(RunFacts{std::string(code(texts.language())), problemLines, sentences});
     if (json.size() <= longestFacts)
         facts = std::move(json);

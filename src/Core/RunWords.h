@@ -23,6 +23,9 @@ struct RunWords {
     std::optional<std::string> facts; ///< for RunRecord::facts
 };
 
+/// As many as a record tells; the list of files holds all.
+Messages firstProblems(Messages problems);
+
 /// What the record says, in the language of `texts`; in the words that it was written in when nothing else is known.
 std::string summaryOf(const RunRecord& record, const Texts& texts);
 /// The same of a detail, of which only the problems are words.

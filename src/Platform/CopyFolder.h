@@ -46,8 +46,7 @@ public:
     int64_t copyFrom(const SourceFile& source, int64_t offset, int64_t most);
     /// What was not written up to there is a hole.
     void setSize(int64_t bytes);
-    /// What was refused, a line each.
-    std::vector<std::string> apply(const FileMetadata& metadata);
+    RefusedMetadata apply(const FileMetadata& metadata);
 
     /// As it is now; its name does not change it, but the time `changed`.
     FileState state() const;
@@ -94,8 +93,7 @@ public:
     /// With the missing ones above it, of `mode` less what the process never gives. A folder that is there already stays
     /// as it is: then it says no.
     bool makeFolder(const std::string& relative, unsigned mode = 0777);
-    /// What was refused, a line each.
-    std::vector<std::string> applyToFolder(const std::string& relative, const FileMetadata& metadata);
+    RefusedMetadata applyToFolder(const std::string& relative, const FileMetadata& metadata);
     FileMetadata metadataOfFolder(const std::string& relative);
     /// Opens a file to copy it.
     SourceFile source(const std::string& relative,

@@ -30,13 +30,22 @@ FileMetadata metadataOf(const FileDescriptor& file, const std::string& path);
 /// The same of a folder at a path; a link there is followed.
 FileMetadata metadataOfFolder(const std::string& path);
 
+/// What of a file could not be given, and why.
+struct RefusedPart {
+    enum class What { owner, mode, times, attribute };
+    What what = What::owner;
+    std::string attribute; ///< its name
+    int code = 0;          ///< errno
+};
+using RefusedMetadata = std::vector<RefusedPart>;
+
 /// Whether the folder in which something was made may have given it access lists of its own; they are taken away.
 enum class Inherited { nothing, lists };
 
 /// Gives it to an open file or folder, as far as file system and rights allow: an owner that may not be given loses the
-/// bits with which a program runs as that owner. Returns what was refused though the file system has such a thing, a
-/// line each; empty when all is as it was.
-std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMetadata& metadata,
-                                       Inherited inherited = Inherited::lists);
+/// bits with which a program runs as that owner. Returns what was refused though the file system has such a thing; empty
+/// when all is as it was.
+RefusedMetadata applyMetadata(const FileDescriptor& file, const FileMetadata& metadata,
+                              Inherited inherited = Inherited::lists);
 
 } // namespace vh

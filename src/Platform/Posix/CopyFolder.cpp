@@ -94,8 +94,7 @@ bool CopyFolder::makeFolder(const std::string& relative, unsigned mode) {
     return isNew;
 }
 
-std::vector<std::string> CopyFolder::applyToFolder(const std::string& relative,
-                                                   const FileMetadata& metadata) {
+RefusedMetadata CopyFolder::applyToFolder(const std::string& relative, const FileMetadata& metadata) {
     return applyMetadata(*open(relative), metadata);
 }
 

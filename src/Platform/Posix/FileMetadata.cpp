@@ -81,31 +81,31 @@ void applyToLink(int folder, const std::string& name, const FileMetadata& metada
     std::ignore = ::utimensat(folder, name.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
 }
 
-std::vector<std::string> applyMetadata(const FileDescriptor& file, const FileMetadata& metadata,
-                                       Inherited inherited) {
-    std::vector<std::string> refused;
-    const auto refuse = [&](const std::string& what) {
-        refused.push_back(what + ": " + std::strerror(errno));
+RefusedMetadata applyMetadata(const FileDescriptor& file, const FileMetadata& metadata, Inherited inherited) {
+    using What = RefusedPart::What;
+    RefusedMetadata refused;
+    const auto refuse = [&](What what, const std::string& attribute = {}) {
+        refused.push_back({what, attribute, errno});
     };
     struct stat now {};
     const bool isKnown = ::fstat(file.get(), &now) == 0; // each change costs more than to look
     const bool hasOwner = isKnown && now.st_uid == metadata.owner && now.st_gid == metadata.group;
     const bool isOwned = hasOwner || ::fchown(file.get(), metadata.owner, metadata.group) == 0;
     if (!isOwned && !isBeyondUs(errno))
-        refuse("owner");
+        refuse(What::owner);
     // A change of owner takes these bits and attributes away, so they come after it.
     const uint32_t mode = isOwned ? metadata.mode : metadata.mode & ~uint32_t{S_ISUID | S_ISGID};
     if (!(hasOwner && (now.st_mode & 07777) == mode) &&
         ::fchmod(file.get(), static_cast<mode_t>(mode)) != 0 && !isBeyondUs(errno))
-        refuse("mode");
+        refuse(What::mode);
     if (inherited == Inherited::lists)
         removeInheritedLists(file, metadata);
     for (const auto& [name, value] : metadata.attributes)
         if (!belongsToSystem(name) && !setAttribute(file.get(), name, value) && errno != ENOTSUP)
-            refuse(name);
+            refuse(What::attribute, name);
     const std::array<timespec, 2> times{timeSpecOf(metadata.accessed), timeSpecOf(metadata.modified)};
     if (::futimens(file.get(), times.data()) != 0)
-        refuse("times");
+        refuse(What::times);
     return refused;
 }
 

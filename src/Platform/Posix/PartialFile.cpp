@@ -118,7 +118,7 @@ void PartialFile::setSize(int64_t bytes) {
         throwErrno(target_.path);
 }
 
-std::vector<std::string> PartialFile::apply(const FileMetadata& metadata) {
+RefusedMetadata PartialFile::apply(const FileMetadata& metadata) {
     return applyMetadata(file_, metadata, target_.givesLists ? Inherited::lists : Inherited::nothing);
 }
 

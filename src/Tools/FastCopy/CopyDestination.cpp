@@ -1,12 +1,10 @@
 #include "Tools/FastCopy/CopyDestination.h"
 
+#include "Core/ErrorMessage.h"
 #include "Core/Fold.h"
 #include "Platform/FileMetadata.h"
 #include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyProofs.h"
-
-#include <fmt/format.h>
-#include <fmt/ranges.h>
 
 namespace vh::copy {
 
@@ -14,16 +12,21 @@ namespace {
 
 using Refused = Landing::Refused;
 
-Landing failure(std::string problem, Refused refused = Refused::no) {
-    return {CopiedFileState::failed, false, {}, std::move(problem), refused};
+Message refusedBy(const SystemError& error) {
+    return {"fast-copy.problem.refused", {{"reason", reasonOf(error)}}};
 }
 
-std::string refusedBy(const SystemError& error) {
-    return "the destination did not accept the file (" + error.reason() + ")";
+Message withoutThese(Messages parts) {
+    return {"fast-copy.problem.without", {{"parts", std::move(parts)}}};
 }
 
-std::string withoutThese(const std::vector<std::string>& refused) {
-    return fmt::format("copied, but without {}", fmt::join(refused, ", "));
+std::optional<Message> withoutThese(const RefusedMetadata& refused) {
+    if (refused.empty())
+        return std::nullopt;
+    Messages parts;
+    for (const RefusedPart& each : refused)
+        parts.push_back(messageOf(each));
+    return withoutThese(std::move(parts));
 }
 
 } // namespace
@@ -39,27 +42,26 @@ CopyDestination::CopyDestination(const CopyRun& run, size_t index, CopyProofs* p
     }
 }
 
-std::string CopyDestination::makeFolder(const std::string& relative) {
+std::optional<Message> CopyDestination::makeFolder(const std::string& relative) {
     if (!folder_)
         return refusal_;
     try {
         // Nobody shall look into it meanwhile who may not later.
         if (folder_->makeFolder(relative, options_.keepsMetadata() ? 0700 : 0777))
             emptyFolder_ = relative + '/';
-        return {};
+        return std::nullopt;
     } catch (const SystemError& error) {
-        return error.what();
+        return reasonOf(error);
     }
 }
 
-std::string CopyDestination::finishFolder(const std::string& relative, const std::string& source) {
+std::optional<Message> CopyDestination::finishFolder(const std::string& relative, const std::string& source) {
     if (!folder_)
         return refusal_;
     try {
-        const auto refused = folder_->applyToFolder(relative, metadataOfFolder(source));
-        return refused.empty() ? "" : withoutThese(refused);
+        return withoutThese(folder_->applyToFolder(relative, metadataOfFolder(source)));
     } catch (const SystemError& error) {
-        return withoutThese({error.what()});
+        return withoutThese(Messages{messageOf(error)});
     }
 }
 
@@ -81,7 +83,7 @@ bool CopyDestination::isOurs() {
     return true;
 }
 
-std::optional<Landing> CopyDestination::chooseName(const SourceFile& source) {
+std::optional<Landing> CopyDestination::chooseName(const FileIdentity& source) {
     place_ = relative_;
     how_ = PartialFile::Place::free;
     isReplacing_ = false;
@@ -99,13 +101,12 @@ std::optional<Landing> CopyDestination::chooseName(const SourceFile& source) {
         return std::nullopt;
     }
     if (mayMeet_ && placed_.contains(isCaseBlind_ ? foldCase(relative_) : relative_))
-        return failure(isCaseBlind_
-                           ? "another file of this copy has the same name there but for upper and lower case"
-                           : "another file of this copy has the same name there");
+        return failedLanding(
+            {isCaseBlind_ ? "fast-copy.problem.same-name-but-case" : "fast-copy.problem.same-name", {}});
     if (options_.conflict == CopyConflict::skip)
-        return Landing{CopiedFileState::skipped, false, relative_, {}};
-    if (there == source.identity())
-        return failure("the source itself lies there");
+        return Landing{CopiedFileState::skipped, false, relative_, std::nullopt};
+    if (there == source)
+        return failedLanding({"fast-copy.problem.is-source", {}});
     how_ = PartialFile::Place::replacing;
     isReplacing_ = true;
     return std::nullopt;
@@ -117,12 +118,12 @@ bool CopyDestination::mayClone(uint64_t device) const {
 
 std::optional<Landing> CopyDestination::begin(const std::string& relative, const SourceFile& source) {
     written_ = 0;
-    error_.clear();
+    error_.reset();
     if (!folder_)
-        return failure(refusal_, Refused::beginning);
+        return failedLanding(refusal_, Refused::beginning);
     try {
         relative_ = relative;
-        if (auto verdict = chooseName(source))
+        if (auto verdict = chooseName(source.identity()))
             return verdict;
         using Folder = CopyFolder::Folder;
         const Folder folder = isFree(place_) ? Folder::madeJustNow : Folder::known;
@@ -142,9 +143,28 @@ std::optional<Landing> CopyDestination::begin(const std::string& relative, const
         }
     } catch (const SystemError& error) {
         partial_.reset();
-        return failure(refusedBy(error), Refused::beginning);
+        return failedLanding(refusedBy(error), Refused::beginning);
     }
     return std::nullopt;
+}
+
+Landing CopyDestination::placeLink(const std::string& relative, const CopyLink& link) {
+    if (!folder_)
+        return failedLanding(refusal_, Refused::beginning);
+    try {
+        relative_ = relative;
+        if (auto verdict = chooseName({}))
+            return std::move(*verdict);
+        folder_->placeLink(place_, link, how_);
+        if (mayMeet_)
+            placed_.insert(isCaseBlind_ ? foldCase(place_) : place_);
+        const auto there = folder_->link(place_);
+        if (!there || there->target != link.target)
+            return failedLanding({"fast-copy.problem.not-whole", {}});
+        return {CopiedFileState::copied, isReplacing_, place_, std::nullopt};
+    } catch (const SystemError& error) {
+        return failedLanding(refusedBy(error), Refused::beginning);
+    }
 }
 
 void CopyDestination::write(int64_t offset, std::string_view bytes) {
@@ -162,21 +182,20 @@ Landing CopyDestination::end(const SourceFile& source, int64_t size) {
             partial_->setSize(size);
         if (isGood() &&
             partial_->state().bytes != size) // a volume may lose in silence what is too large for it
-            error_ = "the destination did not keep all of the file";
+            error_ = Message{"fast-copy.problem.not-whole", {}};
     } catch (const SystemError& error) {
         error_ = refusedBy(error);
     }
     if (isGood())
         return place(CopiedFileState::copied, source);
     partial_.reset();
-    return failure(error_, Refused::writing);
+    return failedLanding(*error_, Refused::writing);
 }
 
 Landing CopyDestination::place(CopiedFileState state, const SourceFile& source) {
-    Landing landing{state, isReplacing_, place_, {}};
+    Landing landing{state, isReplacing_, place_, std::nullopt};
     if (options_.keepsMetadata())
-        if (const auto refused = partial_->apply(source.metadata()); !refused.empty())
-            landing.problem = withoutThese(refused);
+        landing.problem = withoutThese(partial_->apply(source.metadata()));
     try {
         // A power cut shall not take the old file while the new one is not on the medium.
         if (how_ == PartialFile::Place::replacing && options_.verifies())
@@ -194,7 +213,7 @@ Landing CopyDestination::place(CopiedFileState state, const SourceFile& source) 
         if (mayMeet_)
             placed_.insert(isCaseBlind_ ? foldCase(place_) : place_);
     } catch (const SystemError& error) {
-        landing = failure("could not be put in place (" + error.reason() + ")");
+        landing = failedLanding({"fast-copy.problem.not-placed", {{"reason", reasonOf(error)}}});
     }
     partial_.reset();
     return landing;

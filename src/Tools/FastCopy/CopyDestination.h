@@ -22,18 +22,20 @@ public:
     /// `proofs` may be null. `mayMeet` when two of the sources have one name.
     CopyDestination(const CopyRun& run, size_t index, CopyProofs* proofs, bool mayMeet);
 
-    /// Why it could not be made, empty when it is there.
-    std::string makeFolder(const std::string& relative);
-    /// Gives a folder the source's metadata, once all in it has landed. What could not be given, empty when it was all.
-    std::string finishFolder(const std::string& relative, const std::string& source);
+    /// Why it could not be made; nothing when it is there.
+    std::optional<Message> makeFolder(const std::string& relative);
+    /// Gives a folder the source's metadata, once all in it has landed. What could not be given; nothing when it was all.
+    std::optional<Message> finishFolder(const std::string& relative, const std::string& source);
 
     /// Begins a file; the landing when that is already its end: skipped, cloned or failed.
     std::optional<Landing> begin(const std::string& relative, const SourceFile& source);
     void write(int64_t offset, std::string_view bytes);
     /// Whether everything was accepted so far.
-    bool isGood() const { return error_.empty(); }
+    bool isGood() const { return !error_; }
     /// Gives the file its size, metadata and name.
     Landing end(const SourceFile& source, int64_t size);
+    /// Puts a link there, as a link, and reads it back.
+    Landing placeLink(const std::string& relative, const CopyLink& link);
     /// Removes what was begun.
     void drop() { partial_.reset(); }
     /// Whether its path still leads to the folder that was written to.
@@ -42,7 +44,7 @@ public:
     bool mayClone(uint64_t device) const;
 
 private:
-    std::optional<Landing> chooseName(const SourceFile& source);
+    std::optional<Landing> chooseName(const FileIdentity& source);
     bool isFree(const std::string& relative);
     bool isOurs();
     Landing place(CopiedFileState state, const SourceFile& source);
@@ -51,7 +53,7 @@ private:
     const CopyOptions& options_;
     CopyProofs* const proofs_;
     std::optional<CopyFolder> folder_; ///< nothing when it cannot be opened
-    std::string refusal_;              ///< why then
+    Message refusal_;                  ///< why then
     bool isCaseBlind_ = false;
     bool mayMeet_ = false;                   ///< two files of this copy may want one name
     std::unordered_set<std::string> placed_; ///< only then
@@ -64,7 +66,7 @@ private:
     PartialFile::Place how_ = PartialFile::Place::free;
     bool isReplacing_ = false; ///< what was not ours
     int64_t written_ = 0;
-    std::string error_;
+    std::optional<Message> error_;
 };
 
 } // namespace vh::copy

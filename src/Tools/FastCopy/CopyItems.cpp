@@ -15,7 +15,8 @@ namespace {
 /// Goes down a folder, an entry at a time.
 class FolderWalk {
 public:
-    FolderWalk(CopyItems& found, const CancelToken& cancel) : found_(found), cancel_(cancel) {}
+    FolderWalk(CopyItems& found, CopyLinks links, const CancelToken& cancel)
+        : found_(found), links_(links), cancel_(cancel) {}
 
     void walk(const std::string& path, uint32_t folder) {
         cancel_.throwIfCancelled();
@@ -23,12 +24,12 @@ public:
         try {
             list(path, folder, below);
         } catch (const SystemError& error) {
-            found_.unreadable.push_back(found_.relativeOf(folder) + ": " + error.reason());
+            found_.unreadable.push_back(atPath(found_.relativeOf(folder), reasonOf(error)));
         }
         for (std::string& name : below) {
             const std::string inner = path + '/' + name;
             const auto item = static_cast<uint32_t>(found_.items.size());
-            found_.items.push_back({std::move(name), folder, true, 0});
+            found_.items.push_back({std::move(name), folder, CopyItem::Kind::folder, 0});
             walk(inner, item);
         }
     }
@@ -42,6 +43,8 @@ private:
                 below.push_back(std::move(name));
             else if (entry->type == FileType::file)
                 addFile(reader, std::move(name), folder);
+            else if (entry->type == FileType::link && links_ == CopyLinks::asLinks)
+                found_.items.push_back({std::move(name), folder, CopyItem::Kind::link, 0});
             else
                 ++leftOutOf(entry->type);
         }
@@ -55,17 +58,18 @@ private:
 
     void addFile(const FolderReader& reader, std::string name, uint32_t folder) {
         if (const auto usage = reader.usage(name)) {
-            found_.items.push_back({std::move(name), folder, false, usage->byteSize});
+            found_.items.push_back({std::move(name), folder, CopyItem::Kind::file, usage->byteSize});
             return;
         }
         try {
             static_cast<void>(reader.stamp(name)); // gone meanwhile, or may it not be looked at?
         } catch (const SystemError& error) {
-            found_.unreadable.push_back(found_.relativeOf(folder) + '/' + name + ": " + error.reason());
+            found_.unreadable.push_back(atPath(found_.relativeOf(folder) + '/' + name, reasonOf(error)));
         }
     }
 
     CopyItems& found_;
+    const CopyLinks links_;
     const CancelToken& cancel_;
 };
 
@@ -98,7 +102,7 @@ std::string CopyItems::pathOf(size_t item) const {
     return place.inside.empty() ? place.source->path : place.source->path + '/' + place.inside;
 }
 
-CopyItems itemsOf(const std::vector<std::string>& sources, const CancelToken& cancel) {
+CopyItems itemsOf(const std::vector<std::string>& sources, CopyLinks links, const CancelToken& cancel) {
     namespace fs = std::filesystem;
     CopyItems found;
     for (const std::string& given : sources) {
@@ -112,14 +116,14 @@ CopyItems itemsOf(const std::vector<std::string>& sources, const CancelToken& ca
         if (!fs::is_directory(status)) {
             const uintmax_t size = fs::file_size(source, error);
             found.sources.push_back({item, source});
-            found.items.push_back(
-                {std::move(base), CopyItem::none, false, error ? 0 : static_cast<int64_t>(size)});
+            found.items.push_back({std::move(base), CopyItem::none, CopyItem::Kind::file,
+                                   error ? 0 : static_cast<int64_t>(size)});
             continue;
         }
         const fs::path real = fs::canonical(source, error);
         found.sources.push_back({item, error ? source : real.string()});
-        found.items.push_back({std::move(base), CopyItem::none, true, 0});
-        FolderWalk(found, cancel).walk(found.sources.back().path, item);
+        found.items.push_back({std::move(base), CopyItem::none, CopyItem::Kind::folder, 0});
+        FolderWalk(found, links, cancel).walk(found.sources.back().path, item);
     }
     return found;
 }
@@ -127,7 +131,7 @@ CopyItems itemsOf(const std::vector<std::string>& sources, const CancelToken& ca
 CopyPlan planOf(const std::vector<CopyItem>& items) {
     CopyPlan plan;
     for (const CopyItem& item : items) {
-        (item.isFolder ? plan.folderCount : plan.fileCount) += 1;
+        (item.isFolder() ? plan.folderCount : plan.fileCount) += 1;
         plan.bytes += item.size;
         plan.largestFile = std::max(plan.largestFile, item.size);
     }

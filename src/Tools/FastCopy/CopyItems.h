@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Core/Message.h"
 #include "Platform/CancelToken.h"
+#include "Tools/FastCopy/CopyOptions.h"
 #include "Tools/FastCopy/LeftOut.h"
 
 #include <cstdint>
@@ -9,14 +11,18 @@
 
 namespace vh::copy {
 
-/// One file or folder of a copy. There may be millions, so it knows its own name alone.
+/// One file, folder or link of a copy. There may be millions, so it knows its own name alone.
 struct CopyItem {
     static constexpr uint32_t none = UINT32_MAX;
 
     std::string name;
     uint32_t folder = none; ///< the item that holds it; none for a source itself
-    bool isFolder = false;
-    int64_t size = 0; ///< bytes, 0 for a folder
+    enum class Kind : uint8_t { file, folder, link };
+    Kind kind = Kind::file;
+    int64_t size = 0; ///< bytes, 0 for what is no file
+
+    bool isFolder() const { return kind == Kind::folder; }
+    bool isLink() const { return kind == Kind::link; }
 };
 
 /// What the sources hold.
@@ -27,7 +33,7 @@ struct CopyItems {
         std::string path; ///< absolute; of a folder with all links followed
     };
     std::vector<Source> sources;
-    std::vector<std::string> unreadable; ///< why something below a source is not among them, a line each
+    Messages unreadable; ///< why something below a source is not among them
     LeftOut leftOut;
 
     /// Below a destination, beginning with the source's own name.
@@ -43,14 +49,15 @@ struct CopyItems {
 
 /// What a copy of some sources comes to.
 struct CopyPlan {
-    int64_t fileCount = 0;
+    int64_t fileCount = 0; ///< with the links
     int64_t folderCount = 0;
     int64_t bytes = 0;
     int64_t largestFile = 0;
 };
 
-/// Links, pipes, sockets and devices below a source are left out and counted. Throws CopyError (sourceMissing) or Cancelled.
-CopyItems itemsOf(const std::vector<std::string>& sources, const CancelToken& cancel = {});
+/// Pipes, sockets and devices below a source are left out and counted, links as `links` says; a source that is a link
+/// itself is followed. Throws CopyError (sourceMissing) or Cancelled.
+CopyItems itemsOf(const std::vector<std::string>& sources, CopyLinks links, const CancelToken& cancel = {});
 CopyPlan planOf(const std::vector<CopyItem>& items);
 
 } // namespace vh::copy

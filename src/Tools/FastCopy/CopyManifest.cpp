@@ -1,7 +1,7 @@
 #include "Tools/FastCopy/CopyManifest.h"
 
+#include "Core/ErrorMessage.h"
 #include "Core/LocalCalendar.h"
-#include "Core/Printable.h"
 #include "Platform/CopyFolder.h"
 #include "Platform/Files.h"
 #include "Platform/SystemError.h"
@@ -77,8 +77,7 @@ WrittenManifest writeManifest(const CopyReport& report, size_t destination, Mani
         else if (fitsMhl(file.place()))
             entries.push_back(entryOf(file, report.algorithm));
         else
-            written.leftOut.push_back(printable(file.place()) +
-                                      ": a media hash list cannot hold this name; a list of sums can");
+            written.leftOut.push_back(atPath(file.place(), {"fast-copy.problem.not-for-mhl", {}}));
     }
     if (sums.empty() && entries.empty())
         return written;

@@ -40,8 +40,8 @@ public:
 };
 
 struct WrittenManifest {
-    std::string path;                 ///< empty when there was nothing to list
-    std::vector<std::string> leftOut; ///< files whose name that kind of list cannot hold, a line each
+    std::string path; ///< empty when there was nothing to list
+    Messages leftOut; ///< files whose name that kind of list cannot hold
 };
 
 /// Writes the manifest of the verified files of one destination into its folder, in one step and under a name that is
@@ -58,8 +58,12 @@ struct ManifestCheck {
     int64_t bytes = 0;                  ///< read
     std::vector<std::string> differing; ///< other bytes or another size, relative
     std::vector<std::string> missing;
-    std::vector<std::string> unreadable; ///< "path: reason"; what lies behind a link is not read
+    Messages faults; ///< what could not be read and why, also what lies behind a link; not in JSON
+    std::vector<std::string> unreadable; ///< the same in words
     bool stopped = false;
+
+    /// All that is wrong, a message a file.
+    Messages problems() const;
 };
 
 /// Reads every listed file, from the medium. Throws SystemError or ManifestError when the manifest cannot be read.

@@ -14,6 +14,9 @@ enum class CopyMode {
 /// What happens where the destination holds something of that name.
 enum class CopyConflict { skip, overwrite, rename };
 
+/// What becomes of symbolic links below a source.
+enum class CopyLinks { leaveOut, asLinks };
+
 /// How a copy is made.
 struct CopyOptions {
     CopyMode mode = CopyMode::copy;
@@ -21,6 +24,7 @@ struct CopyOptions {
     bool verify = false;
     HashAlgorithm algorithm = HashAlgorithm::sha256;
     bool preserveMetadata = true;
+    CopyLinks links = CopyLinks::leaveOut;
     bool cloneWhenPossible = true;   ///< never stored; always true after loading
     bool createDestinations = false; ///< never stored: a missing folder may be a disk that is not there
 
@@ -41,11 +45,16 @@ inline constexpr auto describe<copy::CopyConflict> =
                                      {copy::CopyConflict::rename, "rename"}});
 
 template <>
+inline constexpr auto describe<copy::CopyLinks> = enumeration<copy::CopyLinks>(
+    {{copy::CopyLinks::leaveOut, "leaveOut"}, {copy::CopyLinks::asLinks, "asLinks"}});
+
+template <>
 inline constexpr auto describe<copy::CopyOptions> =
     record(field("mode", &copy::CopyOptions::mode).mayBeMissing(),
            field("conflict", &copy::CopyOptions::conflict).mayBeMissing(),
            field("verify", &copy::CopyOptions::verify).mayBeMissing(),
            field("algorithm", &copy::CopyOptions::algorithm).mayBeMissing(),
-           field("preserveMetadata", &copy::CopyOptions::preserveMetadata).mayBeMissing());
+           field("preserveMetadata", &copy::CopyOptions::preserveMetadata).mayBeMissing(),
+           field("links", &copy::CopyOptions::links).mayBeMissing());
 
 } // namespace vh

@@ -12,19 +12,6 @@ namespace vh::copy {
 
 namespace {
 
-constexpr size_t mostProblemsTold = 20;
-
-/// The first of them, for people.
-std::string firstLines(std::vector<std::string> lines) {
-    const bool isCut = lines.size() > mostProblemsTold;
-    lines.resize(std::min(lines.size(), mostProblemsTold));
-    for (std::string& line : lines)
-        line = printable(line);
-    if (isCut)
-        lines.emplace_back("…");
-    return joinList(lines);
-}
-
 void addCount(Messages& said, const char* key, int64_t count) {
     if (count > 0)
         said.push_back({key, {{"count", count}}});
@@ -99,7 +86,7 @@ Messages summaryOf(const ManifestCheck& check) {
                    {{"count", check.matching}, {"files", check.files}, {"bytes", ByteCount{check.bytes}}}}};
     addCount(said, "fast-copy.manifest.differing", static_cast<int64_t>(check.differing.size()));
     addCount(said, "fast-copy.manifest.missing", static_cast<int64_t>(check.missing.size()));
-    addCount(said, "fast-copy.manifest.unreadable", static_cast<int64_t>(check.unreadable.size()));
+    addCount(said, "fast-copy.manifest.unreadable", static_cast<int64_t>(check.faults.size()));
     if (check.stopped)
         said.push_back({"fast-copy.manifest.stopped", {}});
     return said;
@@ -108,36 +95,35 @@ Messages summaryOf(const ManifestCheck& check) {
 RunRecord finishRun(RunJournal& run, const CopyReport& report, const CopyLists& lists, const Texts& texts) {
     Messages summary = summaryOf(report);
     addNotes(summary, lists, report);
-    const std::vector<std::string> problems = report.problems();
+    Messages problems = report.problems();
+    const auto problemCount = static_cast<double>(problems.size());
     const RunDetails details{
         {RunDetail::files, std::to_string(report.totalWritten())},
         {RunDetail::bytes, std::to_string(report.bytesWritten())},
         {RunDetail::verified, std::to_string(report.totalVerified())},
         {RunDetail::failed, std::to_string(report.totalFailed() + report.totalMismatched())},
-        {RunDetail::output, joinList(lists.written)},
-        {RunDetail::errors, firstLines(problems)}};
-    return run.finish(runOutcomeOf(report.outcome), RunWords(summary, texts),
+        {RunDetail::output, joinList(lists.written)}};
+    return run.finish(runOutcomeOf(report.outcome),
+                      RunWords(summary, texts, firstProblems(std::move(problems))),
                       {{RunMetric::filesCopied, static_cast<double>(report.totalWritten())},
                        {RunMetric::bytesCopied, static_cast<double>(report.bytesWritten())},
-                       {RunMetric::errors, static_cast<double>(problems.size())}},
+                       {RunMetric::errors, problemCount}},
                       details);
 }
 
 RunRecord finishRun(RunJournal& run, const ManifestCheck& check, const Texts& texts) {
-    std::vector<std::string> bad = check.differing;
-    for (const auto* more : {&check.missing, &check.unreadable})
-        bad.insert(bad.end(), more->begin(), more->end());
-    const Outcome outcome = check.stopped ? Outcome::cancelled
-                            : bad.empty() ? Outcome::success
-                                          : Outcome::failed;
-    return run.finish(outcome, RunWords(summaryOf(check), texts),
+    Messages bad = check.problems();
+    const size_t badCount = bad.size();
+    const Outcome outcome = check.stopped   ? Outcome::cancelled
+                            : badCount == 0 ? Outcome::success
+                                            : Outcome::failed;
+    return run.finish(outcome, RunWords(summaryOf(check), texts, firstProblems(std::move(bad))),
                       {{RunMetric::itemsProcessed, static_cast<double>(check.files)},
-                       {RunMetric::errors, static_cast<double>(bad.size())}},
+                       {RunMetric::errors, static_cast<double>(badCount)}},
                       {{RunDetail::files, std::to_string(check.files)},
                        {RunDetail::bytes, std::to_string(check.bytes)},
                        {RunDetail::verified, std::to_string(check.matching)},
-                       {RunDetail::failed, std::to_string(bad.size())},
-                       {RunDetail::errors, firstLines(bad)}});
+                       {RunDetail::failed, std::to_string(badCount)}});
 }
 
 std::vector<RunFileRow> rowsOf(const CopyReport& report, const std::vector<std::string>& sources) {

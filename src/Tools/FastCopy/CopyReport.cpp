@@ -1,5 +1,8 @@
 #include "Tools/FastCopy/CopyReport.h"
 
+#include "Core/MessageCodec.h"
+#include "Core/Printable.h"
+
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -9,7 +12,7 @@
 namespace vh::copy {
 
 bool DestinationReport::hasProblems() const {
-    return !removed && (failed > 0 || mismatched > 0 || !problems.empty());
+    return !removed && (failed > 0 || mismatched > 0 || !faults.empty());
 }
 
 int64_t DestinationReport::written() const {
@@ -33,8 +36,8 @@ int64_t sumOf(const CopyReport& report, Count count) {
 
 } // namespace
 
-std::vector<std::string> CopyReport::problems() const {
-    std::vector<std::string> all;
+Messages CopyReport::problems() const {
+    Messages all;
     std::vector<std::vector<std::string>> placesOf;
     std::unordered_map<std::string, size_t> known;
     size_t places = 0;
@@ -42,10 +45,10 @@ std::vector<std::string> CopyReport::problems() const {
         if (each.removed)
             continue;
         ++places;
-        for (const std::string& problem : each.problems) {
-            const auto [found, isNew] = known.emplace(problem, all.size());
+        for (const Message& fault : each.faults) {
+            const auto [found, isNew] = known.emplace(encodeJson(fault), all.size());
             if (isNew) {
-                all.push_back(problem);
+                all.push_back(fault);
                 placesOf.emplace_back();
             }
             auto& having = placesOf[found->second];
@@ -55,8 +58,15 @@ std::vector<std::string> CopyReport::problems() const {
     }
     for (size_t each = 0; each < all.size(); ++each)
         if (placesOf[each].size() < places)
-            all[each] += fmt::format(" [{}]", fmt::join(placesOf[each], ", "));
+            all[each] = {"fast-copy.problem.at-places",
+                         {{"problem", all[each]},
+                          {"places", printable(fmt::format("{}", fmt::join(placesOf[each], ", ")))}}};
     return all;
+}
+
+void CopyReport::word(const Texts& texts) {
+    for (DestinationReport& each : destinations)
+        each.problems = linesOf(each.faults, texts);
 }
 
 bool CopyReport::hasProblems() const {

@@ -2,6 +2,7 @@
 
 #include "Core/ContentHash.h"
 #include "Core/Describe.h"
+#include "Core/Message.h"
 #include "Tools/FastCopy/LeftOut.h"
 
 #include <cstdint>
@@ -37,9 +38,10 @@ struct DestinationReport {
     int64_t verified = 0;
     int64_t mismatched = 0; ///< also those whose source could not be read back
     int64_t badCopies = 0;
-    int64_t bytes = 0; ///< written or cloned, without bad copies
-    std::vector<std::string> problems;
-    bool removed = false; ///< taken out of the copy by the person
+    int64_t bytes = 0;                 ///< written or cloned, without bad copies
+    Messages faults;                   ///< what went wrong; not in JSON
+    std::vector<std::string> problems; ///< the same in words, for JSON; see CopyReport::word
+    bool removed = false;              ///< taken out of the copy by the person
 
     bool hasProblems() const;
     int64_t written() const; ///< files that are there and good
@@ -61,8 +63,9 @@ struct CopyReport {
     LeftOut leftOut;
     std::vector<CopiedFile> files; ///< in the order they were first met
 
-    /// Of destinations that were not removed, each once; what not all of them have names those that do.
-    std::vector<std::string> problems() const;
+    /// The faults of destinations that were not removed, each once; what not all of them have names those that do.
+    Messages problems() const;
+    void word(const Texts& texts);
     bool hasProblems() const;
     int64_t totalWritten() const;
     int64_t totalSkipped() const;

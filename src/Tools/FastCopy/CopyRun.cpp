@@ -1,5 +1,7 @@
 #include "Tools/FastCopy/CopyRun.h"
 
+#include "Core/ErrorMessage.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -25,12 +27,20 @@ void tellWhenNobodyTookIt(const std::vector<Landing*>& landings) {
     if (std::ranges::any_of(landings, refusing(Refused::no)))
         return;
     const bool begun = std::ranges::any_of(landings, refusing(Refused::writing));
+    const char* const key = begun ? "fast-copy.problem.writing-stopped" : "fast-copy.problem.no-destination";
     for (Landing* each : landings) {
-        const size_t reason = each->problem.find(" (");
-        each->problem = (begun ? "Writing stopped: no destination accepted the data"
-                               : "No destination could be opened for writing") +
-                        (reason == std::string::npos ? "" : each->problem.substr(reason));
+        const auto reason = each->problem->arguments.find("reason");
+        each->problem = {
+            key, {{"reason", reason == each->problem->arguments.end() ? *each->problem : reason->second}}};
     }
+}
+
+Message sourceChanged() {
+    return {"fast-copy.problem.source-changed", {}};
+}
+
+Landing failedLanding(Message problem, Landing::Refused refused) {
+    return {CopiedFileState::failed, false, {}, std::move(problem), refused};
 }
 
 CopyRun::CopyRun(CopyItems found, std::vector<std::string> destinations, const CopyOptions& options,
@@ -42,7 +52,7 @@ CopyRun::CopyRun(CopyItems found, std::vector<std::string> destinations, const C
     for (const std::string& path : destinations_) {
         DestinationReport report;
         report.path = path;
-        report.problems = found_.unreadable;
+        report.faults = found_.unreadable;
         reports_.push_back(std::move(report));
     }
 }
@@ -88,7 +98,8 @@ bool CopyRun::hasLandedSomewhere(size_t item) const {
 
 bool CopyRun::awaitsProof(size_t item, size_t destination) const {
     const Fate fate = fates_[destination][item];
-    return fate == fateOf(CopiedFileState::copied) || fate == fateOf(CopiedFileState::cloned);
+    return !items()[item].isLink() && // read back when it was placed
+           (fate == fateOf(CopiedFileState::copied) || fate == fateOf(CopiedFileState::cloned));
 }
 
 std::string CopyRun::placeOf(size_t item, size_t destination) const {
@@ -100,8 +111,8 @@ void CopyRun::book(size_t item, size_t destination, const Landing& landing, int6
     DestinationReport& report = reports_[destination];
     const int64_t size = items()[item].size;
     count(destination, size - counted);
-    if (!landing.problem.empty())
-        addProblem(destination, relativeOf(item) + ": " + landing.problem);
+    if (landing.problem)
+        addProblem(destination, atPath(relativeOf(item), *landing.problem));
     const bool isFirst = hasLanded(fateOf(landing.state)) && !hasLandedSomewhere(item);
     fates_[destination][item] = fateOf(landing.state);
     if (landing.state == CopiedFileState::skipped) {
@@ -120,8 +131,8 @@ void CopyRun::book(size_t item, size_t destination, const Landing& landing, int6
         otherPlaces_[destination].emplace(item, landing.place);
 }
 
-void CopyRun::addProblem(size_t destination, const std::string& line) {
-    reports_[destination].problems.push_back(line);
+void CopyRun::addProblem(size_t destination, Message problem) {
+    reports_[destination].faults.push_back(std::move(problem));
 }
 
 void CopyRun::bookVerified(size_t item, size_t destination, const std::string& checksum) {
@@ -130,7 +141,7 @@ void CopyRun::bookVerified(size_t item, size_t destination, const std::string& c
     checksums_[item] = checksum;
 }
 
-void CopyRun::bookMismatch(size_t item, size_t destination, BadCopy bad, const std::string& problem) {
+void CopyRun::bookMismatch(size_t item, size_t destination, BadCopy bad, Message problem) {
     DestinationReport& report = reports_[destination];
     ++report.mismatched;
     if (bad == BadCopy::yes) {
@@ -138,7 +149,7 @@ void CopyRun::bookMismatch(size_t item, size_t destination, BadCopy bad, const s
         report.bytes = std::max<int64_t>(0, report.bytes - items()[item].size);
     }
     fates_[destination][item] = fateOf(CopiedFileState::mismatched);
-    addProblem(destination, relativeOf(item) + ": " + problem);
+    addProblem(destination, atPath(relativeOf(item), std::move(problem)));
 }
 
 void CopyRun::sampleRate(Clock::time_point now) {

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -19,14 +20,16 @@ namespace vh::copy {
 struct Landing {
     CopiedFileState state = CopiedFileState::failed;
     bool isReplaced = false;
-    std::string place;   ///< where it landed below the destination
-    std::string problem; ///< after the file's name, for people; empty while all is well
+    std::string place;              ///< where it landed below the destination
+    std::optional<Message> problem; ///< of the file
     enum class Refused { no, beginning, writing };
     Refused refused = Refused::no; ///< by the destination, on which step
 };
 
-/// What is said of a file that is not the same any more.
-inline constexpr const char* sourceChanged = "the source changed while it was copied";
+/// Of a file that is not the same any more.
+Message sourceChanged();
+/// One that did not come to its name.
+Landing failedLanding(Message problem, Landing::Refused refused = Landing::Refused::no);
 
 /// A file that was offered to several destinations and accepted by none of them gets the one problem that it is.
 void tellWhenNobodyTookIt(const std::vector<Landing*>& landings);
@@ -66,7 +69,7 @@ public:
     void countRead(int64_t bytes) { bytesRead_ += bytes; }
     /// Writes down what became of an item; the rest of its size counts as done.
     void book(size_t item, size_t destination, const Landing& landing, int64_t counted);
-    void addProblem(size_t destination, const std::string& line);
+    void addProblem(size_t destination, Message problem);
 
     /// Tells how far it is, at most every 0.15 s unless forced.
     enum class Emit { throttled, forced };
@@ -78,7 +81,7 @@ public:
     std::string placeOf(size_t item, size_t destination) const;
     void bookVerified(size_t item, size_t destination, const std::string& checksum);
     enum class BadCopy { yes, unknown };
-    void bookMismatch(size_t item, size_t destination, BadCopy bad, const std::string& problem);
+    void bookMismatch(size_t item, size_t destination, BadCopy bad, Message problem);
 
     void stop() { isStopped_ = true; }
     bool isStopped() const { return isStopped_ || control_.isCancelled(); }

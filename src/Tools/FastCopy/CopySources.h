@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Platform/CopyFolder.h"
+#include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyItems.h"
 
+#include <cerrno>
 #include <map>
 
 namespace vh::copy {
@@ -19,11 +21,22 @@ public:
         const CopyItems::Place place = items_.placeOf(item);
         if (place.inside.empty())
             return SourceFile(place.source->path, attributes_);
-        const auto found = folders_.try_emplace(place.source->item, place.source->path).first;
-        return found->second.source(place.inside, attributes_);
+        return folderOf(*place.source).source(place.inside, attributes_);
+    }
+
+    /// Of a link below a source. Throws SystemError, also when it is none any more.
+    CopyLink link(size_t item) {
+        const CopyItems::Place place = items_.placeOf(item);
+        if (auto link = folderOf(*place.source).link(place.inside))
+            return std::move(*link);
+        throw SystemError(EINVAL, items_.pathOf(item));
     }
 
 private:
+    CopyFolder& folderOf(const CopyItems::Source& source) {
+        return folders_.try_emplace(source.item, source.path).first->second;
+    }
+
     const CopyItems& items_;
     const SourceFile::Attributes attributes_;
     std::map<uint32_t, CopyFolder> folders_;

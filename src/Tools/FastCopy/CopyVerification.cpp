@@ -1,6 +1,7 @@
 #include "Tools/FastCopy/CopyVerification.h"
 
 #include "Core/ContentHash.h"
+#include "Core/Printable.h"
 #include "Platform/MediumRead.h"
 #include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyProofs.h"
@@ -151,16 +152,15 @@ private:
             const auto& copy = digests[destination][each];
             if (!source) {
                 run_.bookMismatch(item, destination, CopyRun::BadCopy::unknown,
-                                  "the source could not be read back for verification");
+                                  {"fast-copy.problem.source-not-read-back", {}});
             } else if (copy && copy->hex == source->hex) {
                 run_.bookVerified(item, destination, source->hex);
                 proven.emplace_back(destination, copy->state);
             } else {
+                const std::string place =
+                    run_.destinations()[destination] + '/' + run_.placeOf(item, destination);
                 run_.bookMismatch(item, destination, CopyRun::BadCopy::yes,
-                                  "the copy does not match the source (left in place at " +
-                                      run_.destinations()[destination] + '/' +
-                                      run_.placeOf(item, destination) +
-                                      " so it can be compared; copy it again)");
+                                  {"fast-copy.problem.differs", {{"place", printable(place)}}});
             }
         }
         if (proofs_ && !proven.empty())

@@ -48,10 +48,9 @@ std::vector<std::string> writeManifests(CopyReport& report, ManifestKind kind, D
             WrittenManifest written = writeManifest(report, each, kind, now);
             if (!written.path.empty())
                 paths.push_back(std::move(written.path));
-            std::ranges::move(written.leftOut, std::back_inserter(destination.problems));
+            std::ranges::move(written.leftOut, std::back_inserter(destination.faults));
         } catch (const std::exception& error) { // whatever it is, what was copied stays told
-            destination.problems.push_back("the list of checksums could not be written (" +
-                                           std::string(error.what()) + ")");
+            destination.faults.push_back({"fast-copy.problem.no-manifest", {{"reason", messageOf(error)}}});
         }
     }
     report.outcome = outcomeOf(report, false);
@@ -95,6 +94,7 @@ CopyResult runCopy(const CopyRequest& request, const std::string& stateFolder, c
         result.isDestinationMissing = why && why->kind == CopyError::Kind::destinationMissing;
         return result;
     }
+    result.report.word(texts);
     result.record = finishRun(*run, result.report, {request.manifest, result.manifests}, texts);
     result.trackingFailure = run->failure();
     saveRows(result, request, runs);
@@ -107,6 +107,7 @@ CheckResult runManifestCheck(const std::string& path, Trigger trigger, const Run
     CheckResult result;
     try {
         result.check = checkManifest(path, control);
+        result.check.unreadable = linesOf(result.check.faults, texts);
         result.record = finishRun(*run, result.check, texts);
     } catch (const ManifestError& error) {
         result.record = finishFailed(

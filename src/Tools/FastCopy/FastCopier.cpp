@@ -1,5 +1,6 @@
 #include "Tools/FastCopy/FastCopier.h"
 
+#include "Core/ErrorMessage.h"
 #include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyDestination.h"
 #include "Tools/FastCopy/CopyError.h"
@@ -97,17 +98,18 @@ public:
             finishFolders();
         for (size_t each = 0; each < destinations_.size(); ++each)
             if (!run_.control().isRemoved(each) && !destinations_[each]->isStillThere())
-                run_.addProblem(each, run_.destinations()[each] + ": the folder is no longer there");
+                run_.addProblem(each,
+                                atPath(run_.destinations()[each], {"fast-copy.problem.folder-gone", {}}));
     }
 
 private:
     void process(size_t item, std::vector<size_t> takers) {
         const CopyItem& each = run_.items()[item];
-        if (takenUp_ && !each.isFolder)
+        if (takenUp_ && each.kind == CopyItem::Kind::file)
             std::erase_if(takers, [&](size_t taker) { return takenUp_->takeUp(item, taker); });
         if (takers.empty())
             return;
-        if (each.isFolder || each.size <= SmallFiles::largest)
+        if (each.isFolder() || each.size <= SmallFiles::largest)
             return small_.add(item, takers);
         small_.finish();
         large_.copy(item, takers);
@@ -135,23 +137,22 @@ private:
         for (size_t each = 0; each < destinations_.size(); ++each)
             if (!run_.control().isRemoved(each))
                 all.push_back(each);
-        std::vector<std::vector<std::string>> problems(destinations_.size());
+        std::vector<Messages> problems(destinations_.size());
         lanes_.run(all, [&](size_t destination) {
             for (size_t item = run_.items().size(); item-- > 0;)
-                if (run_.items()[item].isFolder)
+                if (run_.items()[item].isFolder())
                     finishFolder(item, destination, problems[destination]);
         });
         for (const size_t each : all)
-            for (const std::string& problem : problems[each])
+            for (const Message& problem : problems[each])
                 run_.addProblem(each, problem);
     }
 
-    void finishFolder(size_t item, size_t destination, std::vector<std::string>& problems) {
+    void finishFolder(size_t item, size_t destination, Messages& problems) {
         const std::string relative = run_.relativeOf(item);
-        const std::string problem =
-            destinations_[destination]->finishFolder(relative, run_.found().pathOf(item));
-        if (!problem.empty() && !run_.isStopped()) // a stopped copy has not made all folders
-            problems.push_back(relative + ": " + problem);
+        const auto problem = destinations_[destination]->finishFolder(relative, run_.found().pathOf(item));
+        if (problem && !run_.isStopped()) // a stopped copy has not made all folders
+            problems.push_back(atPath(relative, *problem));
     }
 
     CopyRun& run_;
@@ -175,8 +176,9 @@ void refuseWithoutHash(const CopyOptions& options) {
 
 } // namespace
 
-CopyPlan FastCopier::plan(const std::vector<std::string>& sources, const CancelToken& cancel) {
-    return planOf(itemsOf(sources, cancel).items);
+CopyPlan FastCopier::plan(const std::vector<std::string>& sources, CopyLinks links,
+                          const CancelToken& cancel) {
+    return planOf(itemsOf(sources, links, cancel).items);
 }
 
 CopyReport FastCopier::copy(const std::vector<std::string>& sources,
@@ -188,7 +190,7 @@ CopyReport FastCopier::copy(const std::vector<std::string>& sources,
     refuseWithoutHash(options);
     if (!options.verifies())
         proofs = nullptr;
-    CopyItems found = itemsOf(sources, beforeBeginning);
+    CopyItems found = itemsOf(sources, options.links, beforeBeginning);
     if (options.createDestinations)
         makeMissing(destinations);
     CopyRun run(std::move(found), destinations, options, *control_, progress);

@@ -26,7 +26,8 @@ public:
         : control_(std::move(control)), threads_(threads) {}
 
     /// What a copy of these comes to. Throws CopyError (sourceMissing) or Cancelled.
-    static CopyPlan plan(const std::vector<std::string>& sources, const CancelToken& cancel = {});
+    static CopyPlan plan(const std::vector<std::string>& sources, CopyLinks links = CopyLinks::leaveOut,
+                         const CancelToken& cancel = {});
 
     /// Throws CopyError for what keeps it from beginning, or Cancelled while it looks what there is. `progress` is called
     /// on this thread. With `proofs` a verified copy takes up what an interrupted one had done, and notes what it does.

@@ -1,5 +1,6 @@
 #include "Tools/FastCopy/LargeFile.h"
 
+#include "Core/ErrorMessage.h"
 #include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 
@@ -27,7 +28,7 @@ public:
             stream();
         } catch (const SystemError& error) {
             lanes_.wait();
-            failAll(error.what());
+            failAll(messageOf(error));
         }
         lanes_.wait();
         if (run_.isStopped())
@@ -134,11 +135,11 @@ private:
         run_.takeBack(taker, counted_[taker]);
     }
 
-    void failAll(const std::string& why) {
+    void failAll(const Message& why) {
         for (const size_t taker : takers_)
             if (!verdicts_[taker]) {
                 destinations_[taker]->drop();
-                verdicts_[taker] = Landing{CopiedFileState::failed, false, {}, why};
+                verdicts_[taker] = failedLanding(why);
             }
         open_.clear();
     }
@@ -151,7 +152,7 @@ private:
                     run_.defer(item_, taker);
             }
         if (source_.hasChanged())
-            failAll(sourceChanged);
+            failAll(sourceChanged());
         std::vector<size_t> ending;
         for (const auto& [taker, verdict] : verdicts_)
             if (!verdict && std::ranges::count(dropped_, taker) == 0)
@@ -195,7 +196,7 @@ void LargeFiles::copy(size_t item, const std::vector<size_t>& takers) {
         LargeFile(run_, sources_.open(item), destinations_, lanes_, blocks_, item, takers).copy();
     } catch (const SystemError& error) { // the source cannot be opened
         for (const size_t taker : takers)
-            run_.book(item, taker, {CopiedFileState::failed, false, {}, error.what()}, 0);
+            run_.book(item, taker, failedLanding(messageOf(error)), 0);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "Core/Printable.h"
+#include "Core/ErrorMessage.h"
 #include "Platform/CopyFolder.h"
 #include "Platform/Files.h"
 #include "Platform/MediumRead.h"
@@ -68,8 +68,8 @@ private:
         if (error.code() == ENOENT)
             found_.missing.push_back(entry.relative);
         else
-            found_.unreadable.push_back(entry.relative + ": " +
-                                        (isDetour ? "a link or a file stands in the way" : error.reason()));
+            found_.faults.push_back(
+                atPath(entry.relative, isDetour ? Message{"fast-copy.problem.detour", {}} : reasonOf(error)));
     }
 
     void check(const ManifestEntry& entry) {
@@ -112,6 +112,16 @@ private:
 };
 
 } // namespace
+
+Messages ManifestCheck::problems() const {
+    Messages all;
+    for (const std::string& path : differing)
+        all.push_back(atPath(path, {"fast-copy.problem.listed-differs", {}}));
+    for (const std::string& path : missing)
+        all.push_back(atPath(path, {"fast-copy.problem.listed-missing", {}}));
+    all.insert(all.end(), faults.begin(), faults.end());
+    return all;
+}
 
 ManifestCheck checkManifest(const std::string& path, const JobControl& control) {
     Manifest manifest = parseManifest(textOf(SourceFile(path, SourceFile::Attributes::left)));

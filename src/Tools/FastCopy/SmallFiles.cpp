@@ -1,5 +1,6 @@
 #include "Tools/FastCopy/SmallFiles.h"
 
+#include "Core/ErrorMessage.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>
@@ -24,7 +25,8 @@ struct SmallFiles::Batch {
         bool isRead = false;              ///< not when all destinations may clone it
         std::string_view bytes;
         std::vector<SourceFile::Stretch> stored; ///< of a file with holes
-        std::string error;                       ///< why it could not be read
+        std::optional<CopyLink> link;
+        std::optional<Message> error; ///< why it could not be read
     };
     std::vector<size_t> takers;
     std::vector<Entry> entries;
@@ -65,7 +67,7 @@ void SmallFiles::Batch::read(Entry& entry) {
     if (source.hasHoles())
         readStretches(source, entry.stored);
     if (got < static_cast<size_t>(source.size()) || source.hasChanged())
-        entry.error = sourceChanged;
+        entry.error = sourceChanged();
     entry.bytes = {block.data(), got};
     entry.isRead = true;
     used += got;
@@ -88,8 +90,10 @@ void writeAll(CopyDestination& destination, std::string_view bytes, bool hasHole
 Landing SmallFiles::Batch::land(CopyDestination& destination, const Entry& entry, bool isFolder) {
     if (isFolder)
         return {CopiedFileState::copied, false, {}, destination.makeFolder(entry.relative)};
-    if (!entry.error.empty())
-        return {CopiedFileState::failed, false, {}, entry.error};
+    if (entry.error)
+        return failedLanding(*entry.error);
+    if (entry.link)
+        return destination.placeLink(entry.relative, *entry.link);
     const SourceFile& source = *entry.source;
     if (auto verdict = destination.begin(entry.relative, source))
         return std::move(*verdict);
@@ -107,10 +111,10 @@ Landing SmallFiles::Batch::land(CopyDestination& destination, const Entry& entry
             return destination.end(source, source.size());
         }
         destination.drop();
-        return {CopiedFileState::failed, false, {}, sourceChanged};
+        return failedLanding(sourceChanged());
     } catch (const SystemError& error) {
         destination.drop();
-        return {CopiedFileState::failed, false, {}, error.what()};
+        return failedLanding(messageOf(error));
     }
 }
 
@@ -134,9 +138,13 @@ void SmallFiles::read(size_t item) {
     Batch::Entry& entry = filling_->entries.emplace_back();
     entry.item = item;
     entry.relative = run_.relativeOf(item);
-    if (run_.items()[item].isFolder)
+    if (run_.items()[item].isFolder())
         return;
     try {
+        if (run_.items()[item].isLink()) {
+            entry.link = sources_.link(item);
+            return;
+        }
         entry.source.emplace(sources_.open(item));
         const auto cloning = static_cast<size_t>(std::ranges::count_if(filling_->takers, [&](size_t taker) {
             return destinations_[taker]->mayClone(entry.source->device());
@@ -148,7 +156,7 @@ void SmallFiles::read(size_t item) {
         else
             ++filling_->open;
     } catch (const SystemError& error) {
-        entry.error = error.what();
+        entry.error = messageOf(error);
         entry.source.reset();
     }
 }
@@ -164,17 +172,18 @@ void SmallFiles::begin() {
         std::vector<Landing>& landings = writing_->landings.find(taker)->second;
         landings.reserve(writing_->entries.size());
         for (const Batch::Entry& entry : writing_->entries)
-            landings.push_back(Batch::land(*destinations_[taker], entry, run_.items()[entry.item].isFolder));
+            landings.push_back(
+                Batch::land(*destinations_[taker], entry, run_.items()[entry.item].isFolder()));
     });
 }
 
 void SmallFiles::bookEntry(size_t index) {
     const Batch::Entry& entry = writing_->entries[index];
     run_.countRead(static_cast<int64_t>(entry.bytes.size()));
-    if (run_.items()[entry.item].isFolder) {
+    if (run_.items()[entry.item].isFolder()) {
         for (const auto& [destination, landings] : writing_->landings)
-            if (!landings[index].problem.empty())
-                run_.addProblem(destination, entry.relative + ": " + landings[index].problem);
+            if (landings[index].problem)
+                run_.addProblem(destination, atPath(entry.relative, *landings[index].problem));
         return;
     }
     std::vector<Landing*> streamed;

@@ -1,5 +1,6 @@
 #include "Tools/FolderSync/SyncApply.h"
 
+#include "Core/ErrorMessage.h"
 #include "Core/Fold.h"
 #include "Core/ItemRemoval.h"
 #include "Platform/FolderReader.h"
@@ -9,8 +10,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fmt/format.h>
-#include <fmt/ranges.h>
 #include <ranges>
 
 namespace vh::sync {
@@ -26,13 +25,17 @@ constexpr int64_t smallFile = 256 << 10;
 
 /// Thrown out of a file in hand when the run is to stop.
 struct Stopped {};
+/// Thrown where it is us, not the system, who leave something as it is.
+struct Refused {
+    Message why;
+};
 
 /// A plan may come from elsewhere: no part of it leads out of the folders.
 void refuseToLeave(const std::string& relative) {
     for (const auto part : std::views::split(relative, '/')) {
         const std::string_view name(part.begin(), part.end());
         if (name.empty() || name == "." || name == "..")
-            throw SystemError(EINVAL, relative);
+            throw Refused{{"folder-sync.problem.leads-out", {}}};
     }
 }
 
@@ -57,7 +60,7 @@ SyncApply::SyncApply(const std::string& source, const std::string& destination,
 
 SyncResult SyncApply::run(const SyncPlan& plan) {
     result_ = {};
-    result_.errors = plan.unreadable;
+    result_.faults = plan.unreadable;
     result_.leftOut = plan.leftOut;
     plan_ = &plan;
     folders_.insert(plan.folders.begin(), plan.folders.end());
@@ -74,9 +77,12 @@ SyncResult SyncApply::run(const SyncPlan& plan) {
         } catch (const Stopped&) {
             result_.stopped = true;
             break;
+        } catch (const Refused& refused) {
+            isFailed_ = true;
+            addFault(action.relativePath, refused.why);
         } catch (const SystemError& error) {
             isFailed_ = true;
-            result_.errors.push_back(action.relativePath + ": " + error.reason());
+            addFault(action.relativePath, reasonOf(error));
         }
         if (steering_.ended)
             steering_.ended({action, isFailed_, landed_});
@@ -86,7 +92,7 @@ SyncResult SyncApply::run(const SyncPlan& plan) {
     finishFolders();
     for (const CopyFolder* each : {&source_, &destination_})
         if (!each->isStillThere())
-            result_.errors.push_back(each->path() + ": the folder is no longer there");
+            addFault(each->path(), {"folder-sync.problem.folder-gone", {}});
     return std::move(result_);
 }
 
@@ -137,15 +143,24 @@ void SyncApply::finishFolders() {
             if (isFolderIn(source_, relative) && isFolderIn(destination_, relative))
                 noteRefused(relative,
                             destination_.applyToFolder(relative, source_.metadataOfFolder(relative)));
+        } catch (const Refused& refused) {
+            addFault(relative, refused.why);
         } catch (const SystemError& error) {
-            result_.errors.push_back(relative + ": " + error.reason());
+            addFault(relative, reasonOf(error));
         }
 }
 
-void SyncApply::noteRefused(const std::string& relative, const std::vector<std::string>& refused) {
-    if (!refused.empty())
-        result_.errors.push_back(
-            fmt::format("{}: copied, but without {}", relative, fmt::join(refused, ", ")));
+void SyncApply::addFault(const std::string& relative, Message what) {
+    result_.faults.push_back(atPath(relative, std::move(what)));
+}
+
+void SyncApply::noteRefused(const std::string& relative, const RefusedMetadata& refused) {
+    if (refused.empty())
+        return;
+    Messages parts;
+    for (const RefusedPart& each : refused)
+        parts.push_back(messageOf(each));
+    addFault(relative, {"folder-sync.problem.without", {{"parts", std::move(parts)}}});
 }
 
 /// Whether the source has something there that is no folder.
@@ -191,7 +206,7 @@ void SyncApply::remove(const std::string& relative) {
     if (!identity)
         throw SystemError(ENOENT, relative);
     if (isInSource(relative))
-        throw SystemError(relative, "is in the source by now, and stays");
+        throw Refused{{"folder-sync.problem.came-back", {}}};
     moveToTrash(relative, identity);
     ++result_.deleted;
 }
@@ -214,7 +229,7 @@ void SyncApply::copy(const SyncAction& action) {
             copyFile(action);
     } catch (const SystemError& error) {
         isFailed_ = true;
-        result_.errors.push_back(relative + ": " + copyFailure(relative, error));
+        addFault(relative, copyFailure(relative, error));
         return;
     }
     ++(action.kind == Kind::copy ? result_.copied : result_.updated);
@@ -227,24 +242,23 @@ void SyncApply::copyFile(const SyncAction& action) {
     if (!fill(partial, source))
         throw Stopped();
     if (source.hasChanged())
-        throw SystemError(relative, "the source changed while it was copied");
+        throw Refused{{"folder-sync.problem.source-changed", {}}};
     if (partial.state().bytes != source.size()) // a volume may lose in silence what is too large for it
-        throw SystemError(relative, "the destination did not keep all of it");
+        throw Refused{{"folder-sync.problem.not-whole", {}}};
     const auto refused = partial.apply(source.metadata());
     place(action, [&](auto how) { partial.place(how); });
     noteRefused(relative, refused);
 }
 
-std::string SyncApply::copyFailure(const std::string& relative, const SystemError& error) const {
+Message SyncApply::copyFailure(const std::string& relative, const SystemError& error) const {
     const auto isTwin = [&](const SyncAction& other) {
         return other.relativePath.size() == relative.size() && other.relativePath != relative &&
                foldCase(other.relativePath) == foldCase(relative);
     };
     if (error.code() == EEXIST && std::ranges::any_of(plan_->actions, isTwin))
-        return "differs from another name in upper and lower case alone, which the destination does not tell "
-               "apart";
-    return error.code() == 0 ? error.reason()
-                             : fmt::format("copy failed (errno {}, {})", error.code(), error.reason());
+        return {"folder-sync.problem.case-twin", {}};
+    return {"folder-sync.problem.copy-failed",
+            {{"code", std::to_string(error.code())}, {"reason", reasonOf(error)}}};
 }
 
 /// False when the run is to stop.

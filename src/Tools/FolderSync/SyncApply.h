@@ -21,19 +21,20 @@ public:
 
 private:
     bool goesOn() const { return !steering_.shouldContinue || steering_.shouldContinue(); }
+    void addFault(const std::string& relative, Message what);
     void carryOut(const SyncAction& action);
     void makeFolder(const std::string& relative);
     void makeParent(const std::string& relative);
     void noteChanged(const std::string& folder);
     void finishFolders();
-    void noteRefused(const std::string& relative, const std::vector<std::string>& refused);
+    void noteRefused(const std::string& relative, const RefusedMetadata& refused);
     bool isInSource(const std::string& relative);
     bool isFileInSource(const std::string& relative);
     void remove(const std::string& relative);
     void moveToTrash(const std::string& relative, const std::optional<FileIdentity>& identity);
     void copy(const SyncAction& action);
     void copyFile(const SyncAction& action);
-    std::string copyFailure(const std::string& relative, const SystemError& error) const;
+    Message copyFailure(const std::string& relative, const SystemError& error) const;
     bool fill(PartialFile& partial, const SourceFile& source);
     void fillSmall(PartialFile& partial, const SourceFile& source);
     template <class Place>

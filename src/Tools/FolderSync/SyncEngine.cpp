@@ -1,5 +1,6 @@
 #include "Tools/FolderSync/SyncEngine.h"
 
+#include "Core/ErrorMessage.h"
 #include "Platform/FileIdentity.h"
 #include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
@@ -44,7 +45,7 @@ public:
         std::ranges::sort(removals_, {}, &SyncAction::relativePath);
         std::ranges::move(removals_, std::back_inserter(plan_.actions));
         for (const SyncIndex::Unreadable& each : source_.unreadable())
-            plan_.unreadable.push_back(each.relative + ": " + each.reason);
+            plan_.unreadable.push_back(atPath(each.relative, each.reason));
         if (source_.leftOut() != SyncLeftOut())
             plan_.leftOut = source_.leftOut();
         return std::move(plan_);

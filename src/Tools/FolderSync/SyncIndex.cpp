@@ -1,5 +1,6 @@
 #include "Tools/FolderSync/SyncIndex.h"
 
+#include "Core/ErrorMessage.h"
 #include "Platform/FileIdentity.h"
 #include "Platform/FolderReader.h"
 #include "Platform/SystemError.h"
@@ -80,7 +81,7 @@ private:
         try {
             work();
         } catch (const SystemError& error) {
-            index_.addUnreadable(path_, error.reason());
+            index_.addUnreadable(path_, reasonOf(error));
         }
     }
 
@@ -156,7 +157,7 @@ void SyncIndex::add(Item item) {
     items_.push_back(item);
 }
 
-void SyncIndex::addUnreadable(std::string relative, std::string reason) {
+void SyncIndex::addUnreadable(std::string relative, Message reason) {
     unreadable_.push_back({std::move(relative), std::move(reason)});
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Message.h"
 #include "Platform/CancelToken.h"
 #include "Tools/FolderSync/SyncPlan.h"
 
@@ -33,14 +34,14 @@ public:
     /// An item or a folder whose contents are unknown, and why.
     struct Unreadable {
         std::string relative;
-        std::string reason;
+        Message reason;
     };
     const std::vector<Unreadable>& unreadable() const { return unreadable_; }
     const SyncLeftOut& leftOut() const { return leftOut_; }
 
     /// For who walks a tree: items come in order. The texts are copied.
     void add(Item item);
-    void addUnreadable(std::string relative, std::string reason);
+    void addUnreadable(std::string relative, Message reason);
     void setLeftOut(const SyncLeftOut& leftOut) { leftOut_ = leftOut; }
 
     static bool comesBefore(std::string_view one, std::string_view other);

@@ -1,6 +1,7 @@
 #include "Tools/FolderSync/SyncNames.h"
 
 #include "Core/Fold.h"
+#include "Core/Printable.h"
 #include "Platform/FolderReader.h"
 #include "Platform/SystemError.h"
 
@@ -107,9 +108,7 @@ void matchCaseBlind(SyncIndex& source, SyncIndex& destination) {
         if (each.isDirectory)
             lost = each.relative;
         unreadable.push_back(
-            {each.relative, "differs from “" + first +
-                                "” in upper and lower case alone, which the destination does not "
-                                "tell apart"});
+            {each.relative, {"folder-sync.problem.case-twin-of", {{"name", printable(first)}}}});
     }
     for (const SyncIndex::Unreadable& each : unreadable)
         names.add(each.relative);

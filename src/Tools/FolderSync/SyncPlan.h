@@ -2,6 +2,7 @@
 
 #include "Core/Date.h"
 #include "Core/Describe.h"
+#include "Core/Message.h"
 #include "Platform/FileIdentity.h"
 
 #include <algorithm>
@@ -46,9 +47,9 @@ struct SyncPlan {
     std::vector<SyncAction> actions; ///< in the order in which they are carried out
     int64_t unchanged = 0;
     std::optional<SyncLeftOut> leftOut; ///< nothing when there is none
-    /// What of the source could not be read, "path: reason" each. Nothing of it is deleted in the destination, and no
+    /// What of the source could not be read, and why. Nothing of it is deleted in the destination, and no
     /// run of this plan is without errors. Not stored.
-    std::vector<std::string> unreadable;
+    Messages unreadable;
     /// Folders that are there, but with another date than the source's, as one that a killed run had made: whatever is
     /// carried out gives them the source's metadata too. They alone are no reason for a run. Not stored.
     std::vector<std::string> folders;
@@ -81,7 +82,8 @@ private:
 /// What became of a plan.
 struct SyncResult {
     int64_t copied = 0, updated = 0, deleted = 0;
-    std::vector<std::string> errors; ///< "path: reason" each
+    Messages faults;                 ///< what went wrong; not in JSON
+    std::vector<std::string> errors; ///< the same in words, for JSON
     bool stopped = false;
     std::optional<SyncLeftOut> leftOut; ///< as in the plan
 };

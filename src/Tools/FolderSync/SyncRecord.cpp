@@ -35,18 +35,9 @@ RunDetails detailsOf(const SyncPair& pair) {
 }
 
 RunDetails detailsOf(const SyncResult& result, int64_t bytes) {
-    std::vector<std::string> told;
-    for (const std::string& each : result.errors) {
-        if (told.size() == mostErrorsTold) {
-            told.emplace_back("…");
-            break;
-        }
-        told.push_back(printable(each));
-    }
     return {{RunDetail::files, std::to_string(changesOf(result))},
             {RunDetail::bytes, std::to_string(bytes)},
-            {RunDetail::failed, std::to_string(result.errors.size())},
-            {RunDetail::errors, joinList(told)}};
+            {RunDetail::failed, std::to_string(result.faults.size())}};
 }
 
 std::string leftOutText(const std::optional<SyncLeftOut>& leftOut, const Texts& texts) {
@@ -56,15 +47,15 @@ std::string leftOutText(const std::optional<SyncLeftOut>& leftOut, const Texts& 
 
 Messages summaryOf(const SyncResult& result) {
     const char* const key = result.stopped          ? "folder-sync.run-stopped"
-                            : result.errors.empty() ? "folder-sync.run-summary"
+                            : result.faults.empty() ? "folder-sync.run-summary"
                                                     : "folder-sync.run-failed";
     Messages said{{key,
                    {{"copied", result.copied},
                     {"updated", result.updated},
                     {"deleted", result.deleted},
                     {"total", changesOf(result)},
-                    {"errors", result.errors.size()},
-                    {"first", result.errors.empty() ? "" : printable(result.errors.front())}}}};
+                    {"errors", result.faults.size()},
+                    {"first", result.faults.empty() ? Message::literal("") : result.faults.front()}}}};
     if (auto more = leftOutMessage(result.leftOut))
         said.push_back(std::move(*more));
     return said;
@@ -73,7 +64,7 @@ Messages summaryOf(const SyncResult& result) {
 Outcome outcomeOf(const SyncResult& result) {
     if (result.stopped)
         return Outcome::cancelled;
-    if (result.errors.empty())
+    if (result.faults.empty())
         return Outcome::success;
     return changesOf(result) > 0 ? Outcome::warning : Outcome::failed;
 }
@@ -82,7 +73,7 @@ RunMetrics metricsOf(const SyncResult& result, int64_t bytes) {
     return {{RunMetric::filesCopied, static_cast<double>(result.copied + result.updated)},
             {RunMetric::bytesCopied, static_cast<double>(bytes)},
             {RunMetric::filesRemoved, static_cast<double>(result.deleted)},
-            {RunMetric::errors, static_cast<double>(result.errors.size())}};
+            {RunMetric::errors, static_cast<double>(result.faults.size())}};
 }
 
 Message messageOf(const SyncError& error) {

@@ -1,5 +1,7 @@
 #include "Tools/FastCopy/CopyJob.h"
 
+#include "Tools/FastCopy/ProblemLines.h"
+
 #include <gmock/gmock.h>
 
 namespace vh::copy {
@@ -104,13 +106,14 @@ TEST(CopyReport, TellsAProblemOnceWithThePlacesItConcerns) {
     for (const char* path : {"/one", "/two", "/three", "/gone"}) {
         report.destinations.emplace_back();
         report.destinations.back().path = path;
-        report.destinations.back().problems = {"a: unreadable"};
+        report.destinations.back().faults = {Message::literal("a: unreadable")};
     }
     for (const size_t full : {1, 2})
-        report.destinations[full].problems.emplace_back("b: full");
-    report.destinations[1].problems.emplace_back("b: full"); // said twice by one place
+        report.destinations[full].faults.push_back(Message::literal("b: full"));
+    report.destinations[1].faults.push_back(Message::literal("b: full")); // said twice by one place
     report.destinations[3].removed = true;
-    EXPECT_EQ(report.problems(), (std::vector<std::string>{"a: unreadable", "b: full [/two, /three]"}));
+    EXPECT_EQ(test::problemsOf(report),
+              (std::vector<std::string>{"a: unreadable", "b: full [/two, /three]"}));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "Platform/Files.h"
 #include "Platform/Process.h"
 #include "Tools/FastCopy/MhlText.h"
+#include "Tools/FastCopy/ProblemLines.h"
 #include "Tools/FastCopy/SumsText.h"
 #include "support/TempDir.h"
 
@@ -109,7 +110,8 @@ TEST_F(Manifests, ListOnlyWhatWasVerifiedUnderANameThatIsFree) {
     EXPECT_EQ(readFile(first), readFile(second));
     EXPECT_EQ(check(first).matching, 2);
     const WrittenManifest mhl = write(ManifestKind::mhl);
-    EXPECT_THAT(mhl.leftOut, ElementsAre(HasSubstr("latin-\\xE9: a media hash list cannot hold this name")));
+    EXPECT_THAT(test::inEnglish(mhl.leftOut),
+                ElementsAre(HasSubstr("latin-\\xE9: a media hash list cannot hold this name")));
     EXPECT_EQ(check(mhl.path).files, 1);
     report.files.resize(2);
     report.files.erase(report.files.begin());
@@ -135,7 +137,7 @@ TEST_F(Manifests, TellWhatIsOtherThanListed) {
         EXPECT_EQ(found.matching, 1);
         EXPECT_THAT(found.differing, ElementsAre("rotten", "longer"));
         EXPECT_THAT(found.missing, ElementsAre("gone"));
-        EXPECT_THAT(found.unreadable,
+        EXPECT_THAT(test::inEnglish(found.faults),
                     ElementsAre("inner/linked: a link or a file stands in the way",
                                 "link: a link or a file stands in the way", "folder: Not a plain file"));
     }

@@ -2,6 +2,7 @@
 
 #include "Platform/Files.h"
 #include "Tools/FastCopy/FastCopier.h"
+#include "Tools/FastCopy/ProblemLines.h"
 #include "support/ChildWork.h"
 #include "support/FileTree.h"
 #include "support/TempDir.h"
@@ -82,7 +83,7 @@ TEST_P(Proofs, LeaveNothingToBeDoneTwice) {
         });
         EXPECT_EQ(states(), before);
         EXPECT_EQ(readBack == 0, moment == Moment::proven);
-        EXPECT_EQ(report.outcome, CopyOutcome::completed) << testing::PrintToString(report.problems());
+        EXPECT_EQ(report.outcome, CopyOutcome::completed) << testing::PrintToString(problemsOf(report));
         EXPECT_EQ(report.totalSkipped(), skips ? 1 : 0);
         EXPECT_EQ(report.destinations[0].replaced, GetParam() == CopyConflict::overwrite ? 1 : 0);
         EXPECT_EQ(report.totalVerified(), 2 * (files + 1) - (skips ? 1 : 0));
@@ -109,7 +110,7 @@ TEST_F(ProofsOf, WhatHasChangedCountNoMore) {
     write(places[1] + "/source/inner/2", "somebody's");
     fs::remove(places[1] + "/source/large");
     const CopyReport report = copy(CopyConflict::skip);
-    EXPECT_EQ(report.outcome, CopyOutcome::completed) << testing::PrintToString(report.problems());
+    EXPECT_EQ(report.outcome, CopyOutcome::completed) << testing::PrintToString(problemsOf(report));
     for (const std::string& place : places)
         EXPECT_EQ(readFile(place + "/source/inner/1"), "changed since");
     EXPECT_EQ(readFile(places[1] + "/source/inner/2"), "somebody's");

@@ -4,9 +4,11 @@
 #include "Core/RunFiles.h"
 #include "Core/RunJournal.h"
 #include "Core/RunLog.h"
+#include "Core/RunWords.h"
 #include "Core/Texts.h"
 #include "Core/UserDefaults.h"
 #include "Platform/Files.h"
+#include "Tools/FastCopy/ProblemLines.h"
 #include "support/TempDir.h"
 
 #include <filesystem>
@@ -71,7 +73,7 @@ TEST_F(CopyWork, TellsOfFilesThatAManifestCannotName) {
     writeFileAtomically(source + "/latin-\xE9", "1");
     const CopyResult result = run({{source}, {places[0]}, {}, ManifestKind::mhl});
     EXPECT_EQ(result.record.outcome, Outcome::warning);
-    EXPECT_THAT(result.report.problems(), ElementsAre(HasSubstr("source/latin-\\xE9: a media hash list")));
+    EXPECT_THAT(problemsOf(result.report), ElementsAre(HasSubstr("source/latin-\\xE9: a media hash list")));
     EXPECT_EQ(checkManifest(result.manifests.at(0), {}).files, 2);
 }
 
@@ -114,7 +116,8 @@ TEST_F(CopyWork, ChecksACopyAndLeavesARecordOfIt) {
     writeFileAtomically(places[0] + "/source/file", "bad");
     const CheckResult found = check(manifest);
     EXPECT_EQ(found.record.outcome, Outcome::failed);
-    EXPECT_EQ(found.record.detail(RunDetail::errors), "source/file");
+    EXPECT_EQ(found.record.detail(RunDetail::errors), "source/file: differs");
+    EXPECT_EQ(detailOf(found.record, RunDetail::errors, Texts(Language::es)), "source/file: difiere");
     EXPECT_THAT(check(places[0] + "/source/file").error, HasSubstr("Line 1: no checksum and path"));
     EXPECT_EQ(log.all().size(), 4u);
 }

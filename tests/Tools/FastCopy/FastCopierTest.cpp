@@ -2,6 +2,7 @@
 
 #include "Platform/Files.h"
 #include "Tools/FastCopy/CopyError.h"
+#include "Tools/FastCopy/ProblemLines.h"
 #include "support/FileTree.h"
 #include "support/SmallDisk.h"
 #include "support/TempDir.h"
@@ -42,7 +43,7 @@ protected:
 TEST_F(Copier, BringsEveryByteAndAllMetadataToEveryPlace) {
     growTree(source);
     const CopyReport report = copy(places, cloning());
-    EXPECT_EQ(report.outcome, CopyOutcome::completed) << testing::PrintToString(report.problems());
+    EXPECT_EQ(report.outcome, CopyOutcome::completed) << testing::PrintToString(problemsOf(report));
     EXPECT_EQ(report.totalVerified(), 3 * report.filesPlanned);
     for (const std::string& each : places) {
         EXPECT_EQ(treeOf(each + "/source"), treeOf(source));
@@ -59,6 +60,35 @@ TEST_F(Copier, LeavesLinksAndPipesOut) {
     const CopyReport report = copy({places[0]});
     EXPECT_EQ(report.outcome, CopyOutcome::completed);
     EXPECT_EQ(treeOf(places[0]).size(), 2u);
+}
+
+TEST_F(Copier, CopiesLinksAsLinksWhereAsked) {
+    writeFileAtomically(source + "/file", "1");
+    fs::create_symlink("file", source + "/near");
+    fs::create_directory_symlink("/etc", source + "/far");
+    fs::create_symlink("nowhere", source + "/dangling");
+    writeFileAtomically(folder / "elsewhere", "stays");
+    fs::create_directories(places[1] + "/source");
+    fs::create_symlink(folder / "elsewhere", places[1] + "/source/near");
+    const CopyOptions asked{.verify = true, .links = CopyLinks::asLinks};
+    const CopyReport report = copy({places[0], places[1]}, asked);
+    EXPECT_EQ(report.outcome, CopyOutcome::completed) << testing::PrintToString(problemsOf(report));
+    EXPECT_EQ(report.leftOut.links, 0);
+    EXPECT_EQ(report.destinations[0].copied, 4);
+    EXPECT_EQ(report.destinations[1].skipped, 1) << "a link is there already";
+    EXPECT_EQ(report.totalVerified(), 2) << "what is no file has no checksum";
+    for (const char* name : {"near", "far", "dangling"})
+        EXPECT_EQ(fs::read_symlink(places[0] + "/source/" + name), fs::read_symlink(source + "/" + name));
+    EXPECT_EQ(fs::read_symlink(places[1] + "/source/near"), folder / "elsewhere");
+
+    CopyOptions replacing = asked;
+    replacing.conflict = CopyConflict::overwrite;
+    EXPECT_EQ(copy({places[1]}, replacing).outcome, CopyOutcome::completed);
+    EXPECT_EQ(fs::read_symlink(places[1] + "/source/near"), "file");
+    EXPECT_EQ(readFile(folder / "elsewhere"), "stays") << "nothing is written through a link";
+    replacing.conflict = CopyConflict::rename;
+    EXPECT_EQ(copy({places[1]}, replacing).outcome, CopyOutcome::completed);
+    EXPECT_EQ(fs::read_symlink(places[1] + "/source/near 2"), "file");
 }
 
 TEST_F(Copier, NeverFollowsALinkThatLiesInADestination) {
@@ -126,8 +156,8 @@ TEST_F(Copier, LetsOneDestinationFailAlone) {
     EXPECT_EQ(treeOf(places[0] + "/source"), treeOf(source));
     EXPECT_FALSE(report.destinations[0].hasProblems());
     EXPECT_GT(report.destinations[1].failed, 0);
-    EXPECT_THAT(report.problems().front(),
-                HasSubstr("the destination did not accept the file (No space left"));
+    EXPECT_THAT(problemsOf(report).front(),
+                HasSubstr("the destination did not accept the file (no space is left"));
     for (const auto& [path, content] : treeOf(full.path()))
         EXPECT_EQ(content, treeOf(folder.path()).at(path)) << "nothing half-written";
 }
@@ -170,7 +200,7 @@ TEST_F(Copier, FindsACopyThatIsNotItsSource) {
     EXPECT_EQ(report.totalVerified(), 3);
     EXPECT_EQ(report.filesFinished, 1);
     EXPECT_EQ(readFile(rotten), "3");
-    EXPECT_THAT(report.problems(),
+    EXPECT_THAT(problemsOf(report),
                 ElementsAre(HasSubstr("the copy does not match the source (left in place at " + rotten +
                                       " so it can be compared; copy it again)")));
 }

@@ -60,7 +60,7 @@ TEST_F(Sync, MakesTheDestinationTheSourceInEveryRespect) {
     write(to("extra/deep/old"), "old");
     write(to("photo.DS_Store"), "stays too");
     const SyncResult result = run();
-    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_THAT(inEnglish(result.faults), IsEmpty());
     EXPECT_EQ(result.leftOut, (SyncLeftOut{.pipes = 2, .sockets = 1}));
     EXPECT_EQ(result.deleted, 2); // the folder that was in the way took one along
     const auto dated = fs::last_write_time(from("inner"));
@@ -131,9 +131,10 @@ TEST_F(Sync, NeverLeavesTheDestinationWhateverLiesThere) {
                                                   {SyncAction::Kind::mkdir, "inner/made", 0},
                                                   {SyncAction::Kind::remove, "gone", 0}}},
                                                 pair);
-    EXPECT_THAT(result.errors, ElementsAre("inner/file: Not a directory", "inner/kept: Not a directory",
-                                           "../elsewhere/kept: Invalid argument",
-                                           "inner/made: Not a directory", "gone: No such file or directory"));
+    EXPECT_THAT(inEnglish(result.faults),
+                ElementsAre("inner/file: not a folder", "inner/kept: not a folder",
+                            "../elsewhere/kept: leads out of the folder", "inner/made: not a folder",
+                            "gone: no such file or folder"));
     EXPECT_EQ(treeOf(elsewhere).size(), 1u);
     EXPECT_EQ(result.copied + result.deleted, 0);
 }
@@ -144,9 +145,9 @@ TEST_F(Sync, ReplacesNothingThatCameSinceThePlan) {
     const SyncPlan plan = SyncEngine::plan(pair);
     write(to("file"), "somebody's");
     write(to("link"), "somebody's");
-    EXPECT_THAT(SyncEngine::apply(plan, pair).errors,
-                ElementsAre("file: copy failed (errno 17, File exists)",
-                            "link: copy failed (errno 17, File exists)"));
+    EXPECT_THAT(inEnglish(SyncEngine::apply(plan, pair).faults),
+                ElementsAre("file: copy failed (errno 17, something is there already)",
+                            "link: copy failed (errno 17, something is there already)"));
     for (const auto& [path, content] : treeOf(pair.destination))
         EXPECT_THAT(content, HasSubstr("somebody's")) << path;
 }
@@ -161,8 +162,8 @@ TEST_F(Sync, RemovesNothingThatTheSourceHasByThen) {
     write(from("back"), "1");
     write(from("in/back"), "1");
     const SyncResult result = SyncEngine::apply(plan, pair);
-    EXPECT_THAT(result.errors, ElementsAre("back: is in the source by now, and stays",
-                                           "in/back: is in the source by now, and stays"));
+    EXPECT_THAT(inEnglish(result.faults), ElementsAre("back: is in the source by now, and stays",
+                                                      "in/back: is in the source by now, and stays"));
     EXPECT_EQ(result.deleted, 2);
     EXPECT_TRUE(fs::exists(to("back")) && fs::exists(to("in/back")));
 }
@@ -190,7 +191,7 @@ TEST_F(Sync, LeavesTheOldFileWhereTheNewOneChangesMeanwhile) {
             std::ofstream(from("large"), std::ios::app) << "more";
         return true;
     }});
-    EXPECT_THAT(result.errors, ElementsAre("large: the source changed while it was copied"));
+    EXPECT_THAT(inEnglish(result.faults), ElementsAre("large: the source changed while it was copied"));
     EXPECT_EQ(readFile(to("large")), "old");
     EXPECT_EQ(treeOf(pair.destination).size(), 1u);
 }
@@ -223,7 +224,8 @@ TEST_F(Sync, GoesOnWhereTheDestinationIsFull) {
     pair.destination = full.path();
     write(to("extra"), "goes to the Trash of that volume");
     const SyncResult result = run();
-    EXPECT_THAT(result.errors, ElementsAre("large: copy failed (errno 28, No space left on device)"));
+    EXPECT_THAT(inEnglish(result.faults),
+                ElementsAre("large: copy failed (errno 28, no space is left on the volume)"));
     EXPECT_EQ(readFile(to("small")), "new");
     EXPECT_TRUE(fs::exists(to(".Trash-" + std::to_string(::geteuid()) + "/files/extra")));
     EXPECT_THAT(SyncEngine::plan(pair).actions,
@@ -263,7 +265,7 @@ TEST_F(Sync, LeavesOldOrNewWholeItemsWhateverFails) {
             for (const auto& [path, content] : treeOf(pair.destination))
                 EXPECT_TRUE(!path.ends_with(".vhsync-tmp") || fault.what.group == vh::test::CallGroup::remove)
                     << path;
-            if (!fault.thrown && result.errors.empty()) {
+            if (!fault.thrown && result.faults.empty()) {
                 EXPECT_EQ(treeOf(pair.destination), treeOf(pair.source));
             }
         });
@@ -271,7 +273,7 @@ TEST_F(Sync, LeavesOldOrNewWholeItemsWhateverFails) {
         setUp, [&] { SyncEngine::apply(plan, pair); },
         [&](const vh::test::FaultPoint&) {
             isWhole();
-            EXPECT_THAT(run().errors, IsEmpty());
+            EXPECT_THAT(inEnglish(run().faults), IsEmpty());
             auto source = treeOf(pair.source), destination = treeOf(pair.destination);
             source.erase("made"), destination.erase("made"); // its dates, when it was made before the kill
             EXPECT_EQ(destination, source);

@@ -36,8 +36,8 @@ TEST_F(SyncBadDays, DestinationIsTakenAwayInTheMiddle) {
         write(from(name), name);
     for (const Case& each :
          {Case{"read-only", [](LoopVolume& volume) { volume.turnReadOnly(); },
-               ElementsAre("b: copy failed (errno 30, Read-only file system)",
-                           "c: copy failed (errno 30, Read-only file system)", HasSubstr("extra: "))},
+               ElementsAre("b: copy failed (errno 30, the volume is read-only)",
+                           "c: copy failed (errno 30, the volume is read-only)", HasSubstr("extra: "))},
           Case{"unmounted", [](LoopVolume& volume) { volume.detach(); },
                ElementsAre(HasSubstr("extra: "), HasSubstr(": the folder is no longer there"))}}) {
         SCOPED_TRACE(each.what);
@@ -48,7 +48,7 @@ TEST_F(SyncBadDays, DestinationIsTakenAwayInTheMiddle) {
             if (done == 1)
                 each.befalls(volume);
         }});
-        EXPECT_THAT(result.errors, each.errors);
+        EXPECT_THAT(inEnglish(result.faults), each.errors);
         EXPECT_EQ(result.deleted, 0);
     }
 }
@@ -61,7 +61,8 @@ TEST_F(SyncBadDays, SourceCannotBeReadInTheMiddle) {
     write(from("bad"), std::string(10 << 20, 'n'));
     write(to("bad"), "old");
     volume.breakSecondHalf(from("bad"));
-    EXPECT_THAT(run().errors, ElementsAre("bad: copy failed (errno 5, Input/output error)"));
+    EXPECT_THAT(inEnglish(run().faults),
+                ElementsAre("bad: copy failed (errno 5, the disk could not be read or written)"));
     EXPECT_EQ(treeOf(pair.destination).size(), 3u) << "nothing half-written";
     EXPECT_EQ(readFile(to("bad")), "old");
     EXPECT_EQ(readFile(to("c")), "3");
@@ -75,11 +76,13 @@ TEST_F(SyncBadDays, NamesThatDifferInCaseAloneMeetADestinationThatDoesNotTellThe
     write(from("a"), "second");
     write(from("Photos/One"), "1");
     write(from("photos/two"), "2");
-    EXPECT_THAT(run().errors, ElementsAre(HasSubstr("a: differs from another name in upper and lower case")));
+    EXPECT_THAT(inEnglish(run().faults),
+                ElementsAre(HasSubstr("a: differs from another name in upper and lower case")));
     for (int again = 0; again < 2; ++again) {
         const SyncPlan plan = SyncEngine::plan(pair);
         EXPECT_THAT(plan.actions, IsEmpty());
-        EXPECT_THAT(plan.unreadable, ElementsAre(HasSubstr("a: differs from “A” in upper and lower case")));
+        EXPECT_THAT(inEnglish(plan.unreadable),
+                    ElementsAre(HasSubstr("a: differs from “A” in upper and lower case")));
         SyncEngine::apply(plan, pair);
         EXPECT_EQ(readFile(to("A")), "first");
         EXPECT_EQ(readFile(to("photos/one")) + readFile(to("Photos/two")), "12");
@@ -96,7 +99,7 @@ TEST_F(SyncBadDays, NameThatChangedItsCaseInASourceThatDoesNotTellThem) {
     pair.source = volume / "source";
     write(from("Foo"), "1");
     write(to("foo"), "1");
-    EXPECT_THAT(run().errors, IsEmpty());
+    EXPECT_THAT(inEnglish(run().faults), IsEmpty());
     EXPECT_TRUE(fs::exists(to("Foo")) && !fs::exists(to("foo")));
 }
 
@@ -108,7 +111,7 @@ TEST_F(SyncBadDays, WhatTheTrashCannotTakeStays) {
     write(to(".Trash-" + std::to_string(::geteuid())), "is no folder");
     pair.deleteExtraneous = true;
     const SyncPlan plan{{{SyncAction::Kind::remove, "extra", 1}}};
-    EXPECT_THAT(SyncEngine::apply(plan, pair).errors, ElementsAre(HasSubstr("extra: ")));
+    EXPECT_THAT(inEnglish(SyncEngine::apply(plan, pair).faults), ElementsAre(HasSubstr("extra: ")));
     EXPECT_EQ(readFile(to("extra")), "1");
 }
 
@@ -141,8 +144,9 @@ TEST_F(SyncBadDays, FileThatTheDestinationHasNoRoomForInOnePiece) {
     const SyncResult result = run();
     ::setrlimit(RLIMIT_FSIZE, &limit);
     ::signal(SIGXFSZ, before);
-    EXPECT_THAT(result.errors, ElementsAre("large: copy failed (errno 27, File too large)",
-                                           "sparse: copy failed (errno 27, File too large)"));
+    EXPECT_THAT(inEnglish(result.faults),
+                ElementsAre("large: copy failed (errno 27, the file is too large for the volume)",
+                            "sparse: copy failed (errno 27, the file is too large for the volume)"));
     EXPECT_EQ(readFile(to("large")), "old");
     EXPECT_EQ(treeOf(pair.destination).size(), 2u) << "nothing half-written";
 }
@@ -165,7 +169,7 @@ TEST_F(SyncBadDays, PathsLongerThanASystemCallTakes) {
     ::close(::openat(inner, "file", O_WRONLY | O_CREAT, 0600));
     ::close(inner);
     const SyncResult result = run();
-    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_THAT(inEnglish(result.faults), IsEmpty());
     EXPECT_EQ(result.copied, 1);
     EXPECT_TRUE(SyncEngine::plan(pair).isEmpty());
 }

@@ -80,7 +80,7 @@ TEST_F(SyncCrash, KilledAtAnyMomentItIsFinishedByTheNext) {
     };
     kills.check = check;
     kills.finish = [&] {
-        EXPECT_THAT(run().errors, IsEmpty());
+        EXPECT_THAT(run().faults, IsEmpty());
         vh::test::expectSame(treeOf(pair.destination), wanted);
     };
     kills.run();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Texts.h"
 #include "Platform/Files.h"
 #include "Tools/FolderSync/SyncEngine.h"
 #include "support/TempDir.h"
@@ -10,6 +11,11 @@
 #include <string>
 
 namespace vh::sync::test {
+
+/// Faults of a plan or a run, in English.
+inline std::vector<std::string> inEnglish(const Messages& faults) {
+    return linesOf(faults, Texts(Language::en));
+}
 
 /// A source, a destination, and a Trash of its own.
 class SyncFolders : public testing::Test {

@@ -237,7 +237,7 @@ TEST_F(SyncRunnerTest, letsAHeldPairGoWhenAPersonLookedAtItInAnotherProcess) {
     world_.loop.advance(minutes(6));
     EXPECT_TRUE(waitForState(pair, WatchState::held(20))) << "no schedule is a person";
     request.isAttended = true;
-    request.plan.emplace().unreadable = {"file: it cannot be read"};
+    request.plan.emplace().unreadable = {Message::literal("file: it cannot be read")};
     EXPECT_EQ(runSync(request, world_.world, {}).result.errors.size(), 1u);
     EXPECT_TRUE(waitForState(pair, {})) << "also when not all of it could be done";
 }

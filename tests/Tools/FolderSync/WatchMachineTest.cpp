@@ -27,7 +27,7 @@ SyncJobResult result(End end, std::string message = {}) {
 
 SyncJobResult withErrors() {
     SyncJobResult some = result(End::done, "one error");
-    some.result.errors = {"file: it cannot be read"};
+    some.result.faults = {Message::literal("file: it cannot be read")};
     return some;
 }
 

@@ -26,6 +26,7 @@ struct CopyWords {
     bool noMetadata = false;
     bool unmount = false;
     bool create = false;
+    bool links = false;
 };
 
 std::vector<std::string> absolutePaths(std::vector<std::string> paths) {
@@ -42,6 +43,7 @@ CopyOptions optionsOf(const CopyWords& words) {
     options.verify = words.verify;
     options.preserveMetadata = !words.noMetadata;
     options.createDestinations = words.create;
+    options.links = words.links ? CopyLinks::asLinks : CopyLinks::leaveOut;
     return options;
 }
 
@@ -90,8 +92,8 @@ Exit copyFiles(Context& context, const CopyWords& words) {
     }
     if (!result.error.empty())
         return exitOf(result.record.outcome);
-    for (const std::string& problem : result.report.problems())
-        complain(printable(problem));
+    for (const Message& problem : result.report.problems())
+        complain(worded(problem, texts));
     print(result.record.summary + "\n");
     for (const std::string& manifest : result.manifests)
         print(texts.text("cli.copy.listed", {{"path", printable(manifest)}}) + "\n");
@@ -111,6 +113,7 @@ void describeCopy(Verb& noun, CommandLine& line) {
     noun.option("--algorithm", &words->algorithm, line.text("cli.copy.algorithm"))
         .oneOf({"sha256", "xxhash64", "md5"});
     noun.option("--no-metadata", &words->noMetadata, line.text("cli.copy.no-metadata"));
+    noun.option("--links", &words->links, line.text("cli.copy.links"));
     noun.option("--manifest", &words->manifest, line.text("cli.copy.manifest")).oneOf({"sums", "mhl"});
     noun.option("--create", &words->create, line.text("cli.copy.create"));
     noun.option("--unmount", &words->unmount, line.text("cli.copy.unmount"));

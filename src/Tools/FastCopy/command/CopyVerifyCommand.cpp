@@ -10,15 +10,6 @@ namespace vh::cli {
 
 namespace {
 
-void printFindings(const copy::ManifestCheck& check, const Texts& texts) {
-    for (const std::string& path : check.differing)
-        complain(texts.text("cli.copy.verify.differs", {{"path", printable(path)}}));
-    for (const std::string& path : check.missing)
-        complain(texts.text("cli.copy.verify.missing", {{"path", printable(path)}}));
-    for (const std::string& line : check.unreadable)
-        complain(printable(line));
-}
-
 Exit verifyCopy(Context& context, const std::string& manifest) {
     app::Session& session = context.session;
     if (manifest.empty())
@@ -37,7 +28,8 @@ Exit verifyCopy(Context& context, const std::string& manifest) {
         printJson(result.check);
         return exitOf(result.record.outcome);
     }
-    printFindings(result.check, session.texts());
+    for (const Message& problem : result.check.problems())
+        complain(worded(problem, session.texts()));
     print(result.record.summary + "\n");
     return exitOf(result.record.outcome);
 }

@@ -12,9 +12,10 @@ Rectangle {
     readonly property color tone: isFaulty ? Theme.bad : isTight ? Theme.warning : Theme.second
 
     signal takenOut
+    signal makingWanted
     signal dropped(var paths)
 
-    implicitHeight: state.y + state.height + Theme.space8
+    implicitHeight: state.y + Math.max(state.height, make.visible ? make.height : 0) + Theme.space8
     radius: Theme.radiusCard
     color: Theme.surface
     border.width: Theme.hairline
@@ -100,7 +101,8 @@ Rectangle {
     Row {
         id: state
         anchors.left: name.left
-        anchors.right: room.right
+        anchors.right: make.visible ? make.left : room.right
+        anchors.rightMargin: make.visible ? Theme.space8 : 0
         anchors.top: shape.bottom
         anchors.topMargin: box.used >= 0 ? Theme.space24 - 2 : Theme.space8
         spacing: Theme.space4
@@ -121,5 +123,17 @@ Rectangle {
             wrapMode: Text.Wrap
             Accessible.ignored: true
         }
+    }
+    Button {
+        id: make
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.space8
+        y: state.y + (Math.min(state.height, Theme.space16) - height) / 2
+        visible: box.place.isMissing ?? false
+        kind: "quiet"
+        height: Theme.space24
+        text: Tr.t("copy-page.make")
+        Accessible.description: box.place.path ?? ""
+        onClicked: box.makingWanted()
     }
 }

@@ -52,6 +52,7 @@ Item {
                 width: column.width
                 place: places.copying.destinations[index] ?? ({})
                 onTakenOut: places.copying.removeDestination(index)
+                onMakingWanted: places.copying.makeDestination(index)
                 onDropped: paths => places.copying.addDestinations(paths)
             }
         }

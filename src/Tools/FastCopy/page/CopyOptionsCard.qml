@@ -103,6 +103,11 @@ Card {
                 checked: card.options.preserveMetadata
                 onClicked: card.copying.setOption("preserveMetadata", checked)
             }
+            CheckBox {
+                text: Tr.t("copy-page.option.links")
+                checked: card.options.links
+                onClicked: card.copying.setOption("links", checked)
+            }
         }
         Label {
             width: parent.width

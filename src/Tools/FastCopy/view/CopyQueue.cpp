@@ -135,7 +135,9 @@ void CopyQueue::measure(const copy::CopyJob& job, Work& work) {
         if (const auto* path = std::get_if<std::string>(&each))
             paths.push_back(*path);
     work.measuring.run(
-        [paths](const Background::Task& task) { return copy::FastCopier::plan(paths, task.cancel); },
+        [paths, links = job.options.links](const Background::Task& task) {
+            return copy::FastCopier::plan(paths, links, task.cancel);
+        },
         [this, id = job.id](std::future<copy::CopyPlan> measured) {
             copy::CopyJob* const it = find(id);
             try {

@@ -124,6 +124,7 @@ QVariantMap FastCopyViewModel::destinationRow(size_t row) const {
             {QStringLiteral("path"), words.placePath(destinations_[row])},
             {QStringLiteral("text"), text},
             {QStringLiteral("fault"), faultOfDestination(row)},
+            {QStringLiteral("isMissing"), facts && !facts->exists},
             {QStringLiteral("isTight"), isTight},
             {QStringLiteral("used"), isKnown ? share(*facts->total - *facts->free) : -1.0},
             {QStringLiteral("need"), need ? share(need->together) : 0.0}};

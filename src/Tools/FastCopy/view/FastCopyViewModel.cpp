@@ -1,7 +1,9 @@
 #include "Tools/FastCopy/view/FastCopyViewModel.h"
 
 #include "Core/Codec.h"
+#include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
+#include "Platform/Files.h"
 #include "Platform/SystemError.h"
 #include "Tools/FastCopy/FastCopier.h"
 #include "app/AppContext.h"
@@ -90,6 +92,7 @@ QVariantMap FastCopyViewModel::options() const {
         {QStringLiteral("verify"), options_.verifies() || manifest_},
         {QStringLiteral("algorithm"), qtText(rawValue(options_.algorithm))},
         {QStringLiteral("preserveMetadata"), options_.keepsMetadata()},
+        {QStringLiteral("links"), options_.links == copy::CopyLinks::asLinks},
         {QStringLiteral("manifest"), manifest_ ? qtText(rawValue(*manifest_)) : QString()},
     };
 }
@@ -107,7 +110,11 @@ void FastCopyViewModel::setOption(const QString& key, const QVariant& value) {
         options_.verify = value.toBool();
     else if (key == u"preserveMetadata")
         options_.preserveMetadata = value.toBool();
+    else if (key == u"links")
+        options_.links = value.toBool() ? copy::CopyLinks::asLinks : copy::CopyLinks::leaveOut;
     store();
+    if (key == u"links")
+        measure();
 }
 
 void FastCopyViewModel::setRunTogether(bool together) {
@@ -181,6 +188,20 @@ void FastCopyViewModel::removeDestination(int row) {
     tellChosen();
 }
 
+void FastCopyViewModel::makeDestination(int row) {
+    if (row < 0 || static_cast<size_t>(row) >= destinations_.size())
+        return;
+    making_.run([path = destinations_[row]](const Background::Task&) { makeFolders(path); },
+                [this](std::future<void> made) {
+                    try {
+                        made.get();
+                    } catch (const std::exception& error) {
+                        emit said(qtText(worded(messageOf(error), context_.texts().current())));
+                    }
+                    places_.look(destinations_);
+                });
+}
+
 void FastCopyViewModel::clear() {
     sources_.clear();
     destinations_.clear();
@@ -199,16 +220,17 @@ void FastCopyViewModel::measure() {
     plan_.reset();
     if (const copy::RescueDisk* whole = disk())
         plan_ = copy::CopyPlan{1, 0, whole->size, whole->size};
-    planning_.run([paths = plan_ ? std::vector<std::string>() : sourcePaths()](
-                      const Background::Task& task) { return copy::FastCopier::plan(paths, task.cancel); },
-                  [this](std::future<copy::CopyPlan> plan) {
-                      try {
-                          if (!plan_)
-                              plan_ = plan.get();
-                      } catch (const std::exception&) { // what is missing stands at its row
-                      }
-                      tellChosen();
-                  });
+    planning_.run(
+        [paths = plan_ ? std::vector<std::string>() : sourcePaths(), links = options_.links](
+            const Background::Task& task) { return copy::FastCopier::plan(paths, links, task.cancel); },
+        [this](std::future<copy::CopyPlan> plan) {
+            try {
+                if (!plan_)
+                    plan_ = plan.get();
+            } catch (const std::exception&) { // what is missing stands at its row
+            }
+            tellChosen();
+        });
     tellChosen();
 }
 
@@ -316,9 +338,9 @@ void FastCopyViewModel::showReport(const QString& id) {
         const CopyWords words(context_);
         const CopyJobRow row = words.row(*job);
         QStringList problems, manifests;
-        const auto lines = reported_ ? reported_->problems() : std::vector<std::string>();
-        for (const std::string& each : lines | std::views::take(mostProblems))
-            problems << qtText(printable(each));
+        const Messages faults = reported_ ? reported_->problems() : Messages();
+        for (const Message& each : faults | std::views::take(mostProblems))
+            problems << qtText(worded(each, context_.texts().current()));
         for (const std::string& each : job->manifests)
             manifests << words.placePath(each);
         if (job->imagePath)
@@ -330,7 +352,7 @@ void FastCopyViewModel::showReport(const QString& id) {
                    {QStringLiteral("lanes"), row.lanes},
                    {QStringLiteral("manifests"), manifests},
                    {QStringLiteral("problems"), problems},
-                   {QStringLiteral("problemCount"), int(lines.size())},
+                   {QStringLiteral("problemCount"), int(faults.size())},
                    {QStringLiteral("fileCount"), reported_ ? int(reported_->files.size()) : 0}};
     }
     files_.show(reported_, false);

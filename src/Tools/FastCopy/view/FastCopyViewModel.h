@@ -37,7 +37,7 @@ class FastCopyViewModel : public QObject {
     Q_PROPERTY(QString hindrance READ hindrance NOTIFY chosenChanged)
     Q_PROPERTY(bool lacksHelper READ lacksHelper NOTIFY chosenChanged)
     Q_PROPERTY(bool hasDisk READ hasDisk NOTIFY chosenChanged)
-    /// {mode, conflict, verify, algorithm, preserveMetadata, manifest}, as they act: a clone verifies whatever was chosen.
+    /// {mode, conflict, verify, algorithm, preserveMetadata, links, manifest}, as they act: a clone verifies whatever was chosen.
     Q_PROPERTY(QVariantMap options READ options NOTIFY optionsChanged)
     Q_PROPERTY(bool runTogether READ runTogether WRITE setRunTogether NOTIFY optionsChanged)
     /// {value, title, detail, fault}: whole disks of this machine.
@@ -87,6 +87,8 @@ public:
     Q_INVOKABLE void addDisk(const QString& bsdName);
     Q_INVOKABLE void removeSource(int row);
     Q_INVOKABLE void removeDestination(int row);
+    /// Makes the folder that is not there; what went wrong is said.
+    Q_INVOKABLE void makeDestination(int row);
     Q_INVOKABLE void clear();
     Q_INVOKABLE void lookForDisks();
     Q_INVOKABLE void setOption(const QString& key, const QVariant& value);
@@ -163,6 +165,7 @@ private:
     CopyPlaces places_;
     CopyQueue queue_;
     Background planning_;
+    Background making_;
     Background readingHelper_;
     Background readingDisks_;
 };

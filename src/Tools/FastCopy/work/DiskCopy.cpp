@@ -181,8 +181,7 @@ private:
     void book(copy::CopyReport& report, const std::vector<std::string>& sources) {
         copies_ = copy::summaryOf(report);
         journal_->add(copy::rowsOf(report, sources));
-        for (const std::string& problem : report.problems())
-            problems_.push_back(Message::literal(printable(problem)));
+        std::ranges::move(report.problems(), std::back_inserter(problems_));
         copy::DestinationReport& own = report.destinations[first_];
         own.removed = false;
         own.copied = static_cast<int64_t>(sources.size());

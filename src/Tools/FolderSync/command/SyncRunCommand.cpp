@@ -102,9 +102,9 @@ void printTotals(const SyncPlan& plan, const Texts& texts) {
     printLeftOut(plan, texts);
 }
 
-void complainOfUnreadable(const SyncPlan& plan) {
-    for (const std::string& each : plan.unreadable)
-        complain(printable(each));
+void complainOfUnreadable(const SyncPlan& plan, const Texts& texts) {
+    for (const Message& each : plan.unreadable)
+        complain(worded(each, texts));
 }
 
 Exit showPlan(Context& context, const RunWords& words) {
@@ -112,7 +112,7 @@ Exit showPlan(Context& context, const RunWords& words) {
     const auto plan = pair ? planOf(context, *pair) : std::nullopt;
     if (!plan)
         return Exit::failed;
-    complainOfUnreadable(*plan);
+    complainOfUnreadable(*plan, context.session.texts());
     if (context.format == Format::json) {
         printJson(*plan);
     } else {
@@ -195,7 +195,7 @@ Exit printResult(Context& context, const SyncJobResult& done) {
         return Exit::failed;
     }
     for (const std::string& each : done.result.errors)
-        complain(printable(each));
+        complain(each);
     if (!done.trackingFailure.empty())
         complain(texts.text("cli.junk.untracked", {{"reason", done.trackingFailure}}));
     if (context.format == Format::json) {

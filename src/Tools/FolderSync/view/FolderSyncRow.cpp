@@ -68,13 +68,13 @@ void tellState(FolderSyncRow& row, const sync::WatchState& state, const AppTexts
 /// What the last run of this window left to look at.
 bool tellLast(FolderSyncRow& row, const automation::SyncJobResult& last, const AppTexts& texts) {
     const bool isFaulty = last.end == End::failed || last.end == End::blocked ||
-                          (last.end == End::done && !last.result.errors.empty());
+                          (last.end == End::done && !last.result.faults.empty());
     if (!isFaulty)
         return false;
     row.outcome = last.end == End::done ? QStringLiteral("warning") : QStringLiteral("failed");
     row.stateText =
         texts.text(last.end == End::done ? "sync-page.state.problems" : "sync-page.state.not-synced",
-                   {{"count", last.result.errors.size()}});
+                   {{"count", last.result.faults.size()}});
     return true;
 }
 

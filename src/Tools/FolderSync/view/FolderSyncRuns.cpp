@@ -226,8 +226,8 @@ QString FolderSyncViewModel::planText() const {
 QStringList FolderSyncViewModel::unreadable() const {
     QStringList list;
     if (hasPlan())
-        for (const std::string& line : actions_.plan()->unreadable)
-            list << qtText(printable(line));
+        for (const Message& each : actions_.plan()->unreadable)
+            list << qtText(worded(each, context_.texts().current()));
     return list;
 }
 
@@ -292,18 +292,18 @@ void FolderSyncViewModel::finish(const Uuid& pair, const automation::SyncJobResu
     const QString numbers = context_.texts().text(
         "folder-sync.toast-done",
         {{"copied", done.copied}, {"updated", done.updated}, {"deleted", done.deleted}});
-    for (const std::string& line : done.errors)
-        result_->errors << qtText(printable(line));
+    for (const Message& fault : done.faults)
+        result_->errors << qtText(worded(fault, context_.texts().current()));
     if (result.end != End::done && result.end != End::upToDate) {
         result_->outcome = QStringLiteral("failed");
         emit said(result_->text);
     } else if (done.stopped) {
         result_->outcome = QStringLiteral("cancelled");
         say("folder-sync.toast-stopped");
-    } else if (!done.errors.empty()) {
+    } else if (!done.faults.empty()) {
         result_->outcome = QStringLiteral("warning");
         result_->text = numbers; // what the message says of the errors stands below it
-        say("folder-sync.toast-problems", {{"count", done.errors.size()}});
+        say("folder-sync.toast-problems", {{"count", done.faults.size()}});
     } else {
         emit said(numbers);
     }

@@ -263,15 +263,17 @@ SyncJobResult SyncRun::perform(SyncPlan plan) {
     try {
         result.result = SyncEngine::apply(plan, request_.pair, tracking.steering());
     } catch (const std::exception& error) {
-        result.result.errors.push_back(error.what());
+        result.result.faults.push_back(vh::messageOf(error));
     }
     tracking.flush();
     plan = {}; // before the list is saved, which takes its room too
-    if (result.result.errors.empty() && !result.result.stopped)
+    result.result.errors = linesOf(result.result.faults, texts_);
+    if (result.result.faults.empty() && !result.result.stopped)
         noteDone();
-    result.record = journal->finish(outcomeOf(result.result), RunWords(summaryOf(result.result), texts_),
-                                    metricsOf(result.result, tracking.bytesCopied()),
-                                    detailsOf(result.result, tracking.bytesCopied()));
+    result.record = journal->finish(
+        outcomeOf(result.result),
+        RunWords(summaryOf(result.result), texts_, firstProblems(result.result.faults)),
+        metricsOf(result.result, tracking.bytesCopied()), detailsOf(result.result, tracking.bytesCopied()));
     result.message = result.record->summary;
     result.trackingFailure = journal->failure();
     if (request_.isAttended && !result.result.stopped)

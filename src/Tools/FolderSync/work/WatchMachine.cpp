@@ -169,7 +169,7 @@ WatchMachine::Todo WatchMachine::ownEnded(const SyncJobResult& result) {
     if (result.result.stopped) {
         return pause(std::max(whenStopped, pauseAfter(++failures_)));
     }
-    if (result.end == End::failed || !result.result.errors.empty()) {
+    if (result.end == End::failed || !result.result.faults.empty()) {
         failure_ = result.message;
         ++failures_;
         return pause(again ? firstPause : pauseAfter(failures_));
@@ -184,7 +184,7 @@ WatchMachine::Todo WatchMachine::otherEnded(const SyncJobResult& result) {
     using End = SyncJobResult::End;
     if (result.end == End::busy || result.result.stopped)
         return {};
-    if (result.end == End::failed || !result.result.errors.empty()) {
+    if (result.end == End::failed || !result.result.faults.empty()) {
         failure_ = result.message;
         if (!needs<InStep>())
             return {};
