@@ -52,12 +52,34 @@ constexpr std::array reasons{
     ReasonRow{ENETUNREACH, "error.unreachable"},
 };
 
+/// What Platform refuses by itself, in its own words.
+struct RefusalRow {
+    std::string_view words;
+    const char* key;
+};
+
+constexpr std::array refusals{
+    RefusalRow{"Something else lies there by now", "error.changed-meanwhile"},
+    RefusalRow{"Something else came there meanwhile; it lies in the Trash", "error.taken-meanwhile"},
+    RefusalRow{"Another volume is mounted here", "error.mounted-over"},
+    RefusalRow{"Not a plain file", "error.not-a-plain-file"},
+    RefusalRow{"Not a file, folder or link, so it cannot be copied", "error.not-copyable"},
+    RefusalRow{"The folder cannot be copied into itself", "error.into-itself"},
+    RefusalRow{"Too many folders lie one inside the other", "error.too-deep"},
+    RefusalRow{"The Trash does not say where this came from", "error.trash-unknown"},
+    RefusalRow{"This Trash folder belongs to somebody else", "error.trash-foreign"},
+    RefusalRow{"The folder belongs to another user", "error.folder-foreign"},
+};
+
 } // namespace
 
 Message reasonOf(const SystemError& error) {
     const auto* row = std::ranges::find(reasons, error.code(), &ReasonRow::code);
     if (row != reasons.end())
         return {row->key, {}};
+    const auto* refusal = std::ranges::find(refusals, error.reason(), &RefusalRow::words);
+    if (error.code() == 0 && refusal != refusals.end())
+        return {refusal->key, {}};
     return Message::literal(printable(error.reason()));
 }
 

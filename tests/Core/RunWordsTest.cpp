@@ -103,6 +103,7 @@ TEST(RunWords, UnknownOrHostileFactsFallBackToTheWords) {
 TEST(ErrorMessage, KnownReasonsAreOursAndOthersTheSystems) {
     EXPECT_EQ(worded(messageOf(SystemError(ENOSPC, "/a")), spanish), "/a: no queda espacio en el volumen");
     EXPECT_EQ(worded(reasonOf(SystemError(EROFS, "/a")), french), "le volume est en lecture seule");
+    EXPECT_EQ(worded(reasonOf(SystemError("/a", "Not a plain file")), french), "pas un fichier ordinaire");
     const SystemError rare(ENOTTY, "/a");
     EXPECT_EQ(worded(messageOf(rare), english), rare.what());
     EXPECT_EQ(worded(messageOf(std::runtime_error("a\nb")), english), "a\\x0Ab");

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
+#include <regex>
 
 namespace vh::house {
 namespace {
@@ -115,6 +116,19 @@ TEST(Texts, EveryKeyIsUsedAndEveryUsedKeyExists) {
     };
     for (const auto& [prefix, path] : use.askedPrefixes)
         EXPECT_TRUE(begins(english, prefix)) << path << " asks for " << prefix << "…";
+}
+
+TEST(Texts, RefusalsOfTheLowestFloorAreStillSaidThere) {
+    std::string floor, table;
+    for (const auto& file : filesUnder("src/Platform", {".cpp"}))
+        floor += file.text;
+    for (const auto& file : filesUnder("src/Core", {"ErrorMessage.cpp"}))
+        table += file.text;
+    const std::regex row(R"re(RefusalRow\{"([^"]+)",)re");
+    int seen = 0;
+    for (std::sregex_iterator each(table.begin(), table.end(), row), end; each != end; ++each, ++seen)
+        EXPECT_NE(floor.find('"' + each->str(1) + '"'), std::string::npos) << each->str(1);
+    EXPECT_GE(seen, 5);
 }
 
 } // namespace

@@ -139,7 +139,7 @@ TEST_F(Manifests, TellWhatIsOtherThanListed) {
         EXPECT_THAT(found.missing, ElementsAre("gone"));
         EXPECT_THAT(test::inEnglish(found.faults),
                     ElementsAre("inner/linked: a link or a file stands in the way",
-                                "link: a link or a file stands in the way", "folder: Not a plain file"));
+                                "link: a link or a file stands in the way", "folder: not a plain file"));
     }
 }
 

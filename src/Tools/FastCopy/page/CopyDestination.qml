@@ -104,7 +104,7 @@ Rectangle {
         anchors.right: make.visible ? make.left : room.right
         anchors.rightMargin: make.visible ? Theme.space8 : 0
         anchors.top: shape.bottom
-        anchors.topMargin: box.used >= 0 ? Theme.space24 - 2 : Theme.space8
+        anchors.topMargin: box.used >= 0 ? Theme.space24 - 2 : make.visible ? Theme.space12 + Theme.space4 : Theme.space8
         spacing: Theme.space4
 
         Icon {

@@ -111,10 +111,15 @@ TEST_P(CopyPageInEveryLook, showWhatIsCopiedWhereAndWhatCameOfIt) {
         EXPECT_EQ(namelessStops(shownItems()), QStringList());
     };
     const QDir place(QString::fromStdString(home().path()));
-    const QStringList places{place.filePath("Archive"), place.filePath("Backup")};
+    const QStringList places{place.filePath("Archive"), place.filePath("Backup"),
+                             place.filePath("A folder that is not there yet and has a long name")};
     QMetaObject::invokeMethod(copying, "addSources",
                               Q_ARG(QStringList, QStringList(place.filePath("Documents"))));
     QMetaObject::invokeMethod(copying, "addDestinations", Q_ARG(QStringList, places));
+    look("one place is missing, and why it cannot run is said");
+    EXPECT_FALSE(copying->property("canRun").toBool());
+    QMetaObject::invokeMethod(copying, "makeDestination", Q_ARG(int, 2));
+    waitUntil("the folder is made", [&] { return copying->property("canRun").toBool(); });
     look("filled");
     QMetaObject::invokeMethod(copying, "run");
     waitUntil("it is copied", [&] { return !copying->property("isActive").toBool(); });
