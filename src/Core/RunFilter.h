@@ -6,6 +6,7 @@
 #include "Core/Texts.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <variant>
@@ -76,6 +77,31 @@ struct RunFilter {
     std::vector<RunRecord> apply(std::vector<RunRecord> records, const Surroundings& world) const;
 
     bool operator==(const RunFilter&) const = default;
+};
+
+/// A filter for many records, with all that is the same for each of them worked out once. One thread.
+class RunMatcher {
+public:
+    RunMatcher(RunFilter filter, RunFilter::Surroundings world);
+
+    bool matches(const RunRecord& record) const;
+    /// False when the record of this line of a log matches for certain not; much faster than reading it.
+    bool mayMatch(std::string_view line) const;
+
+private:
+    const std::string& computerOf(const RunRecord& record) const;
+    bool holdsText(const RunRecord& record) const;
+    bool summaryHoldsText(const RunRecord& record) const;
+    bool nameHoldsText(std::string_view toolID) const;
+
+    const RunFilter filter_;
+    const RunFilter::Surroundings world_;
+    const std::optional<DateInterval> interval_;
+    const std::string needle_;         ///< folded
+    const bool isPlainNeedle_ = false; ///< stands in a line as it is, whatever the case of its letters
+    const std::string ownFacts_;       ///< how the facts of a record of this language begin in a line
+    const bool isOfThisComputer_ = false;
+    mutable std::map<std::string, bool, std::less<>> names_; ///< whether the names of tools hold the text
 };
 
 template <>

@@ -3,6 +3,7 @@
 #include "Core/Codec.h"
 #include "Core/DatabaseLocation.h"
 #include "Core/RunFiles.h"
+#include "Core/RunFilter.h"
 #include "Core/UserDefaults.h"
 #include "Platform/FileIdentity.h"
 #include "Platform/Files.h"
@@ -274,6 +275,26 @@ std::vector<RunRecord> RunLog::recent(size_t n) const {
         found.push_back(record);
         return true;
     });
+    return found;
+}
+
+std::vector<RunRecord> RunLog::search(const RunMatcher& filter, size_t most) const {
+    const std::lock_guard guard(mutex_);
+    catchUp();
+    std::vector<RunRecord> found;
+    size_t left = maxRecords_;
+    const auto visit = [&](const RunRecord& record) {
+        if (found.size() == most || left == 0)
+            return false;
+        --left;
+        if (filter.matches(record))
+            found.push_back(record);
+        return true;
+    };
+    for (auto each = waiting_.rbegin(); each != waiting_.rend(); ++each)
+        if (!visit(each->record))
+            return found;
+    file_.visitNewestFirst([&](std::string_view line) { return filter.mayMatch(line); }, visit);
     return found;
 }
 

@@ -17,6 +17,7 @@
 namespace vh {
 
 class RunFiles;
+class RunMatcher;
 class UserDefaults;
 
 /// Everything that was done to this machine: "runs.jsonl" in the database folder, appended to by several processes.
@@ -54,6 +55,8 @@ public:
 
     std::vector<RunRecord> all() const;            ///< oldest first
     std::vector<RunRecord> recent(size_t n) const; ///< newest first
+    /// The newest that the filter takes, at most so many, newest first.
+    std::vector<RunRecord> search(const RunMatcher& filter, size_t most) const;
     std::vector<RunRecord> since(Date date) const; ///< begun at `date` or later, oldest first
     std::optional<RunRecord> last(std::string_view toolID) const;
     double total(RunMetric metric, Date since) const;

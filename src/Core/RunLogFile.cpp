@@ -12,6 +12,8 @@ namespace vh {
 namespace {
 
 std::optional<RunRecord> decodeLine(JsonDocument& parser, std::string_view line) {
+    if (line.empty())
+        return std::nullopt;
     try {
         return decodeJson<RunRecord>(parser.parse(line));
     } catch (const DecodeError&) {
@@ -19,12 +21,12 @@ std::optional<RunRecord> decodeLine(JsonDocument& parser, std::string_view line)
     }
 }
 
-/// From find to find, each of which is the C library's vector code: much faster than byte by byte.
-size_t countLines(std::string_view text) {
-    size_t lines = 0;
-    for (size_t at = text.find('\n'); at != std::string_view::npos; at = text.find('\n', at + 1))
-        ++lines;
-    return lines;
+/// Where each line begins; `text` ends with a line feed. From find to find, each of which is the C library's vector code.
+std::vector<size_t> lineStarts(std::string_view text) {
+    std::vector<size_t> starts;
+    for (size_t at = 0; at < text.size(); at = text.find('\n', at) + 1)
+        starts.push_back(at);
+    return starts;
 }
 
 /// The front part that ends with a line feed.
@@ -42,24 +44,32 @@ void RunLogFile::switchTo(std::string path) {
     open_.reset();
 }
 
+std::string_view RunLogFile::undecodedLine(size_t index) const {
+    const size_t start = starts_[index];
+    const size_t end = index + 1 < starts_.size() ? starts_[index + 1] : undecoded_.size();
+    return std::string_view(undecoded_).substr(start, end - start - 1);
+}
+
 /// Moves up to `count` records from the end of undecoded_ to the front of entries_.
 void RunLogFile::decodeOlder(size_t count) {
-    std::string_view rest = undecoded_;
-    for (; count > 0 && !rest.empty() && entries_.size() < maxRecords_; --count) {
-        rest.remove_suffix(1); // the line feed
-        const size_t offset = rest.rfind('\n') + 1;
-        const std::string_view line = rest.substr(offset);
-        if (auto record = line.empty() ? std::nullopt : decodeLine(parser_, line))
-            entries_.push_front({std::move(*record), static_cast<int64_t>(offset), line.size()});
-        rest = rest.substr(0, offset);
+    for (; count > 0 && !starts_.empty() && entries_.size() < maxRecords_; --count) {
+        const std::string_view line = undecodedLine(starts_.size() - 1);
+        if (auto record = decodeLine(parser_, line))
+            entries_.push_front({std::move(*record), static_cast<int64_t>(starts_.back()), line.size()});
+        undecoded_.resize(starts_.back());
+        starts_.pop_back();
     }
-    undecoded_.resize(entries_.size() < maxRecords_ ? rest.size() : 0);
-    if (undecoded_.empty())
-        undecoded_.shrink_to_fit();
+    if (starts_.empty() || entries_.size() == maxRecords_)
+        forgetUndecoded();
+}
+
+void RunLogFile::forgetUndecoded() {
+    undecoded_ = {};
+    starts_ = {};
 }
 
 const std::deque<RunLogFile::Entry>& RunLogFile::entries() {
-    decodeOlder(undecoded_.size());
+    decodeOlder(starts_.size());
     return entries_;
 }
 
@@ -67,6 +77,21 @@ const RunLogFile::Entry* RunLogFile::newest(size_t index) {
     while (index >= entries_.size() && !undecoded_.empty())
         decodeOlder(std::max<size_t>(index, 64)); // twice as many each time
     return index < entries_.size() ? &entries_[entries_.size() - 1 - index] : nullptr;
+}
+
+void RunLogFile::visitNewestFirst(const std::function<bool(std::string_view)>& worth,
+                                  const std::function<bool(const RunRecord&)>& visit) {
+    for (auto each = entries_.rbegin(); each != entries_.rend(); ++each)
+        if (!visit(each->record))
+            return;
+    size_t left = maxRecords_ - entries_.size();
+    for (size_t index = starts_.size(); left > 0 && index-- > 0; --left) {
+        const std::string_view line = undecodedLine(index);
+        if (!worth(line))
+            continue;
+        if (const auto record = decodeLine(parser_, line); record && !visit(*record))
+            return;
+    }
 }
 
 bool RunLogFile::catchUp() {
@@ -86,7 +111,8 @@ bool RunLogFile::reload() {
     open_ = std::move(opened);
     entries_.clear();
     undecoded_ = std::move(text);
-    lines_ = countLines(undecoded_);
+    starts_ = lineStarts(undecoded_);
+    lines_ = starts_.size();
     consumed_ = static_cast<int64_t>(undecoded_.size());
     return hadEntries || !undecoded_.empty();
 }
@@ -101,7 +127,7 @@ bool RunLogFile::readOn() {
 void RunLogFile::takeIn(std::string_view text) {
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
-        if (auto record = line.empty() ? std::nullopt : decodeLine(parser_, line))
+        if (auto record = decodeLine(parser_, line))
             entries_.push_back({std::move(*record), consumed_, line.size()});
         ++lines_;
         consumed_ += static_cast<int64_t>(line.size()) + 1;
@@ -110,7 +136,7 @@ void RunLogFile::takeIn(std::string_view text) {
     while (entries_.size() > maxRecords_)
         entries_.pop_front();
     if (entries_.size() == maxRecords_)
-        undecoded_.clear();
+        forgetUndecoded();
 }
 
 /// A line that somebody could not end is damaged; the next must not be glued to it.

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vh {
 
@@ -29,6 +30,11 @@ public:
     /// The entry that `index` newer ones follow; nullptr beyond the oldest. Valid until the next call that changes the log.
     const Entry* newest(size_t index);
 
+    /// Newest first, until `visit` gives false. What was not decoded yet is decoded for the visit alone, and only those
+    /// lines that are `worth` it.
+    void visitNewestFirst(const std::function<bool(std::string_view line)>& worth,
+                          const std::function<bool(const RunRecord&)>& visit);
+
     /// Goes on with another file, which the next catchUp reads.
     void switchTo(std::string path);
 
@@ -47,15 +53,18 @@ private:
     bool readOn();
     void takeIn(std::string_view text);
     void decodeOlder(size_t count);
+    void forgetUndecoded();
+    std::string_view undecodedLine(size_t index) const;
     bool hasCutLine() const;
 
     std::string path_;
     size_t maxRecords_;
     JsonDocument parser_;
     std::optional<GrowingFile> open_;
-    int64_t consumed_ = 0;  // bytes of whole lines read
-    size_t lines_ = 0;      // those lines
-    std::string undecoded_; // the file's first bytes, whole lines whose records stand before entries_
+    int64_t consumed_ = 0;       // bytes of whole lines read
+    size_t lines_ = 0;           // those lines
+    std::string undecoded_;      // the file's first bytes, whole lines whose records stand before entries_
+    std::vector<size_t> starts_; // of those lines
     std::deque<Entry> entries_;
 };
 

@@ -1,7 +1,10 @@
 #include "RunLogFixture.h"
 
+#include "Core/RunFilter.h"
+#include "Core/RunWords.h"
 #include "Platform/GrowingFile.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <limits>
 
@@ -137,6 +140,45 @@ TEST_F(RunLogTest, AnswersQuestionsAboutTheRuns) {
     EXPECT_EQ(base.log.total(RunMetric::bytesCopied, noon + hours(1)), 300);
     EXPECT_EQ(base.log.total(RunMetric::freedBytes, noon), 0);
     EXPECT_EQ(base.log.bytes(), static_cast<int64_t>(readFile(logFile()).size()));
+}
+
+/// A search looks at lines before it reads them; it finds what a filter over all records finds.
+TEST_F(RunLogTest, ASearchFindsWhatAFilterFinds) {
+    Database base(dir.path());
+    const Texts english(Language::en), french(Language::fr);
+    const RunWords trashed({{"clean.result-trashed", {{"count", 2}, {"bytes", ByteCount{7}}}}}, french);
+    for (const char* summary : {"Plain words", "PLAIN WORDS", "\u00c9clair", "K\u00d6LN", "\uff2belvin",
+                                "a \"b\" c", "two\nlines", "uncommon", "facts", "2 \u00e9l\u00e9ments"})
+        base.log.record(makeRecord(summary));
+    RunRecord worded = makeRecord(trashed.summary);
+    worded.facts = trashed.facts;
+    base.log.record(worded);
+    RunRecord other = makeRecord("of another tool");
+    other.toolID = "system-junk";
+    other.computer.reset();
+    base.log.record(other);
+    std::string escaped = encodeJson(makeRecord("caf!"));
+    escaped.replace(escaped.find('!'), 1, "\\u0045");
+    appendToFile(logFile(), escaped + "\n");
+
+    const auto named = [](const std::string& tool) {
+        return tool == "system-junk" ? std::string("Cleaner of caches") : tool;
+    };
+    for (const Texts& texts : {english, french})
+        for (const char* needle :
+             {"plain", "ECLAIR", "\u00e9clair", "koln", "kelvin", "b\" c", "lines", "2 ", "trash",
+              "corbeille", "cleaner", "here", "ateneo", "cafe", "facts", "language", "nothing"}) {
+            RunFilter filter;
+            filter.text = needle;
+            const RunFilter::Surroundings world{named, "here", noon, LocalCalendar("UTC"), texts};
+            const Database fresh(dir.path());
+            auto expected = filter.apply(fresh.log.all(), world);
+            std::ranges::reverse(expected);
+            const Database undecoded(dir.path());
+            EXPECT_EQ(undecoded.log.search(RunMatcher(filter, world), 100), expected) << needle;
+            EXPECT_EQ(fresh.log.search(RunMatcher(filter, world), 1).size(), expected.empty() ? 0u : 1u)
+                << needle;
+        }
 }
 
 TEST_F(RunLogTest, HookAndObserversMayReadTheLog) {

@@ -90,11 +90,9 @@ std::vector<RunRecord> matchingRuns(app::Session& session, const RunFilter& filt
     const auto nameOf = [&](const std::string& id) {
         return toolName(session.texts(), id);
     };
-    auto runs = filter.apply(session.runLog().all(),
-                             {nameOf, RunLog::thisComputer(), systemNow(), LocalCalendar(), session.texts()});
-    std::ranges::reverse(runs);
-    runs.resize(std::min(runs.size(), most));
-    return runs;
+    return session.runLog().search(
+        RunMatcher(filter, {nameOf, RunLog::thisComputer(), systemNow(), LocalCalendar(), session.texts()}),
+        most);
 }
 
 } // namespace vh::cli
