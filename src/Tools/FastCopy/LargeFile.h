@@ -12,7 +12,7 @@
 namespace vh::copy {
 
 /// How much is read at once and written to all destinations in step.
-constexpr size_t chunkSize = 4u << 20;
+constexpr size_t chunkSize = 1u << 20;
 
 /// Streams files, one at a time: each is read once and written to several destinations in step, and booked. A
 /// destination that is paused or removed meanwhile is left out; one that fails does not stop the others.
