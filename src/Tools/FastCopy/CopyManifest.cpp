@@ -2,6 +2,7 @@
 
 #include "Core/ErrorMessage.h"
 #include "Core/LocalCalendar.h"
+#include "Core/Texts.h"
 #include "Platform/CopyFolder.h"
 #include "Platform/Files.h"
 #include "Platform/SystemError.h"
@@ -88,6 +89,9 @@ WrittenManifest writeManifest(const CopyReport& report, size_t destination, Mani
     return written;
 }
 
+ManifestError::ManifestError(Message why)
+    : std::runtime_error(worded(why, Texts(Language::en))), message_(std::move(why)) {}
+
 Manifest parseManifest(std::string_view text) {
     if (text.starts_with("\xEF\xBB\xBF"))
         text.remove_prefix(3);
@@ -95,7 +99,7 @@ Manifest parseManifest(std::string_view text) {
     const bool isXml = begin != std::string_view::npos && text[begin] == '<';
     Manifest manifest{isXml ? parseMhl(text) : parseSums(text)};
     if (manifest.entries.empty())
-        throw ManifestError("The list names no file");
+        throw ManifestError({"fast-copy.list.empty", {}});
     return manifest;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Core/Date.h"
 #include "Core/Describe.h"
+#include "Core/ErrorMessage.h"
 #include "Core/JobControl.h"
 #include "Tools/FastCopy/CopyReport.h"
 
@@ -33,10 +34,14 @@ struct Manifest {
     std::vector<ManifestEntry> entries;
 };
 
-/// Why a text is no manifest; what() names the line.
-class ManifestError : public std::runtime_error {
+/// Why a text is no manifest, with the line; what() is in English.
+class ManifestError : public std::runtime_error, public SpeakingError {
 public:
-    using std::runtime_error::runtime_error;
+    explicit ManifestError(Message why);
+    Message message() const override { return message_; }
+
+private:
+    Message message_;
 };
 
 struct WrittenManifest {

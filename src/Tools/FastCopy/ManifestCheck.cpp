@@ -20,7 +20,7 @@ constexpr std::chrono::milliseconds reportInterval{100};
 
 std::string textOf(const SourceFile& file) {
     if (file.size() > largestManifest)
-        throw ManifestError("The list is larger than 512 MiB");
+        throw ManifestError({"fast-copy.list.too-large", {{"most", ByteCount{largestManifest}}}});
     std::string text(static_cast<size_t>(file.size()), '\0');
     text.resize(file.readAt(0, text));
     return text;

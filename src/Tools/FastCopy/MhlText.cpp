@@ -2,9 +2,9 @@
 
 #include "Core/Printable.h"
 #include "Core/ValidText.h"
+#include "Core/XmlText.h"
 #include "Platform/Host.h"
 #include "Tools/FastCopy/SumsText.h"
-#include "Tools/FastCopy/XmlReader.h"
 
 #include <algorithm>
 #include <array>
@@ -25,6 +25,9 @@ constexpr std::array elements{Element{HashAlgorithm::sha256, "sha256"}, Element{
                               Element{HashAlgorithm::xxhash64, "xxhash64be"},
                               Element{HashAlgorithm::xxhash64, "xxhash64", true}};
 
+/// Bytes of a path or a checksum; what is longer is neither.
+constexpr size_t longestField = 64u << 10;
+
 size_t rankOf(HashAlgorithm algorithm) {
     return static_cast<size_t>(std::ranges::find(elements, algorithm, &Element::algorithm) -
                                elements.begin());
@@ -44,74 +47,66 @@ std::string turned(std::string_view hex) {
     return out;
 }
 
-class MhlParser {
+class MhlParser : public XmlHandler {
 public:
-    explicit MhlParser(std::string_view text) : xml_(text) {}
+    std::vector<ManifestEntry> entries() { return std::move(entries_); }
 
-    std::vector<ManifestEntry> entries() {
-        try {
-            while (takePiece()) {
-            }
-        } catch (const ManifestError& error) {
-            throw ManifestError(xml_.where() + error.what());
-        }
-        return std::move(entries_);
+    void start(std::string_view name, const Attributes& attributes, size_t line) override {
+        at(line, [&] {
+            content_.clear();
+            if (++depth_ == rootDepth)
+                checkRoot(name, attributes);
+            if (depth_ != fileDepth)
+                return;
+            isInFile_ = name == "hash";
+            entry_ = {};
+            hasHash_ = false;
+        });
+    }
+    void text(std::string_view piece) override {
+        if (isInFile_ && content_.size() < longestField)
+            content_ += piece;
+    }
+    void end(std::string_view name, size_t line) override {
+        at(line, [&] {
+            const size_t depth = depth_--;
+            if (isInFile_ && depth == fieldDepth)
+                takeField(name);
+            else if (isInFile_ && depth == fileDepth)
+                finishFile();
+        });
     }
 
 private:
     static constexpr size_t rootDepth = 1, fileDepth = 2, fieldDepth = 3;
 
-    bool takePiece() {
-        switch (xml_.next()) {
-        case XmlReader::Piece::start:
-            begin();
-            return true;
-        case XmlReader::Piece::text:
-            content_ += xml_.text();
-            return true;
-        case XmlReader::Piece::end:
-            end();
-            return true;
-        case XmlReader::Piece::finished:
-            return false;
-        }
-        return false;
-    }
-
-    void begin() {
-        content_.clear();
-        if (xml_.depth() == rootDepth)
-            checkRoot();
-        isInFile_ = xml_.depth() == fileDepth ? xml_.name() == "hash" : isInFile_;
-        if (isInFile_ && xml_.depth() == fileDepth) {
-            entry_ = {};
-            hasHash_ = false;
+    template <class Work>
+    static void at(size_t line, Work work) {
+        try {
+            work();
+        } catch (const ManifestError& error) {
+            throw ManifestError(atLine(line, error.message()));
         }
     }
 
-    void checkRoot() const {
-        if (xml_.name() != "hashlist")
-            throw ManifestError("<" + printable(xml_.name()) + "> begins no media hash list");
-        if (const std::string version = xml_.attribute("version"); !version.starts_with("1."))
-            throw ManifestError("version \"" + printable(version) +
-                                "\" of media hash lists cannot be read, only version 1");
+    static void checkRoot(std::string_view name, const Attributes& attributes) {
+        if (name != "hashlist")
+            throw ManifestError({"fast-copy.list.no-hash-list", {{"element", printable(name)}}});
+        const auto version = attributes.find("version");
+        if (version == attributes.end() || !version->second.starts_with("1."))
+            throw ManifestError(
+                {"fast-copy.list.version",
+                 {{"version", version == attributes.end() ? "" : printable(version->second)}}});
     }
 
-    void end() {
-        if (!isInFile_)
-            return;
-        if (xml_.depth() == fieldDepth - 1)
-            takeField();
-        else if (xml_.depth() == fileDepth - 1)
-            finishFile();
-    }
-
-    void takeField() {
-        if (xml_.name() == "file")
+    void takeField(std::string_view name) {
+        if (content_.size() >= longestField)
+            throw ManifestError({"fast-copy.list.too-long", {}});
+        if (name == "file")
             entry_.relative = pathBelow(content_);
-        else if (xml_.name() == "size")
+        else if (name == "size")
             entry_.bytes = size();
-        else if (const auto found = std::ranges::find(elements, xml_.name(), &Element::name);
+        else if (const auto found = std::ranges::find(elements, name, &Element::name);
                  found != elements.end())
             takeHash(*found);
     }
@@ -121,15 +116,16 @@ private:
         int64_t bytes = -1;
         const auto [rest, failed] = std::from_chars(digits.data(), digits.data() + digits.size(), bytes);
         if (failed != std::errc() || rest != digits.data() + digits.size() || bytes < 0)
-            throw ManifestError("no size: " + printable(digits.substr(0, 20)));
+            throw ManifestError({"fast-copy.list.no-size", {{"text", printable(digits.substr(0, 20))}}});
         return bytes;
     }
 
     void takeHash(const Element& element) {
         auto hash = hashText(element.algorithm, trimmed(content_));
         if (!hash)
-            throw ManifestError("no " + std::string(titleOf(element.algorithm)) +
-                                " checksum: " + printable(trimmed(content_).substr(0, 80)));
+            throw ManifestError({"fast-copy.list.no-checksum",
+                                 {{"kind", titleOf(element.algorithm)},
+                                  {"text", printable(trimmed(content_).substr(0, 80))}}});
         if (hasHash_ && rankOf(entry_.algorithm) < rankOf(element.algorithm))
             return;
         hasHash_ = true;
@@ -139,19 +135,17 @@ private:
 
     void finishFile() {
         if (entry_.relative.empty())
-            throw ManifestError("a <hash> without its <file>");
+            throw ManifestError({"fast-copy.list.no-file", {}});
         if (!hasHash_)
-            throw ManifestError("no checksum of a kind that is known here (sha256, md5, "
-                                "xxhash64be, xxhash64) for " +
-                                printable(entry_.relative));
+            throw ManifestError({"fast-copy.list.unknown-kinds", {{"path", printable(entry_.relative)}}});
         entries_.push_back(std::move(entry_));
         isInFile_ = false;
     }
 
-    XmlReader xml_;
     std::vector<ManifestEntry> entries_;
     ManifestEntry entry_;
     std::string content_; ///< of the innermost element so far
+    size_t depth_ = 0;
     bool isInFile_ = false;
     bool hasHash_ = false;
 };
@@ -190,11 +184,14 @@ std::string mhlText(const std::vector<ManifestEntry>& entries, Date start, Date 
 }
 
 std::vector<ManifestEntry> parseMhl(std::string_view text) {
+    MhlParser parser;
     try {
-        return MhlParser(text).entries();
+        readXml(text, parser);
     } catch (const XmlError& error) {
-        throw ManifestError(error.what());
+        throw ManifestError(
+            atLine(error.line, {"fast-copy.list.no-xml", {{"reason", std::string(error.what())}}}));
     }
+    return parser.entries();
 }
 
 } // namespace vh::copy

@@ -45,7 +45,7 @@ std::string unescaped(std::string_view name) {
             plain += '\\';
             break;
         default:
-            throw ManifestError("a backslash that stands for nothing");
+            throw ManifestError({"fast-copy.list.backslash", {}});
         }
     }
     return plain;
@@ -83,16 +83,16 @@ std::optional<Parts> taggedParts(std::string_view line) {
 
 ManifestEntry entryOf(std::string_view line) {
     if (line.size() > longestLine)
-        throw ManifestError("too long");
+        throw ManifestError({"fast-copy.list.too-long", {}});
     if (line.find('\0') != std::string_view::npos)
-        throw ManifestError("holds a zero byte");
+        throw ManifestError({"fast-copy.list.zero-byte", {}});
     const bool isEscaped = line.starts_with('\\');
     const std::string_view rest = line.substr(isEscaped ? 1 : 0);
     auto parts = plainParts(rest);
     if (!parts)
         parts = taggedParts(rest);
     if (!parts)
-        throw ManifestError("no checksum and path: " + printable(line.substr(0, mostCited)));
+        throw ManifestError({"fast-copy.list.no-entry", {{"line", printable(line.substr(0, mostCited))}}});
     ManifestEntry entry;
     entry.relative = pathBelow(isEscaped ? unescaped(parts->name) : std::string(parts->name));
     entry.algorithm = parts->algorithm;
@@ -120,6 +120,10 @@ std::string sumLine(HashAlgorithm algorithm, std::string_view hash, std::string_
     return line + '\n';
 }
 
+Message atLine(size_t line, Message what) {
+    return {"fast-copy.list.at-line", {{"line", line}, {"reason", std::move(what)}}};
+}
+
 std::vector<ManifestEntry> parseSums(std::string_view text) {
     std::vector<ManifestEntry> entries;
     for (size_t number = 1; !text.empty(); ++number) {
@@ -133,7 +137,7 @@ std::vector<ManifestEntry> parseSums(std::string_view text) {
         try {
             entries.push_back(entryOf(line));
         } catch (const ManifestError& error) {
-            throw ManifestError(fmt::format("Line {}: {}", number, error.what()));
+            throw ManifestError(atLine(number, error.message()));
         }
     }
     return entries;
@@ -141,23 +145,23 @@ std::vector<ManifestEntry> parseSums(std::string_view text) {
 
 std::string pathBelow(std::string_view path) {
     const auto refuse = [&](const char* why) {
-        throw ManifestError(why + printable(path.substr(0, mostCited)));
+        throw ManifestError({why, {{"path", printable(path.substr(0, mostCited))}}});
     };
     if (path.starts_with('/'))
-        refuse("an absolute path: ");
+        refuse("fast-copy.list.absolute");
     std::string clean;
     for (std::string_view rest = path; !rest.empty();) {
         const size_t end = std::min(rest.find('/'), rest.size());
         const std::string_view part = rest.substr(0, end);
         rest.remove_prefix(std::min(end + 1, rest.size()));
         if (part == "..")
-            refuse("a path that leads out of the folder: ");
+            refuse("fast-copy.list.leads-out");
         if (part.empty() || part == ".")
             continue;
         clean += (clean.empty() ? "" : "/") + std::string(part);
     }
     if (clean.empty())
-        refuse("a path that names no file: ");
+        refuse("fast-copy.list.no-name");
     return clean;
 }
 

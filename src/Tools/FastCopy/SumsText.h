@@ -16,6 +16,9 @@ std::string sumLine(HashAlgorithm algorithm, std::string_view hash, std::string_
 /// Throws ManifestError.
 std::vector<ManifestEntry> parseSums(std::string_view text);
 
+/// What is wrong with a line, from 1.
+Message atLine(size_t line, Message what);
+
 /// The path without empty and "." parts. Throws ManifestError when it leads out of a folder.
 std::string pathBelow(std::string_view path);
 
