@@ -44,25 +44,32 @@ if(VH_MOLD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_link_options(-fuse-ld=mold)
 endif()
 
-# The precompiled header: standard library and fmt, nothing that changes. Built once, shared by all Qt-free code.
-file(WRITE ${CMAKE_BINARY_DIR}/pch.cpp "")
-add_library(vh_pch OBJECT ${CMAKE_BINARY_DIR}/pch.cpp)
-target_link_libraries(vh_pch PUBLIC fmt::fmt)
-target_precompile_headers(vh_pch PRIVATE
-    <algorithm> <array> <atomic> <chrono> <concepts> <cstdint> <filesystem> <functional> <map> <memory> <mutex>
+# The precompiled headers, of what never changes, built once each: for code free of Qt, for view-models and the window
+# (_qt), and for the tests of both.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core)
+set(VH_PCH_BASE <algorithm> <array> <atomic> <chrono> <concepts> <cstdint> <filesystem> <functional> <map> <memory> <mutex>
     <optional> <set> <span> <stdexcept> <string> <string_view> <thread> <tuple> <unordered_map> <utility> <variant>
     <vector> <fmt/format.h>)
-
-# The same with Qt, for view-models and the window.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core)
-file(WRITE ${CMAKE_BINARY_DIR}/pch_qt.cpp "")
-add_library(vh_pch_qt OBJECT ${CMAKE_BINARY_DIR}/pch_qt.cpp)
-target_link_libraries(vh_pch_qt PUBLIC fmt::fmt Qt6::Core)
-target_precompile_headers(vh_pch_qt PRIVATE
-    <algorithm> <array> <atomic> <chrono> <concepts> <cstdint> <filesystem> <functional> <map> <memory> <mutex>
-    <optional> <set> <span> <stdexcept> <string> <string_view> <thread> <tuple> <unordered_map> <utility> <variant>
-    <vector> <fmt/format.h> <QAbstractListModel> <QObject> <QString> <QStringList> <QTimer> <QVariantList>
-    <QVariantMap>)
+set(VH_PCH_QT <QAbstractListModel> <QObject> <QString> <QStringList> <QTimer> <QVariantList> <QVariantMap>)
+set(VH_PCH_TEST <gmock/gmock.h> <gtest/gtest.h>)
+function(vh_pch name)
+    cmake_parse_arguments(arg "" "" "HEADERS;DEPENDS" ${ARGN})
+    file(WRITE ${CMAKE_BINARY_DIR}/${name}.cpp "")
+    add_library(${name} OBJECT EXCLUDE_FROM_ALL ${CMAKE_BINARY_DIR}/${name}.cpp)
+    target_link_libraries(${name} PUBLIC fmt::fmt ${arg_DEPENDS})
+    target_precompile_headers(${name} PRIVATE ${VH_PCH_BASE} ${arg_HEADERS})
+endfunction()
+vh_pch(vh_pch)
+vh_pch(vh_pch_qt HEADERS ${VH_PCH_QT} DEPENDS Qt6::Core)
+if(VH_TESTS)
+    find_package(GTest REQUIRED)
+    # Tests run once for each time they are compiled: optimising them costs more than it saves.
+    set(VH_TEST_OPTIONS -Og)
+    vh_pch(vh_pch_test HEADERS ${VH_PCH_TEST} DEPENDS GTest::gmock)
+    vh_pch(vh_pch_test_qt HEADERS ${VH_PCH_TEST} ${VH_PCH_QT} DEPENDS GTest::gmock Qt6::Core)
+    target_compile_options(vh_pch_test PRIVATE ${VH_TEST_OPTIONS})
+    target_compile_options(vh_pch_test_qt PRIVATE ${VH_TEST_OPTIONS})
+endif()
 
 # moc cannot read the library's <concepts> where it is the first header it meets; it needs nothing from it.
 set(CMAKE_AUTOMOC_MOC_OPTIONS -D_GLIBCXX_CONCEPTS)
@@ -124,6 +131,17 @@ function(vh_precompile target qt)
     endif()
 endfunction()
 
+# The same for tests.
+function(vh_precompile_test target qt)
+    target_compile_options(${target} PRIVATE ${VH_TEST_OPTIONS})
+    if(qt)
+        target_link_libraries(${target} PRIVATE Qt6::Core)
+        target_precompile_headers(${target} REUSE_FROM vh_pch_test_qt)
+    else()
+        target_precompile_headers(${target} REUSE_FROM vh_pch_test)
+    endif()
+endfunction()
+
 # vh_module(name SOURCES … [DEPENDS lib …]): a library that the program opens at first use (Platform/Module.h). It links
 # none of ours: what it shares with the program are headers.
 add_custom_target(modules)
@@ -155,7 +173,7 @@ function(vh_test name)
         target_include_directories(${name}_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
         target_link_libraries(${name}_tests PRIVATE ${arg_DEPENDS} vh_test_support GTest::gmock GTest::gtest_main)
         target_compile_definitions(${name}_tests PRIVATE VH_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-        vh_precompile(${name}_tests ${arg_QT})
+        vh_precompile_test(${name}_tests ${arg_QT})
         add_dependencies(${name}_tests modules)
         gtest_discover_tests(${name}_tests TEST_PREFIX ${name}. DISCOVERY_MODE PRE_TEST
             PROPERTIES TIMEOUT 300 ENVIRONMENT "${arg_ENVIRONMENT}")

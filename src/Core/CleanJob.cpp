@@ -7,6 +7,7 @@
 #include "Core/RunJournal.h"
 #include "Core/RunLog.h"
 #include "Core/SuiteModule.h"
+#include "Core/Throttle.h"
 #include "Core/ToolTexts.h"
 
 #include <chrono>
@@ -61,7 +62,7 @@ private:
     CleanJobResult done_;
     std::optional<Message> error_;
     Messages skipped_; ///< those of done_.skippedDetails
-    std::chrono::steady_clock::time_point reported_{};
+    Throttle reports_;
 };
 
 void CleanJob::removeAll(const ScanReport& report, const CleanSelection& selection) {
@@ -119,12 +120,8 @@ void CleanJob::skip(const ScanItem& item, const std::string& line) {
 }
 
 void CleanJob::reportProgress(size_t index, size_t count, const std::string& path) {
-    constexpr std::chrono::milliseconds interval{100};
-    const auto now = std::chrono::steady_clock::now();
-    if (now - reported_ < interval)
-        return;
-    reported_ = now;
-    control_.report(static_cast<double>(index) / static_cast<double>(count), path);
+    if (reports_.isDue())
+        control_.report(static_cast<double>(index) / static_cast<double>(count), path);
 }
 
 Outcome CleanJob::outcome(bool stopped) const {

@@ -1,9 +1,14 @@
 #include "Core/ContentHash.h"
 
 #include "Core/DigestModule.h"
-#include "Core/XXH64.h"
 #include "Platform/MediumRead.h"
 #include "Platform/Module.h"
+
+#include <fmt/format.h>
+
+// Compiled in: of the library only these few functions are needed, and a start has nothing to load.
+#define XXH_INLINE_ALL
+#include <xxhash.h>
 
 namespace vh {
 
@@ -26,10 +31,20 @@ const DigestModule& digestModule() {
     return *module;
 }
 
+class XXHash64 : public ContentHash::Engine {
+public:
+    XXHash64() { XXH64_reset(&state_, 0); }
+    void update(std::string_view bytes) override { XXH64_update(&state_, bytes.data(), bytes.size()); }
+    std::string hex() override { return fmt::format("{:016x}", XXH64_digest(&state_)); }
+
+private:
+    XXH64_state_t state_;
+};
+
 } // namespace
 
 ContentHash::ContentHash(HashAlgorithm algorithm)
-    : engine_(algorithm == HashAlgorithm::xxhash64 ? std::make_unique<XXH64>()
+    : engine_(algorithm == HashAlgorithm::xxhash64 ? std::make_unique<XXHash64>()
                                                    : digestModule().open(algorithm)) {}
 ContentHash::~ContentHash() = default;
 ContentHash::ContentHash(ContentHash&&) noexcept = default;

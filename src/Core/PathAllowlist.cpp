@@ -2,6 +2,7 @@
 
 #include "Platform/Files.h"
 #include "Platform/Folders.h"
+#include "Platform/PathParts.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -75,9 +76,7 @@ bool PathAllowlist::allows(std::string_view path) const {
     if (normal.empty() || normal == "/")
         return false;
     return std::ranges::any_of(allowedPrefixes_, [&](const std::string& prefix) {
-        if (prefix.empty())
-            return false;
-        return normal == prefix || normal.starts_with(prefix.ends_with('/') ? prefix : prefix + '/');
+        return !prefix.empty() && isAtOrBelow(normal, prefix);
     });
 }
 

@@ -1,14 +1,8 @@
 #include "Core/SystemPaths.h"
 
+#include "Platform/PathParts.h"
+
 namespace vh {
-
-namespace {
-
-bool isAtOrBelow(std::string_view path, std::string_view root) {
-    return path.starts_with(root) && (path.size() == root.size() || path[root.size()] == '/');
-}
-
-} // namespace
 
 bool SystemPaths::isVirtual(std::string_view path) {
     for (auto root : virtualRoots)

@@ -4,6 +4,7 @@
 #include "HelperKit/ApplicationIdentity.h"
 #include "HelperKit/HelperPathPolicy.h"
 #include "HelperKit/HelperServiceError.h"
+#include "Platform/PathParts.h"
 
 #include <optional>
 
@@ -35,7 +36,7 @@ private:
 
 std::string ApplicationInstallPolicy::check(const std::string& path, const std::string& inbox) {
     std::string normal = normalisedPath(path);
-    if (!normal.starts_with(inbox + "/"))
+    if (!isBelow(normal, inbox))
         throw HelperServiceError("outsideInbox",
                                  "Only apps received in company mode can be installed: " + normal);
     return normal;

@@ -2,6 +2,7 @@
 
 #include "HelperKit/HelperPathPolicy.h"
 #include "HelperKit/HelperServiceError.h"
+#include "Platform/PathParts.h"
 
 #include <array>
 #include <fmt/format.h>
@@ -71,7 +72,7 @@ bool saysSigned(std::string_view output) {
 std::string PackageInstallPolicy::check(const std::string& path, const std::string& inbox,
                                         bool verified) const {
     std::string normal = normalisedPath(path);
-    if (!verified && !normal.starts_with(inbox + "/"))
+    if (!verified && !isBelow(normal, inbox))
         throw HelperServiceError("outsideInbox",
                                  "Only packages received in company mode can be installed: " + normal);
     if (!kindOf(normal))

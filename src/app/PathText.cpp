@@ -1,6 +1,7 @@
 #include "app/PathText.h"
 
 #include "Core/Printable.h"
+#include "Platform/PathParts.h"
 #include "app/AppTexts.h"
 
 #include <QFile>
@@ -9,9 +10,7 @@
 namespace vh::app {
 
 QString displayPath(std::string_view path, std::string_view home) {
-    const bool isBelowHome =
-        !home.empty() && path.starts_with(home) && (path.size() == home.size() || path[home.size()] == '/');
-    if (!isBelowHome)
+    if (home.empty() || !isAtOrBelow(path, home))
         return qtText(printable(path));
     return u'~' + qtText(printable(path.substr(home.size())));
 }

@@ -38,6 +38,7 @@ TEST(PathAllowlist, AllowsAPrefixAndWhatLiesBelowIt) {
         {{"/a/caf\xC3\xA9"}, "/a/cafe\xCC\x81/x", false},
         {{"/a/\xFF"}, "/a/\xFF/x", true},
         {{"/a/b"}, "/a/b\0/../../etc"s, false},
+        {{"/a/b"}, "/a/b/c\0d"s, false},
         {{"~/.cache"}, Folders::ofUser().home + "/.cache/x", true},
         {{Folders::ofUser().home + "/.cache"}, "~/.cache/x", true},
         {{"/tmp"}, "/private/tmpfile", false},

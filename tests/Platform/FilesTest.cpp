@@ -3,7 +3,7 @@
 #include "Platform/FileIdentity.h"
 #include "Platform/FileLock.h"
 #include "Platform/FolderReader.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/Process.h"
 #include "Platform/SystemError.h"
 #include "support/ErrorOf.h"
@@ -39,6 +39,17 @@ TEST(PathParts, areTextAlone) {
     EXPECT_EQ(standardisedPath("/a/./b/../../../c//"), "/c");
     EXPECT_EQ(standardisedPath("../a/.."), "..");
     EXPECT_EQ(standardisedPath("//"), "/");
+    for (const char* below : {"/a/b", "/a/b/c"}) {
+        EXPECT_TRUE(isBelow(below, "/a") && isBelow(below, "/a/") && isBelow(below, "/")) << below;
+    }
+    for (const char* notBelow : {"/a", "/a/", "/ab", "/ab/c", "/", "a/b", ""}) {
+        EXPECT_FALSE(isBelow(notBelow, "/a")) << notBelow;
+    }
+    for (const char* at : {"/a", "/a/"}) {
+        EXPECT_TRUE(isAtOrBelow(at, "/a") && isAtOrBelow(at, "/a/") && !isBelow(at, "/a/")) << at;
+    }
+    EXPECT_TRUE(isAtOrBelow("/", "/") && isBelow("a/b", "a"));
+    EXPECT_FALSE(isBelow("/", "/") || isAtOrBelow("/ab", "/a"));
 }
 
 TEST(AtomicWrite, keepsTheOldFileWholeThroughEveryFault) {

@@ -154,6 +154,29 @@ TEST(Removal, isNotLedAstrayByAFolderSwappedMeanwhile) {
     }
 }
 
+/// Another program puts a real folder into the place of the one that is to go, at every moment of the removal.
+TEST(Removal, takesTheExpectedFolderAndNoneThatTookItsPlace) {
+    const TempDir folder;
+    std::optional<FileIdentity> expected;
+    const auto setUp = [&] {
+        fs::remove_all(folder / "top");
+        fs::remove_all(folder / "aside");
+        for (const char* name : {"top", "other"}) {
+            fs::create_directories(folder / name);
+            put(folder / (name + std::string("/file")));
+        }
+        expected = identityOf(folder / "top");
+    };
+    const auto swap = [&] {
+        std::error_code gone;
+        fs::rename(folder / "top", folder / "aside", gone);
+        fs::rename(folder / "other", folder / "top", gone);
+    };
+    forEachMeddling(
+        setUp, swap, [&] { removePermanently(folder / "top", expected); },
+        [&](const FaultPoint&) { EXPECT_TRUE(identityOf(folder / "top/file")); });
+}
+
 TEST(Removal, saysWhenSomethingIsLeft) {
     const TempDir folder;
     const auto setUp = [&] {

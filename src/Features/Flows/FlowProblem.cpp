@@ -6,6 +6,7 @@
 #include "Features/Flows/FlowVariable.h"
 #include "Platform/Blank.h"
 #include "Platform/Folders.h"
+#include "Platform/PathParts.h"
 
 #include <algorithm>
 
@@ -74,8 +75,7 @@ std::string inWatched(std::string_view path, std::string_view folder) {
 
 bool writesIntoStandardised(const FlowNodeKind& kind, const std::string& folder) {
     return std::ranges::any_of(writtenPaths(kind), [&](const std::string& each) {
-        const std::string path = PathAllowlist::normalize(inWatched(each, folder));
-        return path == folder || path.starts_with(folder.ends_with('/') ? folder : folder + "/");
+        return isAtOrBelow(PathAllowlist::normalize(inWatched(each, folder)), folder);
     });
 }
 

@@ -2,7 +2,7 @@
 
 #include "Platform/Linux/BlockTree.h"
 #include "Platform/Linux/VolumeChoice.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "Platform/Blank.h"
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 
 #include "Platform/FileIdentity.h"
 #include "Platform/Linux/Inotify.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 
 #include <algorithm>
 #include <optional>

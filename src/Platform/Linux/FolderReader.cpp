@@ -1,8 +1,8 @@
 #include "Platform/FolderReader.h"
 
 #include "Platform/Linux/FileUsage.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/StatusMetadata.h"
 #include "Platform/Posix/StatusType.h"
 

@@ -1,7 +1,7 @@
 #include "Platform/Folders.h"
 
 #include "Platform/Files.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 
 #include <array>

@@ -3,7 +3,7 @@
 #include "Platform/Files.h"
 #include "Platform/Folders.h"
 #include "Platform/Linux/AssignmentFile.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 
 #include <cerrno>

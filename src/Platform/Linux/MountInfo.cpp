@@ -1,6 +1,6 @@
 #include "Platform/FileIdentity.h"
 #include "Platform/Files.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/Volumes.h"
 
 #include <charconv>

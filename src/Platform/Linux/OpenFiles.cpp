@@ -3,8 +3,8 @@
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
 #include "Platform/Linux/MappedNames.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
-#include "Platform/Posix/PathParts.h"
 
 #include <algorithm>
 #include <string_view>

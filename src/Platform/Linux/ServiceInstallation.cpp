@@ -2,7 +2,7 @@
 
 #include "Platform/Files.h"
 #include "Platform/Module.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/Process.h"
 #include "Platform/SystemError.h"
 

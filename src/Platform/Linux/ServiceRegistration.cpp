@@ -2,7 +2,7 @@
 
 #include "Platform/Host.h"
 #include "Platform/Linux/ServiceTraces.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/Process.h"
 
 #include <filesystem>

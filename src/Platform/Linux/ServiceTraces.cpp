@@ -1,9 +1,9 @@
 #include "Platform/Linux/ServiceTraces.h"
 
 #include "Platform/Files.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/LocalSocket.h"
-#include "Platform/Posix/PathParts.h"
 
 #include <array>
 #include <cstdlib>

@@ -2,8 +2,8 @@
 
 #include "Platform/Files.h"
 #include "Platform/Folders.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
-#include "Platform/Posix/PathParts.h"
 
 #include <fmt/format.h>
 #include <unistd.h>

@@ -5,7 +5,7 @@
 #include "Platform/FolderReader.h"
 #include "Platform/Linux/TrashFolder.h"
 #include "Platform/Linux/TrashInfo.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 #include "Platform/Trash.h"
 #include "Platform/Volumes.h"

@@ -4,7 +4,7 @@
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
 #include "Platform/Linux/Inotify.h"
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/StatusType.h"
 
 #include <algorithm>

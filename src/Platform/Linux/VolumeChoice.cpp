@@ -1,6 +1,6 @@
 #include "Platform/Linux/VolumeChoice.h"
 
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 
 #include <algorithm>
 #include <charconv>

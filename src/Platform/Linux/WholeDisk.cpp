@@ -2,8 +2,8 @@
 
 #include "Platform/Files.h"
 #include "Platform/Linux/BlockTree.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Volumes.h"
 
 #include <fmt/format.h>

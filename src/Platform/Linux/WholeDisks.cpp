@@ -7,9 +7,9 @@
 #include "Platform/Linux/BlockTree.h"
 #include "Platform/Linux/DiskList.h"
 #include "Platform/OpenFiles.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/MountOfFolder.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Process.h"
 
 #include <algorithm>

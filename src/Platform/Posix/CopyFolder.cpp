@@ -1,8 +1,8 @@
 #include "Platform/CopyFolder.h"
 
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/ExtendedAttributes.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/Rename.h"
 #include "Platform/Posix/StatusMetadata.h"
 #include "Platform/Posix/StatusType.h"

@@ -1,7 +1,7 @@
 #include "Platform/CopyItem.h"
 
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/Rename.h"
 #include "Platform/Posix/StatusType.h"
 #include "Platform/Posix/TreeCopy.h"

@@ -1,7 +1,7 @@
 #include "Platform/Files.h"
 
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/StatusType.h"
 
 #include <unistd.h>

@@ -3,10 +3,10 @@
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"
 #include "Platform/Folders.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/DoorMessage.h"
 #include "Platform/Posix/LocalSocket.h"
-#include "Platform/Posix/PathParts.h"
 
 #include <algorithm>
 #include <fmt/format.h>

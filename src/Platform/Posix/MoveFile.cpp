@@ -1,6 +1,6 @@
 #include "Platform/Files.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/TreeCopy.h"
 #include "Platform/Posix/UniqueName.h"
 #include "Platform/Removal.h"

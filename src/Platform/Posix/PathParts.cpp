@@ -1,4 +1,4 @@
-#include "Platform/Posix/PathParts.h"
+#include "Platform/PathParts.h"
 
 #include "Platform/SystemError.h"
 
@@ -27,6 +27,17 @@ std::string joinPath(std::string_view folder, std::string_view name) {
     if (!path.ends_with('/'))
         path += '/';
     return path += name;
+}
+
+bool isAtOrBelow(std::string_view path, std::string_view folder) {
+    if (folder.ends_with('/'))
+        folder.remove_suffix(1);
+    return !path.empty() && path.starts_with(folder) &&
+           (path.size() == folder.size() || path[folder.size()] == '/');
+}
+
+bool isBelow(std::string_view path, std::string_view folder) {
+    return isAtOrBelow(path, folder) && path.size() > folder.size() + (folder.ends_with('/') ? 0 : 1);
 }
 
 std::string standardisedPath(std::string_view path) {

@@ -1,8 +1,8 @@
 #include "Platform/Process.h"
 
 #include "Platform/BrokenPipeGuard.h"
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/Spawn.h"
 
 #include <array>

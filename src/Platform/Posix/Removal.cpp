@@ -1,9 +1,9 @@
 #include "Platform/Removal.h"
 
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/FolderStream.h"
 #include "Platform/Posix/MountOfFolder.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/RemovalAt.h"
 #include "Platform/Posix/StatusType.h"
 #include "Platform/Posix/UniqueName.h"

@@ -1,9 +1,9 @@
 #include "Platform/Posix/TreeCopy.h"
 
+#include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/CopyPiece.h"
 #include "Platform/Posix/FolderStream.h"
-#include "Platform/Posix/PathParts.h"
 #include "Platform/Posix/StatusType.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 #include "Tools/FastCopy/CopyProofs.h"
 
 #include "Core/Codec.h"
-#include "Core/XXH64.h"
+#include "Core/ContentHash.h"
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
@@ -60,7 +60,7 @@ FileState stateOf(const std::vector<int64_t>& numbers, size_t from = 0) {
 
 std::string nameFor(const std::vector<std::string>& sources, const std::vector<std::string>& destinations,
                     HashAlgorithm algorithm) {
-    XXH64 hash;
+    ContentHash hash(HashAlgorithm::xxhash64);
     const auto add = [&](const std::vector<std::string>& paths) {
         for (const std::string& each : paths)
             hash.update({each.c_str(), each.size() + 1});

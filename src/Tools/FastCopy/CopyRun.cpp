@@ -10,7 +10,6 @@ namespace vh::copy {
 namespace {
 
 using Seconds = std::chrono::duration<double>;
-constexpr Seconds emitInterval{0.15};
 constexpr Seconds beforeEstimates{3.0};
 constexpr double smoothing = 0.3;
 constexpr double stillnessBelow = 1024; ///< bytes a second
@@ -154,7 +153,7 @@ void CopyRun::bookMismatch(size_t item, size_t destination, BadCopy bad, Message
 
 void CopyRun::sampleRate(Clock::time_point now) {
     const double seconds = Seconds(now - sampledAt_).count();
-    if (seconds < emitInterval.count())
+    if (seconds < Seconds(emitInterval).count())
         return;
     const double current = static_cast<double>(bytesRead_ - sampledBytes_) / seconds;
     rate_ = rate_ == 0 ? current : smoothing * current + (1 - smoothing) * rate_;
@@ -165,10 +164,9 @@ void CopyRun::sampleRate(Clock::time_point now) {
 }
 
 void CopyRun::emit(Emit how, const std::string& currentFile) {
-    const auto now = Clock::now();
-    if (!progress_ || (how == Emit::throttled && now - emittedAt_ < emitInterval))
+    if (!progress_ || !emits_.isDue(how == Emit::forced))
         return;
-    emittedAt_ = now;
+    const auto now = Clock::now();
     sampleRate(now);
     CopyProgress progress;
     int64_t active = 0;

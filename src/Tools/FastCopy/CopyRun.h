@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/Throttle.h"
 #include "Tools/FastCopy/CopyControl.h"
 #include "Tools/FastCopy/CopyItems.h"
 #include "Tools/FastCopy/CopyOptions.h"
@@ -71,7 +72,8 @@ public:
     void book(size_t item, size_t destination, const Landing& landing, int64_t counted);
     void addProblem(size_t destination, Message problem);
 
-    /// Tells how far it is, at most every 0.15 s unless forced.
+    /// Tells how far it is, throttled unless forced.
+    static constexpr std::chrono::milliseconds emitInterval{150};
     enum class Emit { throttled, forced };
     void emit(Emit how, const std::string& currentFile);
 
@@ -118,7 +120,7 @@ private:
     int64_t sampledBytes_ = 0;
     double rate_ = 0;
     Clock::time_point sampledAt_ = start_;
-    Clock::time_point emittedAt_{};
+    Throttle emits_{emitInterval};
 };
 
 } // namespace vh::copy

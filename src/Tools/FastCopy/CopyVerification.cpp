@@ -25,7 +25,6 @@ constexpr size_t mostFiles = 256;
 constexpr int64_t mostBytes = 32 << 20;
 constexpr size_t mostOpen = 32; ///< of a lane: the medium is asked for all of them at once
 constexpr int64_t largestBegun = 1 << 20;
-constexpr std::chrono::milliseconds emitInterval{150};
 constexpr Seconds beforeEstimates{3.0};
 
 /// What was read of one file.
@@ -134,7 +133,7 @@ private:
             lanes.push_back(lane);
         currentFile_ = run_.relativeOf(files.front());
         lanes_.start(lanes, [&](size_t lane) { hash(files, lane, digests[lane]); });
-        while (!lanes_.waitFor(emitInterval))
+        while (!lanes_.waitFor(CopyRun::emitInterval))
             emit(CopyRun::Emit::throttled);
         if (run_.isStopped())
             return; // what was half read proves nothing
@@ -168,11 +167,9 @@ private:
     }
 
     void emit(CopyRun::Emit how) {
-        const auto now = Clock::now();
-        if (!run_.progress() || (how == CopyRun::Emit::throttled && now - emittedAt_ < emitInterval))
+        if (!run_.progress() || !emits_.isDue(how == CopyRun::Emit::forced))
             return;
-        emittedAt_ = now;
-        const double elapsed = Seconds(now - start_).count();
+        const double elapsed = Seconds(Clock::now() - start_).count();
         CopyProgress progress;
         progress.phase = CopyPhase::verifying;
         progress.bytesDone = std::min(bytesRead_.load(), bytesTotal_);
@@ -192,7 +189,7 @@ private:
     CopySources sources_;
     std::vector<std::optional<CopyFolder>> folders_; ///< each for its own lane
     const Clock::time_point start_ = Clock::now();
-    Clock::time_point emittedAt_{};
+    Throttle emits_{CopyRun::emitInterval};
     std::string currentFile_;
     std::atomic<int64_t> bytesRead_ = 0; ///< of copies
     int64_t bytesTotal_ = 0;

@@ -1,6 +1,7 @@
 #include "Tools/FastCopy/FastCopier.h"
 
 #include "Core/ErrorMessage.h"
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 #include "Tools/FastCopy/CopyDestination.h"
 #include "Tools/FastCopy/CopyError.h"
@@ -35,10 +36,6 @@ std::string realPath(const std::string& path) {
     return error ? path : real.string();
 }
 
-bool isInside(const std::string& path, const std::string& folder) {
-    return (path + '/').starts_with(folder.ends_with('/') ? folder : folder + '/');
-}
-
 enum class Missing { refused, made };
 
 void refuseWhatCannotBegin(const std::vector<std::string>& sources,
@@ -51,7 +48,7 @@ void refuseWhatCannotBegin(const std::vector<std::string>& sources,
             const bool isFolder = fs::is_directory(source, error);
             // Written so, or reached through a link.
             if (isFolder &&
-                (isInside(destination, source) || isInside(realPath(destination), realPath(source))))
+                (isAtOrBelow(destination, source) || isAtOrBelow(realPath(destination), realPath(source))))
                 throw CopyError::destinationInsideSource(destination);
         }
     }

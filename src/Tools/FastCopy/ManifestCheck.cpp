@@ -1,4 +1,5 @@
 #include "Core/ErrorMessage.h"
+#include "Core/Throttle.h"
 #include "Platform/CopyFolder.h"
 #include "Platform/Files.h"
 #include "Platform/MediumRead.h"
@@ -16,7 +17,6 @@ namespace {
 
 /// Far beyond the list of a million files.
 constexpr int64_t largestManifest = int64_t{512} << 20;
-constexpr std::chrono::milliseconds reportInterval{100};
 
 std::string textOf(const SourceFile& file) {
     if (file.size() > largestManifest)
@@ -95,11 +95,8 @@ private:
     }
 
     void report(const std::string& relative) {
-        const auto now = std::chrono::steady_clock::now();
-        if (now - reported_ < reportInterval)
-            return;
-        reported_ = now;
-        control_.report(total_ > 0 ? std::min(done_ / total_, 1.0) : -1, relative);
+        if (reports_.isDue())
+            control_.report(total_ > 0 ? std::min(done_ / total_, 1.0) : -1, relative);
     }
 
     CopyFolder folder_;
@@ -108,7 +105,7 @@ private:
     ManifestCheck found_;
     double total_ = 0; ///< bytes
     double done_ = 0;
-    std::chrono::steady_clock::time_point reported_{};
+    Throttle reports_;
 };
 
 } // namespace

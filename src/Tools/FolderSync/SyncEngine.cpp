@@ -2,6 +2,7 @@
 
 #include "Core/ErrorMessage.h"
 #include "Platform/FileIdentity.h"
+#include "Platform/PathParts.h"
 #include "Platform/SourceFile.h"
 #include "Platform/SystemError.h"
 #include "Tools/FolderSync/SyncApply.h"
@@ -84,7 +85,7 @@ private:
     }
 
     void addExtraneous(const Item& there) {
-        if (!deletes_ || (!removals_.empty() && liesBelow(there.relative, removals_.back().relativePath)) ||
+        if (!deletes_ || (!removals_.empty() && isBelow(there.relative, removals_.back().relativePath)) ||
             isUnknown(there.relative))
             return;
         removals_.push_back({Kind::remove, std::string(there.relative), there.size});
@@ -93,7 +94,7 @@ private:
     /// Whether the source may hold it unseen.
     bool isUnknown(std::string_view relative) const {
         return std::ranges::any_of(source_.unreadable(), [&](const SyncIndex::Unreadable& each) {
-            return relative == each.relative || liesBelow(relative, each.relative);
+            return relative == each.relative || isBelow(relative, each.relative);
         });
     }
 

@@ -112,10 +112,6 @@ private:
 
 } // namespace
 
-bool liesBelow(std::string_view path, std::string_view folder) {
-    return path.size() > folder.size() && path.starts_with(folder) && path[folder.size()] == '/';
-}
-
 bool SyncIndex::comesBefore(std::string_view one, std::string_view other) {
     const size_t common = std::min(one.size(), other.size());
     size_t at = 0;

@@ -57,9 +57,6 @@ private:
     size_t room_ = 0;
 };
 
-/// Whether `path` lies below `folder`; both relative.
-bool liesBelow(std::string_view path, std::string_view folder);
-
 /// Walks a tree without following links below it. Left out, and counted, are pipes, sockets and devices; and whatever ends in
 /// ".DS_Store", and a volume's Trash and "lost+found". Throws SystemError when `root` cannot be listed, or Cancelled.
 SyncIndex indexOf(const std::string& root, const CancelToken& cancel = {});

@@ -3,6 +3,7 @@
 #include "Core/Fold.h"
 #include "Core/Printable.h"
 #include "Platform/FolderReader.h"
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>
@@ -94,7 +95,7 @@ void matchCaseBlind(SyncIndex& source, SyncIndex& destination) {
     std::vector<SyncIndex::Unreadable> unreadable = source.unreadable();
     std::string lost; // a folder whose place another item has
     for (SyncEntry& each : source.entries()) {
-        if (!lost.empty() && liesBelow(each.relative, lost))
+        if (!lost.empty() && isBelow(each.relative, lost))
             continue;
         const std::string& first = names.add(each.relative);
         if (first == each.relative) {

@@ -2,6 +2,7 @@
 
 #include "Platform/FileUsage.h"
 #include "Platform/OpenFiles.h"
+#include "Platform/PathParts.h"
 #include "Platform/Volumes.h"
 #include "Tools/SystemJunk/LogEntries.h"
 #include "Tools/SystemJunk/Places.h"
@@ -16,11 +17,11 @@ namespace {
 constexpr std::chrono::seconds maxAge{1};
 
 bool holdsOneOf(std::string_view folder, const std::vector<std::string>& paths) {
-    return std::ranges::any_of(paths, [&](const std::string& path) { return isOrHolds(folder, path); });
+    return std::ranges::any_of(paths, [&](const std::string& path) { return isAtOrBelow(path, folder); });
 }
 
 bool liesInOneOf(std::string_view path, const std::vector<std::string>& folders) {
-    return std::ranges::any_of(folders, [&](const std::string& folder) { return isOrHolds(folder, path); });
+    return std::ranges::any_of(folders, [&](const std::string& folder) { return isAtOrBelow(path, folder); });
 }
 
 /// As it is written and as it is without links, since a link may lead into a root.

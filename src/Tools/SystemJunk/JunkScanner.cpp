@@ -1,5 +1,6 @@
 #include "Tools/SystemJunk/JunkScanner.h"
 
+#include "Core/Throttle.h"
 #include "Platform/FolderReader.h"
 #include "Platform/SystemError.h"
 #include "Tools/SystemJunk/ItemRecency.h"
@@ -115,19 +116,16 @@ private:
     }
 
     void report(size_t index) {
-        constexpr std::chrono::milliseconds interval{100};
-        const auto now = std::chrono::steady_clock::now();
-        if (now - reported_ < interval)
-            return;
-        reported_ = now;
-        control_.report(static_cast<double>(index) / static_cast<double>(found_.size()), found_[index].path);
+        if (reports_.isDue())
+            control_.report(static_cast<double>(index) / static_cast<double>(found_.size()),
+                            found_[index].path);
     }
 
     std::vector<Found>& found_;
     const int maxEntries_;
     const JobControl& control_;
     std::atomic<size_t> next_ = 0;
-    std::chrono::steady_clock::time_point reported_{};
+    Throttle reports_;
 };
 
 /// For each root that is everybody's, how the system ages what lies there.

@@ -5,9 +5,6 @@
 
 namespace vh::junk {
 
-/// True when `path` is `folder` or lies below it. Compares text.
-bool isOrHolds(std::string_view folder, std::string_view path);
-
 /// The path with its links resolved as far as it exists; as it is when that cannot be found out.
 std::string withoutLinks(const std::string& path);
 

@@ -1,6 +1,7 @@
 #include "Tools/SystemJunk/SystemJunkConfiguration.h"
 
 #include "Platform/Files.h"
+#include "Platform/PathParts.h"
 #include "Tools/SystemJunk/Places.h"
 
 #include <utility>
@@ -18,9 +19,9 @@ bool isUsable(const std::string& root, RootKind kind, const Folders& folders) {
     const std::string home = withoutLinks(folders.home);
     if (root.empty() || root == "/" || root == home)
         return false;
-    if (isOrHolds(root, home))
+    if (isAtOrBelow(home, root))
         return kind == RootKind::temporary;
-    return !isOrHolds(root, withoutLinks(folders.data)) && !isOrHolds(root, withoutLinks(folders.config));
+    return !isAtOrBelow(withoutLinks(folders.data), root) && !isAtOrBelow(withoutLinks(folders.config), root);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "Platform/Files.h"
 #include "Platform/FolderReader.h"
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 #include "Tools/SystemJunk/Places.h"
 
@@ -107,7 +108,7 @@ TemporaryRule TemporaryRule::of(std::string_view folder, const std::map<std::str
             const auto words = wordsOf(line);
             if (words.size() < 2 || words[0].starts_with('#'))
                 continue;
-            if ((words[0][0] == 'x' || words[0][0] == 'X') && isOrHolds(folder, words[1]))
+            if ((words[0][0] == 'x' || words[0][0] == 'X') && isAtOrBelow(words[1], folder))
                 rule.kept.push_back(fixedPart(words[1]));
             else if (words.size() > 5 && words[1] == folder)
                 rule.age = tmpfilesAge(words[5]).value_or(rule.age);

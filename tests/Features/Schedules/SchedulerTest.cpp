@@ -176,6 +176,22 @@ TEST_F(SchedulerTest, OneTaskAtATimeAmongAllProcesses) {
     EXPECT_EQ(other.junk->scans, 1);
 }
 
+TEST_F(SchedulerTest, WhatAnotherProcessRanMeanwhileIsNotRunAgain) {
+    desk.add("shared");
+    Desk other(dir.path());
+    desk.junk->scanGate.close();
+    scheduler.start();
+    other.scheduler.start();
+    desk.loop.advance(61min);
+    desk.waitForGate();
+    other.loop.advance(61min); // due here too, and waiting for its turn
+    desk.junk->scanGate.open();
+    desk.waitForEnd();
+    other.loop.advance(1min);
+    EXPECT_EQ(other.junk->scans, 0);
+    EXPECT_FALSE(other.scheduler.runningTaskID());
+}
+
 TEST_F(SchedulerTest, NoticesWhatOtherProcessesDo) {
     int told = 0;
     const auto token = scheduler.observe([&] { ++told; });

@@ -1,4 +1,5 @@
 #include "Tools/SystemJunk/JunkScanner.h"
+#include "Platform/PathParts.h"
 #include "Tools/SystemJunk/ItemSize.h"
 #include "Tools/SystemJunk/Places.h"
 
@@ -99,7 +100,7 @@ TEST(JunkScanner, ARootThatIsOrHoldsWhatAPersonOwnsIsNoRoot) {
         folders = Folders::ofUser();
         folders.logs = home / "cachesByLink"; // the same folder once more
         folders.temporary = wrong;
-        const bool isAbove = wrong != home / "" && isOrHolds(wrong, home / "x");
+        const bool isAbove = wrong != home / "" && isAtOrBelow(home / "x", wrong);
         EXPECT_EQ(SystemJunkConfiguration::userDefaults(folders).allowlist.allowedPrefixes(),
                   isAbove ? (std::vector<std::string>{home / ".cache", wrong})
                           : std::vector<std::string>{home / ".cache"})

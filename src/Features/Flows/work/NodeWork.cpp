@@ -5,6 +5,7 @@
 #include "Core/ErrorMessage.h"
 #include "Core/FleetFolder.h"
 #include "Core/Printable.h"
+#include "Core/Throttle.h"
 #include "Core/ToolTexts.h"
 #include "Features/Flows/work/NodeResults.h"
 #include "Features/Flows/work/NodesMail.h"
@@ -129,13 +130,10 @@ FlowNodeResult NodeWork::doScript(const std::string& name) const {
     request.output = ProcessOutput::combined;
     request.endsWithParent = true; // else its flow could run beside it after a kill
     request.maxOutputBytes = keptOutput + 1;
-    auto next = std::chrono::steady_clock::now();
+    Throttle reports(reportPause);
     request.onOutput = [&](std::string_view piece) {
-        const auto now = std::chrono::steady_clock::now();
-        if (now < next)
-            return;
-        next = now + reportPause;
-        report(lastLine(piece));
+        if (reports.isDue())
+            report(lastLine(piece));
     };
     return scriptResult(runProcess(request, cancel_));
 }

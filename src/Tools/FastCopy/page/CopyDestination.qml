@@ -53,6 +53,7 @@ Rectangle {
         anchors.right: out.left
         anchors.rightMargin: Theme.space8
         anchors.baseline: name.baseline
+        visible: width > 80 // less of a path says nothing; the name stays
         text: box.place.path ?? ""
         font: Theme.label
         color: Theme.second

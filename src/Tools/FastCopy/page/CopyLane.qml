@@ -32,6 +32,7 @@ Item {
         anchors.right: figures.left
         anchors.rightMargin: Theme.space8
         anchors.baseline: name.baseline
+        visible: width > 80 // less of a path says nothing; the name stays
         text: row.lane.path ?? ""
         font: Theme.label
         color: Theme.second

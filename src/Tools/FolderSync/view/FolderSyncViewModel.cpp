@@ -2,6 +2,7 @@
 
 #include "Core/Printable.h"
 #include "Platform/LoginItem.h"
+#include "Platform/PathParts.h"
 #include "Tools/FolderSync/work/SyncRunner.h"
 #include "app/AppContext.h"
 #include "app/AppTexts.h"
@@ -30,10 +31,6 @@ std::string standardised(const std::string& path) {
     while (text.size() > 1 && text.ends_with('/'))
         text.pop_back();
     return text;
-}
-
-bool contains(const std::string& folder, const std::string& path) {
-    return path == folder || folder == "/" || path.starts_with(folder + "/");
 }
 
 } // namespace
@@ -162,7 +159,7 @@ QString FolderSyncViewModel::save(const QString& id, const QVariantMap& draft) {
     pair->watch = draft[QStringLiteral("watch")].toBool();
     if (pair->source.empty() || pair->destination.empty())
         return context_.texts().text("sync-page.fault.folders");
-    if (contains(pair->source, pair->destination) || contains(pair->destination, pair->source))
+    if (isAtOrBelow(pair->destination, pair->source) || isAtOrBelow(pair->source, pair->destination))
         return context_.texts().text("folder-sync.error-nested");
     try {
         runner_.put(*pair);

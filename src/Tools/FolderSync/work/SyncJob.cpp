@@ -4,6 +4,7 @@
 #include "Core/ErrorMessage.h"
 #include "Core/Printable.h"
 #include "Core/RunJournal.h"
+#include "Core/Throttle.h"
 #include "Core/ToolTexts.h"
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"
@@ -70,7 +71,7 @@ private:
     SyncJobProgress progress_;
     int64_t bytesEnded_ = 0; ///< of all actions that have ended
     int64_t bytesCopied_ = 0;
-    std::chrono::steady_clock::time_point reported_{};
+    Throttle reports_;
     std::optional<std::string> removing_;
     std::vector<RunFileRow> rows_;
 };
@@ -123,11 +124,8 @@ void Tracking::more(int64_t bytes) {
 }
 
 void Tracking::report(std::string_view current) {
-    constexpr std::chrono::milliseconds interval{100};
-    const auto now = std::chrono::steady_clock::now();
-    if (now - reported_ < interval)
+    if (!reports_.isDue())
         return;
-    reported_ = now;
     if (!current.empty())
         progress_.current = current;
     control_.report(progress_.fraction(), progress_.current);

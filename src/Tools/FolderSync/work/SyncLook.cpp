@@ -1,5 +1,6 @@
 #include "Tools/FolderSync/work/SyncLook.h"
 
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 #include "Platform/Volumes.h"
 #include "Tools/FolderSync/WatchCheck.h"
@@ -20,14 +21,10 @@ std::string mountOf(const std::string& folder) {
 
 /// Whether a disk that was there is not: its empty mount point must not be taken for its content.
 bool isUnmounted(const std::string& before, const std::string& now) {
-    return !before.empty() && now != before && isIn(before, now);
+    return !before.empty() && now != before && isAtOrBelow(before, now);
 }
 
 } // namespace
-
-bool isIn(const std::string& path, const std::string& folder) {
-    return path == folder || path.starts_with(folder == "/" ? folder : folder + "/");
-}
 
 SyncLook lookAt(const sync::SyncPair& pair, const SyncMounts& before) {
     SyncLook look{sync::WatchCheck::blocker(pair), before};

@@ -22,7 +22,4 @@ struct SyncLook {
 /// any more keeps it from being synced, whatever its mount point holds. Blocks; any thread.
 SyncLook lookAt(const sync::SyncPair& pair, const SyncMounts& before);
 
-/// Whether `path` is `folder` or lies in it; both absolute.
-bool isIn(const std::string& path, const std::string& folder);
-
 } // namespace vh::automation

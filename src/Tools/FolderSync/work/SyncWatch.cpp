@@ -1,5 +1,6 @@
 #include "Tools/FolderSync/work/SyncWatch.h"
 
+#include "Platform/PathParts.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>
@@ -166,8 +167,9 @@ void SyncWatch::takeApprovals() {
 void SyncWatch::mountsChanged(const std::set<std::string>& mounted, const std::set<std::string>& unmounted) {
     for (auto& [id, each] : watched_) {
         const auto concerns = [&pair = each.pair, &mounts = each.mounts](const std::string& point) {
-            return point == mounts.source || point == mounts.destination || isIn(pair.source, point) ||
-                   isIn(pair.destination, point) || isIn(point, pair.source) || isIn(point, pair.destination);
+            return point == mounts.source || point == mounts.destination || isAtOrBelow(pair.source, point) ||
+                   isAtOrBelow(pair.destination, point) || isAtOrBelow(point, pair.source) ||
+                   isAtOrBelow(point, pair.destination);
         };
         const bool comes =
             std::ranges::any_of(mounted, concerns) || (each.machine.isBlocked() && !mounted.empty());

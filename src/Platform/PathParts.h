@@ -16,6 +16,10 @@ PathParts splitPath(std::string_view path);
 /// `folder` and `name` with exactly one slash between them.
 std::string joinPath(std::string_view folder, std::string_view name);
 
+/// Whether `path` is something below `folder`, or at it; as text alone. Both may end in a slash.
+bool isBelow(std::string_view path, std::string_view folder);
+bool isAtOrBelow(std::string_view path, std::string_view folder);
+
 /// Without empty, "." and ".." components and without a trailing slash, as text alone. Stays relative if it was.
 std::string standardisedPath(std::string_view path);
 
