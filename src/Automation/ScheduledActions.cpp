@@ -104,8 +104,13 @@ RunRecord ScheduledActions::run(const ScheduledTask& task, Trigger trigger, cons
 
 RunRecord ScheduledActions::run(ScheduledAction action, const ActionRequest& request,
                                 const JobControl& control) const {
+    return run(rawValue(action), request, control);
+}
+
+RunRecord ScheduledActions::run(std::string_view actionID, const ActionRequest& request,
+                                const JobControl& control) const {
     ActionRequest named = request;
-    named.actionID = rawValue(action);
+    named.actionID = actionID;
     return runAction(named, control);
 }
 

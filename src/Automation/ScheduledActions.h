@@ -13,6 +13,10 @@
 
 namespace vh::automation {
 
+/// Copies ActionRequest::sources into the payload's "folder", which is made where it is missing; a name that is taken is
+/// numbered. Flows ask for it; a schedule has no such action.
+inline constexpr std::string_view copyAction = "copy";
+
 /// What an action is handed.
 struct ActionRequest {
     std::string actionID; ///< raw value of a ScheduledAction
@@ -21,6 +25,7 @@ struct ActionRequest {
     std::map<std::string, std::string> payload;
     Trigger trigger = Trigger::scheduled;
     RunDetails details;
+    std::vector<std::string> sources = {}; ///< absolute; of a copy
     /// Of the run that this is a step of, which stands for it in the log and lists what it touches.
     std::shared_ptr<RunJournal> within = nullptr;
 };
@@ -39,6 +44,7 @@ public:
     void provide(std::string_view actionID, Run run);
 
     RunRecord run(const ScheduledTask& task, Trigger trigger, const JobControl& control) const;
+    RunRecord run(std::string_view actionID, const ActionRequest& request, const JobControl& control) const;
     RunRecord run(ScheduledAction action, const ActionRequest& request, const JobControl& control) const;
     /// False for one whose tool is not there.
     bool isThere(ScheduledAction action) const;

@@ -64,7 +64,6 @@ constexpr std::array refusals{
     RefusalRow{"Another volume is mounted here", "error.mounted-over"},
     RefusalRow{"Not a plain file", "error.not-a-plain-file"},
     RefusalRow{"Not a file, folder or link, so it cannot be copied", "error.not-copyable"},
-    RefusalRow{"The folder cannot be copied into itself", "error.into-itself"},
     RefusalRow{"Too many folders lie one inside the other", "error.too-deep"},
     RefusalRow{"The Trash does not say where this came from", "error.trash-unknown"},
     RefusalRow{"This Trash folder belongs to somebody else", "error.trash-foreign"},

@@ -134,12 +134,12 @@ TEST(Serve, FilesAreCopiedWorkedOnAndReportedByMail) {
     home.defaults().set("mail.ca-file", certificate);
     openSecretStore(home / ".local/share/Varnholt/secrets.json")
         ->set(mail::passwordName, "Mail", "correct horse");
-    automation::ScriptLibrary(automation::ScriptLibrary::folderOfUser())
-        .save("count", "wc -c < \"$HOME/Documents/report.txt\"\n");
+    automation::ScriptLibrary scripts(automation::ScriptLibrary::folderOfUser());
+    scripts.save("take", "mkdir -p \"$HOME/Documents\" && mv \"$VARNHOLT_FILES\" \"$HOME/Documents\"\n");
+    scripts.save("count", "wc -c < \"$HOME/Documents/report.txt\"\n");
     const FlowEmail mail{{"eva@example.org"}, "From {folder}", "All done.", true, true};
-    const Uuid flow =
-        home.flow("Inbox", OnNewFiles{home / "in", {"txt"}, 1},
-                  {CopyNode{"{files}", FleetFolder::documents}, ScriptNode{"count"}, EmailNode{mail}});
+    const Uuid flow = home.flow("Inbox", OnNewFiles{home / "in", {"txt"}, 1},
+                                {ScriptNode{"take"}, ScriptNode{"count"}, EmailNode{mail}});
     const Program serve({"serve"});
     ASSERT_TRUE(serve.waitForOutput(leading));
     writeFileAtomically(home / "in/report.txt", "twelve bytes");

@@ -183,7 +183,7 @@ std::string CopyFolder::freeName(const std::string& relative) {
     const size_t slash = relative.rfind('/');
     const size_t name = slash == std::string::npos ? 0 : slash + 1;
     for (int number = 2;; ++number)
-        if (std::string free = relative.substr(0, name) + numberedName(relative.substr(name), false, number);
+        if (std::string free = relative.substr(0, name) + numberedName(relative.substr(name), number);
             !at(free))
             return free;
 }

@@ -1,25 +1,18 @@
 #include "Platform/Posix/TreeCopy.h"
 
+#include "Platform/FileMetadata.h"
 #include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
 #include "Platform/Posix/CopyPiece.h"
 #include "Platform/Posix/FolderStream.h"
+#include "Platform/Posix/StatusMetadata.h"
 #include "Platform/Posix/StatusType.h"
 
-#include <array>
 #include <unistd.h>
 
 namespace vh {
 
 namespace {
-
-std::array<timespec, 2> timesOf(const struct stat& status) {
-#ifdef __APPLE__
-    return {status.st_atimespec, status.st_mtimespec};
-#else
-    return {status.st_atim, status.st_mtim};
-#endif
-}
 
 [[noreturn]] void refuseSpecial(const std::string& path) {
     throw SystemError(path, "Not a file, folder or link, so it cannot be copied");
@@ -27,16 +20,20 @@ std::array<timespec, 2> timesOf(const struct stat& status) {
 
 } // namespace
 
-void TreeCopy::copyOwnerModeAndTimes(const FileDescriptor& to, const struct stat& status,
-                                     const std::string& path) const {
-    // Only an administrator may give files away; for everyone else the copy is their own.
-    if (owner_ == Owner::kept && ::fchown(to.get(), status.st_uid, status.st_gid) != 0 && errno != EPERM &&
-        errno != EINVAL)
-        throwErrno(path);
-    // A program that runs as its owner must not come to run as us.
-    const mode_t kept = owner_ == Owner::kept ? 07777 : owner_ == Owner::us ? 01777 : 01755;
-    if (::fchmod(to.get(), status.st_mode & kept) != 0 || ::futimens(to.get(), timesOf(status).data()) != 0)
-        throwErrno(path);
+void TreeCopy::copyMetadata(const FileDescriptor& from, const FileDescriptor& to,
+                            const std::string& path) const {
+    FileMetadata metadata = metadataOf(from, path);
+    if (owner_ == Owner::usAlone) {
+        const FileMetadata ours = metadataOf(to, path);
+        metadata.owner = ours.owner;
+        metadata.group = ours.group;
+        metadata.mode &= 01755; // a program that runs as its owner must not come to run as us
+        metadata.attributes.clear();
+    }
+    // A volume that has no such attributes keeps the file; its rights and times it must keep.
+    for (const RefusedPart& refused : applyMetadata(to, metadata))
+        if (refused.what != RefusedPart::What::attribute)
+            throw SystemError(refused.code, path);
 }
 
 void TreeCopy::copyFile(int fromFolder, const std::string& fromName, int toFolder, const std::string& toName,
@@ -44,21 +41,15 @@ void TreeCopy::copyFile(int fromFolder, const std::string& fromName, int toFolde
     const FileDescriptor from = openAt(fromFolder, fromName, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
     if (!from)
         throwErrno(path);
-    const struct stat status = statusOfOpen(from, path);
-    if (!S_ISREG(status.st_mode))
+    if (!S_ISREG(statusOfOpen(from, path).st_mode))
         refuseSpecial(path);
     const FileDescriptor to = openAt(toFolder, toName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
     if (!to)
         throwErrno(path);
-    while (const size_t copied = copyPiece(from, to, path)) {
-        bytes_ += static_cast<int64_t>(copied);
-        if (progress_)
-            progress_(bytes_);
-        cancel_.throwIfCancelled();
+    while (copyPiece(from, to, path) > 0) {
     }
-    copyOwnerModeAndTimes(to, status, path);
+    copyMetadata(from, to, path);
     flush(to, path);
-    ++files_;
 }
 
 void TreeCopy::copyFolder(int fromFolder, const std::string& fromName, int toFolder,
@@ -66,8 +57,7 @@ void TreeCopy::copyFolder(int fromFolder, const std::string& fromName, int toFol
     const FileDescriptor from = openAt(fromFolder, fromName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
     if (!from)
         throwErrno(path);
-    const struct stat status = statusOfOpen(from, path);
-    if (top_ == identityIn(status)) // moved or mounted into what is being copied
+    if (top_ == identityIn(statusOfOpen(from, path))) // moved or mounted into what is being copied
         throw SystemError(path, "The folder holds its own copy");
     if (::mkdirat(toFolder, toName.c_str(), 0700) != 0)
         throwErrno(path);
@@ -79,7 +69,7 @@ void TreeCopy::copyFolder(int fromFolder, const std::string& fromName, int toFol
     FolderStream stream(from, path);
     while (const std::optional<std::string> name = stream.next())
         copy(from.get(), *name, to.get(), *name, joinPath(path, *name));
-    copyOwnerModeAndTimes(to, status, path);
+    copyMetadata(from, to, path);
     flush(to, path);
 }
 
@@ -88,16 +78,16 @@ void TreeCopy::copyLink(int fromFolder, const std::string& fromName, int toFolde
     const std::string target = readLinkAt(fromFolder, fromName);
     if (target.empty() || ::symlinkat(target.c_str(), toFolder, toName.c_str()) != 0)
         throwErrno(path);
-    // A file system whose links have no times of their own loses nothing.
-    if (::utimensat(toFolder, toName.c_str(), timesOf(status).data(), AT_SYMLINK_NOFOLLOW) != 0 &&
-        errno != ENOTSUP && errno != ENOSYS && errno != EINVAL)
-        throwErrno(path);
-    ++files_;
+    FileMetadata metadata = metadataIn(status);
+    if (owner_ == Owner::usAlone) {
+        metadata.owner = ::geteuid();
+        metadata.group = ::getegid();
+    }
+    applyToLink(toFolder, toName, metadata);
 }
 
 void TreeCopy::copy(int fromFolder, const std::string& fromName, int toFolder, const std::string& toName,
                     const std::string& path) {
-    cancel_.throwIfCancelled();
     struct stat status {};
     if (::fstatat(fromFolder, fromName.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         throwErrno(path);

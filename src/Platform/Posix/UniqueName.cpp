@@ -31,11 +31,9 @@ std::string partialNameOf(const std::string& name, std::string_view suffix) {
     return fmt::format(".{:016x}{}", std::hash<std::string>{}(name), suffix);
 }
 
-std::string numberedName(const std::string& name, bool isFolder, int number) {
-    if (number == 1)
-        return name;
+std::string numberedName(const std::string& name, int number) {
     const size_t dot = name.rfind('.');
-    const bool hasExtension = !isFolder && dot != std::string::npos && dot > 0;
+    const bool hasExtension = dot != std::string::npos && dot > 0;
     std::string stem = name.substr(0, hasExtension ? dot : name.size());
     const std::string rest = fmt::format(" {}{}", number, hasExtension ? name.substr(dot) : "");
     while (!stem.empty() && stem.size() + rest.size() > longest) {

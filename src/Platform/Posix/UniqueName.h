@@ -16,8 +16,8 @@ std::string uniquePartialName(std::string_view name);
 /// The name with `suffix`, or one in its stead where that is too long: always the same for the same name.
 std::string partialNameOf(const std::string& name, std::string_view suffix);
 
-/// "name", "name 2", "name 3"…, before a file's extension and short enough for any file system.
-std::string numberedName(const std::string& name, bool isFolder, int number);
+/// "name 2", "name 3"…, before the extension and short enough for any file system.
+std::string numberedName(const std::string& name, int number);
 
 /// Removes what is at `path`, if anything and no other than expected. Fails in silence: it is the failure that led here
 /// which is to be reported.

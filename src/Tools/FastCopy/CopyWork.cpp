@@ -71,7 +71,9 @@ void saveRows(CopyResult& result, const CopyRequest& request, const RunStores& r
 CopyResult runCopy(const CopyRequest& request, const std::string& stateFolder, const RunStores& runs,
                    const Texts& texts, const std::shared_ptr<CopyControl>& control,
                    const std::function<void(const CopyProgress&)>& progress, const CancelToken& cancel) {
-    const auto run = beginRun(runs, request.trigger, detailsOf(request.sources, request.destinations), texts);
+    RunDetails details = detailsOf(request.sources, request.destinations);
+    details.insert(request.details.begin(), request.details.end());
+    const auto run = beginRun(runs, request.trigger, details, texts);
     control->follow(cancel);
     CopyOptions options = request.options;
     options.verify = options.verify || request.manifest.has_value();

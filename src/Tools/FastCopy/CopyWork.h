@@ -28,6 +28,7 @@ struct CopyRequest {
     CopyOptions options;
     std::optional<ManifestKind> manifest; ///< asks for verification too
     Trigger trigger = Trigger::manual;
+    RunDetails details = {}; ///< of the record, besides those of the copy
 };
 
 struct CopyResult {

@@ -8,11 +8,13 @@
 #include "Mail/MailSender.h"
 #include "Platform/Desktop.h"
 #include "Platform/Files.h"
+#include "Platform/PathParts.h"
 #include "Platform/SecretStore.h"
 #include "support/ChildWork.h"
 #include "support/TestWorld.h"
 
 #include <csignal>
+#include <filesystem>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <thread>
@@ -53,6 +55,21 @@ struct Desk : TestWorld {
           executor(world, actions, scripts, mail, desktop, outpost),
           runner(std::make_unique<NodesRunner>(world, store, executor, mail)) {
         makeFolders(folders.home);
+        actions.provide(copyAction,
+                        [this](const ActionRequest& request, const JobControl&) { return copied(request); });
+    }
+
+    /// In the place of the tool that copies.
+    RunRecord copied(const ActionRequest& request) {
+        const auto run = log.begin(request.toolID, request.trigger, request.details);
+        const std::string& folder = request.payload.at("folder");
+        std::filesystem::create_directories(folder);
+        std::string landed;
+        for (const std::string& source : request.sources) {
+            std::filesystem::copy(source, folder);
+            landed += joinPath(folder, std::filesystem::path(source).filename().native()) + "\n";
+        }
+        return run->finish(Outcome::success, "Copied", {}, {{RunDetail::output, landed}});
     }
 
     /// A start, and after it each kind, all at once or one after the other.
@@ -117,7 +134,7 @@ TEST_F(NodesRunnerTest, EveryKindEndsInAResultThatSaysWhy) {
         {ScriptNode{"root"}, Out::failed, "root wants to act as administrator, which a flow may not."},
         {ScriptNode{"none"}, Out::failed, "There is no script called none."},
         {ScriptNode{"loud"}, Out::success, "Ended with code 0"},
-        {CopyNode{"{files}", FleetFolder::documents}, Out::success, ""},
+        {CopyNode{"{files}", FleetFolder::documents}, Out::success, "Copied"},
         {CopyNode{"/no/such", FleetFolder::documents}, Out::failed, "/no/such does not exist."},
         {ToolNode{CleanStorageTool{}}, Out::success, "There was nothing to clean."},
         {ToolNode{DiskSpaceTool{"/"}}, Out::failed, ""},

@@ -9,7 +9,6 @@
 #include "Core/ToolTexts.h"
 #include "Features/Flows/work/NodeResults.h"
 #include "Features/Flows/work/NodesMail.h"
-#include "Platform/CopyItem.h"
 #include "Platform/Files.h"
 #include "Platform/SystemError.h"
 
@@ -95,10 +94,13 @@ FlowNodeResult NodeWork::doTool(const FleetTool& tool) const {
                                 .payload = std::move(call->payload),
                                 .trigger = Trigger::flow,
                                 .details = {{RunDetail::flow, step_.flow.name}}};
-    const JobControl control{cancel_, [this](double, std::string_view what) {
-                                 report(what);
-                             }};
-    return resultOf(parts_.actions.run(call->action, request, control));
+    return resultOf(parts_.actions.run(call->action, request, reporting()));
+}
+
+JobControl NodeWork::reporting() const {
+    return {cancel_, [this](double, std::string_view what) {
+                report(what);
+            }};
 }
 
 std::map<std::string, std::string> NodeWork::environment(std::string& input) const {
@@ -163,37 +165,15 @@ FlowNodeResult NodeWork::doCopy(const flows::CopyNode& node) const {
             source = parts_.world.folders.home + source.substr(1);
     if (sources.empty())
         return failure({"nodes.fail.no-file", {{"path", node.path}}}, texts_);
-    makeFolders(folder);
-    std::vector<std::string> copied;
-    Messages faults;
-    int64_t bytes = 0;
-    for (const std::string& source : sources) {
-        cancel_.throwIfCancelled();
-        if (!statusOf(source)) {
-            faults.push_back({"nodes.fail.no-file", {{"path", printable(source)}}});
-            continue;
-        }
-        report(source);
-        try {
-            const CopiedItem item = copyItem(source, folder, cancel_);
-            copied.push_back(item.path);
-            bytes += item.bytes;
-        } catch (const SystemError& error) {
-            faults.push_back(messageOf(error));
-        }
-    }
-    std::string output = lines(copied);
-    for (const Message& fault : faults)
-        output += worded(fault, texts_) + "\n";
-    if (!faults.empty())
-        return failure(faults.size() == 1
-                           ? faults[0]
-                           : Message{"nodes.fail.copies", {{"count", faults.size()}, {"reason", faults[0]}}},
-                       texts_, std::move(output));
-    return nodeResult(FlowNodeOutcome::success,
-                      {"nodes.copied",
-                       {{"count", copied.size()}, {"size", ByteCount{bytes}}, {"folder", printable(folder)}}},
-                      texts_, std::move(output));
+    for (const std::string& source : sources)
+        if (!statusOf(source))
+            return failure({"nodes.fail.no-file", {{"path", printable(source)}}}, texts_);
+    const ActionRequest request{.toolID = "fast-copy",
+                                .payload = {{"folder", folder}},
+                                .trigger = Trigger::flow,
+                                .details = {{RunDetail::flow, step_.flow.name}},
+                                .sources = std::move(sources)};
+    return resultOf(parts_.actions.run(copyAction, request, reporting()));
 }
 
 FlowNodeResult NodeWork::doEmail(const flows::FlowEmail& email) const {

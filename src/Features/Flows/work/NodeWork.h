@@ -27,6 +27,7 @@ public:
 
 private:
     void report(std::string_view text) const;
+    JobControl reporting() const;
     std::map<std::string, std::string> environment(std::string& input) const;
     flows::FlowNodeResult scriptResult(const ProcessResult& result) const;
 

@@ -30,11 +30,10 @@ namespace {
 /// How long the main loop may take to show a notification.
 constexpr int64_t notifyLimitSeconds = 60;
 
-/// Under which tool a node's work on this computer stands in the log; tools and mail leave their records themselves.
+/// Under which tool a node's work on this computer stands in the log; tools, copies and mail leave their records
+/// themselves.
 std::string loggedTool(const FlowNodeKind& kind) {
-    return std::holds_alternative<CopyNode>(kind)     ? "fast-copy"
-           : std::holds_alternative<ScriptNode>(kind) ? "scripts"
-                                                      : "";
+    return std::holds_alternative<ScriptNode>(kind) ? "scripts" : "";
 }
 
 /// The nodes of one run.
