@@ -43,11 +43,11 @@ struct Database {
 void loadAndFilter(benchmark::State& state) {
     Database base(20000);
     const RunFilter filter{.period = LastDays{30}, .text = "99 files"};
-    const RunFilter::Surroundings world{
+    const RunFilter::Surroundings dependencies{
         .toolName = {}, .thisComputer = "Ateneo", .now = systemNow(), .calendar = LocalCalendar()};
     for (auto _ : state) {
         const RunLog log(base.defaults, base.files);
-        benchmark::DoNotOptimize(filter.apply(log.all(), world));
+        benchmark::DoNotOptimize(filter.apply(log.all(), dependencies));
     }
     const auto bytes = static_cast<double>(readFile(base.dir / "data/runs.jsonl").size());
     state.counters["bytes/record"] = bytes / 20000;
@@ -58,10 +58,10 @@ void filterOnly(benchmark::State& state) {
     Database base(20000);
     const RunLog log(base.defaults, base.files);
     const RunFilter filter{.period = LastDays{30}, .text = "99 files"};
-    const RunFilter::Surroundings world{
+    const RunFilter::Surroundings dependencies{
         .toolName = {}, .thisComputer = "Ateneo", .now = systemNow(), .calendar = LocalCalendar()};
     for (auto _ : state)
-        benchmark::DoNotOptimize(filter.apply(log.all(), world));
+        benchmark::DoNotOptimize(filter.apply(log.all(), dependencies));
 }
 BENCHMARK(filterOnly)->Unit(benchmark::kMillisecond);
 

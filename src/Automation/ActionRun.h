@@ -13,9 +13,10 @@ namespace vh::automation {
 /// One run of one action, from its beginning in the log to its record. The thread that runs it.
 class ActionRun {
 public:
-    ActionRun(const AutomationWorld& world, const ActionRequest& request, const JobControl& control);
+    ActionRun(const AutomationDependencies& dependencies, const ActionRequest& request,
+              const JobControl& control);
 
-    const AutomationWorld& world;
+    const AutomationDependencies& dependencies;
     const ActionRequest& request;
     const JobControl& control;
     const Texts texts;
@@ -38,8 +39,8 @@ private:
 RunRecord cleanWithModule(ActionRun& run);
 /// Whether there is a module to clean with; an ActionRow's `isThere`.
 template <ScheduledAction action>
-bool hasModule(const AutomationWorld& world) {
-    return world.module(rawValue(action)) != nullptr;
+bool hasModule(const AutomationDependencies& dependencies) {
+    return dependencies.module(rawValue(action)) != nullptr;
 }
 
 } // namespace vh::automation

@@ -1,6 +1,6 @@
 #include "Automation/Automation.h"
 
-#include "Automation/AutomationDoor.h"
+#include "Automation/LeaderMessages.h"
 #include "Automation/Offer.h"
 #include "Automation/ScheduledActions.h"
 #include "Automation/ScriptLibrary.h"
@@ -13,7 +13,7 @@
 #include "Platform/Desktop.h"
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"
-#include "Platform/InstanceDoor.h"
+#include "Platform/InstanceSocket.h"
 #include "Platform/SystemError.h"
 
 #include <algorithm>
@@ -38,8 +38,9 @@ struct Made {
 
 /// The parts stand in the order in which they need each other, so that they go in the opposite one.
 struct Automation::State {
-    explicit State(AutomationWorld w) : world(std::move(w)), folder(world.folders.data + "/Varnholt") {}
-    AutomationWorld world;
+    explicit State(AutomationDependencies w)
+        : dependencies(std::move(w)), folder(dependencies.folders.data + "/Varnholt") {}
+    AutomationDependencies dependencies;
     const std::string folder;
     std::optional<FileLock> lead; ///< let go of last, when nothing runs any more
 
@@ -49,7 +50,7 @@ struct Automation::State {
     std::unique_ptr<ScriptLibrary> scripts;
     std::unique_ptr<ScheduleStore> schedules;
     std::unique_ptr<ScheduledActions> actions;
-    Worker asking{world.loop}; ///< who leads may be slow to answer
+    Worker asking{dependencies.loop}; ///< who leads may be slow to answer
     Observers<> observers;
     std::vector<Made> services;
     bool areServicesMade = false;
@@ -58,7 +59,7 @@ struct Automation::State {
     std::function<void()> onLeading;
     std::string trouble;
     bool isAttached = false;
-    std::unique_ptr<InstanceDoor> door;
+    std::unique_ptr<InstanceSocket> socket;
     MainLoop::Token trying;
 };
 
@@ -77,21 +78,22 @@ std::string leadLockOf(const Folders& folders) {
     return folders.data + "/Varnholt/automation.lock";
 }
 
-Automation::Automation(AutomationWorld world) : state_(std::make_unique<State>(std::move(world))) {}
+Automation::Automation(AutomationDependencies dependencies)
+    : state_(std::make_unique<State>(std::move(dependencies))) {}
 
 Automation::~Automation() {
     State& s = *state_;
     s.trying.reset();
-    s.door.reset();
+    s.socket.reset();
     // The last one made may stand on those before it. What it still records while it goes reaches none.
     if (s.isAttached)
-        s.world.runs.log.setOnRecord({});
+        s.dependencies.runs.log.setOnRecord({});
     while (!s.services.empty())
         s.services.pop_back();
 }
 
-const AutomationWorld& Automation::world() const {
-    return state_->world;
+const AutomationDependencies& Automation::dependencies() const {
+    return state_->dependencies;
 }
 
 Service& Automation::service(std::type_index type, MakeService make) {
@@ -108,14 +110,14 @@ Service& Automation::service(std::type_index type, MakeService make) {
 void Automation::makeServices() {
     if (std::exchange(state_->areServicesMade, true))
         return;
-    for (const Offer* offer : state_->world.offers)
+    for (const Offer* offer : state_->dependencies.offers)
         if (offer->service)
             offer->service(*this);
 }
 
 ScheduledActions& Automation::actions() {
     if (!state_->actions) {
-        state_->actions = std::make_unique<ScheduledActions>(state_->world);
+        state_->actions = std::make_unique<ScheduledActions>(state_->dependencies);
         makeServices(); // they provide some of them
     }
     return *state_->actions;
@@ -123,7 +125,7 @@ ScheduledActions& Automation::actions() {
 
 ScheduleStore& Automation::schedules() {
     return made(state_->schedules, [&] {
-        return std::make_unique<ScheduleStore>(ScheduleStore::fileOfUser(), state_->world.calendar);
+        return std::make_unique<ScheduleStore>(ScheduleStore::fileOfUser(), state_->dependencies.calendar);
     });
 }
 
@@ -138,8 +140,9 @@ SecretStore& Automation::secrets() {
 
 mail::MailSender& Automation::mail() {
     return made(state_->mail, [&] {
-        const AutomationWorld& world = state_->world;
-        return std::make_unique<mail::MailSender>(world.defaults, secrets(), world.runs.log, world.texts);
+        const AutomationDependencies& dependencies = state_->dependencies;
+        return std::make_unique<mail::MailSender>(dependencies.defaults, secrets(), dependencies.runs.log,
+                                                  dependencies.texts);
     });
 }
 
@@ -188,8 +191,8 @@ void Automation::attach() {
     std::vector<Service*> services;
     for (const Made& each : s.services)
         services.push_back(each.service.get());
-    s.world.runs.log.setOnRecord(
-        [services, told = std::weak_ptr(s.onRecord), &loop = s.world.loop](const RunRecord& record) {
+    s.dependencies.runs.log.setOnRecord(
+        [services, told = std::weak_ptr(s.onRecord), &loop = s.dependencies.loop](const RunRecord& record) {
             for (Service* each : services)
                 each->take(record);
             loop.post([told, record] {
@@ -216,7 +219,7 @@ void Automation::lead() {
     attach();
     for (const Made& each : s.services)
         each.service->follow();
-    s.trying = s.world.loop.every(tryAgain, [this] { tryToLead(); });
+    s.trying = s.dependencies.loop.every(tryAgain, [this] { tryToLead(); });
     tryToLead();
 }
 
@@ -225,17 +228,17 @@ void Automation::tryToLead() {
     try {
         if (!s.lead) {
             makeFolders(s.folder);
-            FileLock lock = FileLock::tryLock(leadLockOf(s.world.folders));
+            FileLock lock = FileLock::tryLock(leadLockOf(s.dependencies.folders));
             s.trouble.clear();
             if (!lock)
                 return;
             s.lead.emplace(std::move(lock));
             beginToLead();
         }
-        s.door = InstanceDoor::open(s.world.loop, doorName,
-                                    [this](const std::string& request) { return answer(request); });
+        s.socket = InstanceSocket::open(s.dependencies.loop, leaderSocket,
+                                        [this](const std::string& request) { return answer(request); });
         s.trouble.clear();
-        if (s.door)
+        if (s.socket)
             s.trying.reset();
     } catch (const SystemError& error) {
         s.trouble = error.what();
@@ -268,9 +271,9 @@ void Automation::tellLeader(const Service& service, std::string message) {
 }
 
 std::string Automation::answer(const std::string& request) {
-    DoorReply reply;
+    LeaderReply reply;
     try {
-        const auto wanted = decodeJson<DoorRequest>(request);
+        const auto wanted = decodeJson<LeaderRequest>(request);
         if (const auto* link = std::get_if<OpenLink>(&wanted))
             reply.refusal = openHere(link->url);
         else if (const auto* told = std::get_if<ServiceMessage>(&wanted))
@@ -296,7 +299,7 @@ std::optional<std::string> Automation::openHere(const std::string& url) {
     const auto taker =
         std::ranges::find_if(services, [&](const Made& each) { return each.service->takesLink(url); });
     if (taker == services.end())
-        return state_->world.texts().text("automation.link.unknown", {{"url", url}});
+        return state_->dependencies.texts().text("automation.link.unknown", {{"url", url}});
     return taker->service->openLink(url);
 }
 

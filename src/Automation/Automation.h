@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Automation/Service.h"
 #include "Core/RunRecord.h"
 
@@ -30,12 +30,12 @@ class ScriptLibrary;
 /// when it ends. Main thread.
 class Automation {
 public:
-    explicit Automation(AutomationWorld world);
+    explicit Automation(AutomationDependencies dependencies);
     ~Automation();
     Automation(const Automation&) = delete;
     Automation& operator=(const Automation&) = delete;
 
-    const AutomationWorld& world() const;
+    const AutomationDependencies& dependencies() const;
 
     /// This process keeps the run log: what follows the ends of its runs follows them from then on, and runs that were
     /// killed get their records.

@@ -19,7 +19,7 @@ namespace vh::automation {
 
 class ActionRun;
 class Automation;
-struct AutomationWorld;
+struct AutomationDependencies;
 
 enum class FieldKind { folder, flag, choice, several };
 
@@ -51,7 +51,7 @@ struct ActionRow {
     RunRecord (*run)(ActionRun& run);
     std::span<const PayloadField> fields = {};
     /// Whether it can run here; always where nothing is said.
-    bool (*isThere)(const AutomationWorld& world) = nullptr;
+    bool (*isThere)(const AutomationDependencies& dependencies) = nullptr;
 };
 
 using MakeModule = std::shared_ptr<SuiteModule> (*)(const Folders& folders,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Core/Describe.h"
 #include "Core/RunFiles.h"
 #include "Core/RunRecord.h"

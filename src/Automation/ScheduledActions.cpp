@@ -39,8 +39,8 @@ RunDetails detailsOf(const ActionRequest& request) {
     return details;
 }
 
-ActionRun::ActionRun(const AutomationWorld& w, const ActionRequest& r, const JobControl& c)
-    : world(w), request(r), control(c), texts(w.texts()), details(detailsOf(r)),
+ActionRun::ActionRun(const AutomationDependencies& w, const ActionRequest& r, const JobControl& c)
+    : dependencies(w), request(r), control(c), texts(w.texts()), details(detailsOf(r)),
       run_(r.within ? w.runs.log.beginPart(r.toolID, r.trigger, details)
                     : w.runs.log.begin(r.toolID, r.trigger, details)) {}
 
@@ -64,7 +64,7 @@ RunRecord ActionRun::fail(const Message& why) {
 }
 
 RunRecord cleanWithModule(ActionRun& run) {
-    const auto module = run.world.module(run.request.actionID);
+    const auto module = run.dependencies.module(run.request.actionID);
     if (!module)
         return notThereYet(run);
     run.control.report(-1, run.texts.text("scheduled-action.scanning"));
@@ -76,8 +76,8 @@ RunRecord cleanWithModule(ActionRun& run) {
     start.details = run.details;
     start.isUnattended = true;
     start.within = run.request.within.get();
-    return runClean(*module, report, CleanSelection::all(report, RemovalMethod::trash), start, run.world.runs,
-                    run.texts, run.control)
+    return runClean(*module, report, CleanSelection::all(report, RemovalMethod::trash), start,
+                    run.dependencies.runs, run.texts, run.control)
         .record;
 }
 
@@ -86,7 +86,7 @@ void ScheduledActions::provide(std::string_view actionID, Run run) {
 }
 
 const ActionRow* ScheduledActions::rowOf(std::string_view actionID) const {
-    for (const Offer* offer : world_.offers)
+    for (const Offer* offer : dependencies_.offers)
         if (const auto row = std::ranges::find(offer->actions, actionID, &ActionRow::id);
             row != offer->actions.end())
             return &*row;
@@ -119,17 +119,17 @@ RunRecord ScheduledActions::runAction(const ActionRequest& request, const JobCon
         if (const auto provided = provided_.find(request.actionID); provided != provided_.end())
             return provided->second(request, control);
         if (const ActionRow* row = rowOf(request.actionID))
-            return ActionRun(world_, request, control).run(row->run);
+            return ActionRun(dependencies_, request, control).run(row->run);
         if (!fromRaw<ScheduledAction>(request.actionID))
-            return ActionRun(world_, request, control).run(unknownAction);
+            return ActionRun(dependencies_, request, control).run(unknownAction);
     }
-    return ActionRun(world_, request, control).run(notThereYet);
+    return ActionRun(dependencies_, request, control).run(notThereYet);
 }
 
 bool ScheduledActions::isThere(ScheduledAction action) const {
     const std::string_view id = rawValue(action);
     const ActionRow* row = rowOf(id);
-    return provided_.contains(id) || (row && (!row->isThere || row->isThere(world_)));
+    return provided_.contains(id) || (row && (!row->isThere || row->isThere(dependencies_)));
 }
 
 std::span<const PayloadField> ScheduledActions::fields(std::string_view actionID) const {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Automation/Offer.h"
 #include "Core/JobControl.h"
 #include "Core/RunRecord.h"
@@ -37,7 +37,7 @@ RunDetails detailsOf(const ActionRequest& request);
 /// run record; an action whose tool is not there ends as a failed one that says so. Any thread.
 class ScheduledActions {
 public:
-    explicit ScheduledActions(const AutomationWorld& world) : world_(world) {}
+    explicit ScheduledActions(const AutomationDependencies& dependencies) : dependencies_(dependencies) {}
 
     /// A service of this process runs the action itself, in the place of its row. Before anything runs.
     using Run = std::function<RunRecord(const ActionRequest& request, const JobControl& control)>;
@@ -55,7 +55,7 @@ private:
     const ActionRow* rowOf(std::string_view actionID) const;
     RunRecord runAction(const ActionRequest& request, const JobControl& control) const;
 
-    const AutomationWorld& world_;
+    const AutomationDependencies& dependencies_;
     std::map<std::string, Run, std::less<>> provided_;
 };
 

@@ -73,13 +73,14 @@ std::string_view toolOf(std::string_view line) {
 
 } // namespace
 
-RunMatcher::RunMatcher(RunFilter filter, RunFilter::Surroundings world)
-    : filter_(std::move(filter)), world_(std::move(world)),
-      interval_(filter_.interval(world_.now, world_.calendar)), needle_(foldForSearch(filter_.text)),
-      isPlainNeedle_(isPlain(needle_)),
-      ownFacts_(world_.texts ? fmt::format(R"(facts":"{{\"language\":\"{}\")", code(world_.texts->language()))
-                             : ""),
-      isOfThisComputer_(!needle_.empty() && containsFolded(world_.thisComputer, needle_)) {}
+RunMatcher::RunMatcher(RunFilter filter, RunFilter::Surroundings dependencies)
+    : filter_(std::move(filter)), dependencies_(std::move(dependencies)),
+      interval_(filter_.interval(dependencies_.now, dependencies_.calendar)),
+      needle_(foldForSearch(filter_.text)), isPlainNeedle_(isPlain(needle_)),
+      ownFacts_(dependencies_.texts
+                    ? fmt::format(R"(facts":"{{\"language\":\"{}\")", code(dependencies_.texts->language()))
+                    : ""),
+      isOfThisComputer_(!needle_.empty() && containsFolded(dependencies_.thisComputer, needle_)) {}
 
 bool RunMatcher::matches(const RunRecord& record) const {
     return (!interval_ || interval_->contains(record.startedAt)) && isWanted(filter_.toolID, record.toolID) &&
@@ -90,7 +91,7 @@ bool RunMatcher::matches(const RunRecord& record) const {
 bool RunMatcher::mayMatch(std::string_view line) const {
     if (!isPlainNeedle_ || isOfThisComputer_ || mayHold(line, needle_) || nameHoldsText(toolOf(line)))
         return true;
-    if (!world_.texts)
+    if (!dependencies_.texts)
         return false;
     // What may be shown in other words than it was written in; found by its first letter, which is rare there.
     const size_t facts = line.find(R"(facts":)");
@@ -98,7 +99,7 @@ bool RunMatcher::mayMatch(std::string_view line) const {
 }
 
 const std::string& RunMatcher::computerOf(const RunRecord& record) const {
-    return record.computer ? *record.computer : world_.thisComputer;
+    return record.computer ? *record.computer : dependencies_.thisComputer;
 }
 
 bool RunMatcher::holdsText(const RunRecord& record) const {
@@ -107,28 +108,29 @@ bool RunMatcher::holdsText(const RunRecord& record) const {
 }
 
 bool RunMatcher::summaryHoldsText(const RunRecord& record) const {
-    if (!world_.texts || !record.facts)
+    if (!dependencies_.texts || !record.facts)
         return containsFolded(record.summary, needle_);
-    return containsFolded(summaryOf(record, *world_.texts), needle_);
+    return containsFolded(summaryOf(record, *dependencies_.texts), needle_);
 }
 
 bool RunMatcher::nameHoldsText(std::string_view toolID) const {
     if (const auto known = names_.find(toolID); known != names_.end())
         return known->second;
     const std::string id(toolID);
-    return names_[id] = containsFolded(world_.toolName ? world_.toolName(id) : id, needle_);
+    return names_[id] = containsFolded(dependencies_.toolName ? dependencies_.toolName(id) : id, needle_);
 }
 
 std::optional<DateInterval> RunFilter::interval(Date now, const LocalCalendar& calendar) const {
     return std::visit(IntervalOf{now, calendar}, period);
 }
 
-bool RunFilter::matches(const RunRecord& record, const Surroundings& world) const {
-    return RunMatcher(*this, world).matches(record);
+bool RunFilter::matches(const RunRecord& record, const Surroundings& dependencies) const {
+    return RunMatcher(*this, dependencies).matches(record);
 }
 
-std::vector<RunRecord> RunFilter::apply(std::vector<RunRecord> records, const Surroundings& world) const {
-    const RunMatcher matcher(*this, world);
+std::vector<RunRecord> RunFilter::apply(std::vector<RunRecord> records,
+                                        const Surroundings& dependencies) const {
+    const RunMatcher matcher(*this, dependencies);
     std::erase_if(records, [&](const RunRecord& record) { return !matcher.matches(record); });
     return records;
 }

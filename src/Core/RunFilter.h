@@ -61,7 +61,7 @@ struct RunFilter {
     std::optional<Trigger> trigger;
     std::string text; ///< sought in the tool's name, the summary and the computer, without regard to case
 
-    /// What a filter must know of the world.
+    /// What a filter must know besides the run.
     struct Surroundings {
         std::function<std::string(const std::string& toolID)> toolName;
         std::string thisComputer; ///< what a record without a computer counts as
@@ -72,9 +72,9 @@ struct RunFilter {
 
     /// Nothing for all time.
     std::optional<DateInterval> interval(Date now, const LocalCalendar& calendar) const;
-    bool matches(const RunRecord& record, const Surroundings& world) const;
+    bool matches(const RunRecord& record, const Surroundings& dependencies) const;
     /// Those that match, in their order.
-    std::vector<RunRecord> apply(std::vector<RunRecord> records, const Surroundings& world) const;
+    std::vector<RunRecord> apply(std::vector<RunRecord> records, const Surroundings& dependencies) const;
 
     bool operator==(const RunFilter&) const = default;
 };
@@ -82,7 +82,7 @@ struct RunFilter {
 /// A filter for many records, with all that is the same for each of them worked out once. One thread.
 class RunMatcher {
 public:
-    RunMatcher(RunFilter filter, RunFilter::Surroundings world);
+    RunMatcher(RunFilter filter, RunFilter::Surroundings dependencies);
 
     bool matches(const RunRecord& record) const;
     /// False when the record of this line of a log matches for certain not; much faster than reading it.
@@ -95,7 +95,7 @@ private:
     bool nameHoldsText(std::string_view toolID) const;
 
     const RunFilter filter_;
-    const RunFilter::Surroundings world_;
+    const RunFilter::Surroundings dependencies_;
     const std::optional<DateInterval> interval_;
     const std::string needle_;         ///< folded
     const bool isPlainNeedle_ = false; ///< stands in a line as it is, whatever the case of its letters

@@ -33,15 +33,16 @@ std::string withoutPatterns(std::string_view path) {
     return escaped;
 }
 
-void requireOwnerless(const InstallWorld& world, const HandedItem& item, const std::string& path) {
+void requireOwnerless(const InstallDependencies& dependencies, const HandedItem& item,
+                      const std::string& path) {
     std::vector<std::string> children;
     if (item.status.type == FileType::folder)
         for (const std::string& name : item.folder.below(item.name).names())
             children.push_back(path + "/" + name);
     for (const MaintenanceCommand& query : AppRemovalPolicy::ownerQueries(path, children)) {
-        if (!world.hasProgram(query.executable))
+        if (!dependencies.hasProgram(query.executable))
             continue;
-        const MaintenanceRunner::Execution answer = world.ask(query);
+        const MaintenanceRunner::Execution answer = dependencies.ask(query);
         if (answer.timedOut || answer.status < 0)
             throw HelperServiceError("failed", "Whether a package owns " + path +
                                                    " could not be asked: " + answer.output);
@@ -109,18 +110,18 @@ std::string AppRemovalPolicy::ownerIn(const MaintenanceRunner::Execution& answer
     return {};
 }
 
-void removeApplication(const InstallWorld& world, const std::string& path) {
-    const std::string normal = AppRemovalPolicy{world.system, world.applications}.check(path);
+void removeApplication(const InstallDependencies& dependencies, const std::string& path) {
+    const std::string normal = AppRemovalPolicy{dependencies.system, dependencies.applications}.check(path);
     const HandedItem item = handedItem(normal);
-    const bool isMac = world.system == MaintenanceSystem::macos;
-    const auto id = applicationIdentity(world, item.folder, item.name);
+    const bool isMac = dependencies.system == MaintenanceSystem::macos;
+    const auto id = applicationIdentity(dependencies, item.folder, item.name);
     // On Linux many an application brings no desktop file along.
     if (!id && (isMac || item.status.type != FileType::folder))
         throw HelperServiceError("notAnApp", "Not an application: " + normal);
-    if (isProtectedApplication(world.system, item.name, id.value_or("")))
+    if (isProtectedApplication(dependencies.system, item.name, id.value_or("")))
         throw HelperServiceError("protected", normal + " is protected and cannot be removed.");
     if (!isMac)
-        requireOwnerless(world, item, normal);
+        requireOwnerless(dependencies, item, normal);
     item.folder.remove(item.name, item.status.identity);
 }
 

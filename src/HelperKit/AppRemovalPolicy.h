@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HelperKit/InstallWorld.h"
+#include "HelperKit/InstallDependencies.h"
 
 #include <cstdint>
 #include <string>
@@ -29,6 +29,6 @@ struct AppRemovalPolicy {
 };
 
 /// Removes an application for everybody. Throws HelperServiceError and SystemError. Blocks.
-void removeApplication(const InstallWorld& world, const std::string& path);
+void removeApplication(const InstallDependencies& dependencies, const std::string& path);
 
 } // namespace vh::helper

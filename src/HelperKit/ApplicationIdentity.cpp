@@ -33,21 +33,22 @@ std::optional<std::string> desktopFileIn(const GuardedFolder& application) {
     return std::nullopt;
 }
 
-std::optional<std::string> bundleIdentifier(const InstallWorld& world, const std::string& path) {
-    const MaintenanceRunner::Execution answer =
-        world.ask({"/usr/bin/plutil",
-                   {"-extract", "CFBundleIdentifier", "raw", "-o", "-", path + "/Contents/Info.plist"}});
+std::optional<std::string> bundleIdentifier(const InstallDependencies& dependencies,
+                                            const std::string& path) {
+    const MaintenanceRunner::Execution answer = dependencies.ask(
+        {"/usr/bin/plutil",
+         {"-extract", "CFBundleIdentifier", "raw", "-o", "-", path + "/Contents/Info.plist"}});
     return answer.status == 0 && !answer.output.empty() ? std::optional(answer.output) : std::nullopt;
 }
 
 } // namespace
 
-std::optional<std::string> applicationIdentity(const InstallWorld& world, const GuardedFolder& folder,
-                                               const std::string& name) {
+std::optional<std::string> applicationIdentity(const InstallDependencies& dependencies,
+                                               const GuardedFolder& folder, const std::string& name) {
     const auto status = folder.statusOf(name);
-    const bool isMac = world.system == MaintenanceSystem::macos;
+    const bool isMac = dependencies.system == MaintenanceSystem::macos;
     if (status && status->type == FileType::folder)
-        return isMac ? bundleIdentifier(world, folder.path() + "/" + name)
+        return isMac ? bundleIdentifier(dependencies, folder.path() + "/" + name)
                      : desktopFileIn(folder.below(name));
     if (status && status->type == FileType::file && !isMac && isAppImage(folder, name))
         return std::string(appImage);

@@ -74,12 +74,12 @@ void ApplicationInstallPolicy::requireAccepted(const MaintenanceRunner::Executio
 }
 
 std::string ApplicationInstaller::check(const std::string& path, uint32_t user) const {
-    return ApplicationInstallPolicy::check(path, world_.inboxOf(user));
+    return ApplicationInstallPolicy::check(path, dependencies_.inboxOf(user));
 }
 
 MaintenanceRunner::Result ApplicationInstaller::install(const std::string& path, uint32_t user) {
     const std::lock_guard one(one_);
-    const ApplicationInstallPolicy policy{world_.system, world_.applications};
+    const ApplicationInstallPolicy policy{dependencies_.system, dependencies_.applications};
     const std::string normal = check(path, user);
     const HandedItem item = handedItem(normal);
     if (item.status.owner != user)
@@ -87,25 +87,26 @@ MaintenanceRunner::Result ApplicationInstaller::install(const std::string& path,
     if (item.status.type != FileType::folder && item.status.type != FileType::file)
         throw HelperServiceError("notAnApp", "Not an application: " + normal);
 
-    const GuardedFolder staging = emptiedStaging(world_.applicationStaging);
+    const GuardedFolder staging = emptiedStaging(dependencies_.applicationStaging);
     const Cleared cleared(staging);
     staging.addCopy(item.name, item.folder, item.name);
-    const std::string id = applicationIdentity(world_, staging, item.name).value_or("");
+    const std::string id = applicationIdentity(dependencies_, staging, item.name).value_or("");
     policy.requireReplaceable(normal, id);
-    const GuardedFolder applications = GuardedFolder::open(world_.applications);
+    const GuardedFolder applications = GuardedFolder::open(dependencies_.applications);
     if (applications.statusOf(item.name))
-        policy.requireSame(item.name, id, applicationIdentity(world_, applications, item.name).value_or(""));
+        policy.requireSame(item.name, id,
+                           applicationIdentity(dependencies_, applications, item.name).value_or(""));
     ApplicationInstallPolicy::requireAccepted(
-        world_.ask(policy.assessment(staging.path() + "/" + item.name)));
+        dependencies_.ask(policy.assessment(staging.path() + "/" + item.name)));
     putInPlace(staging, item.name);
-    return {true, world_.applications + "/" + item.name};
+    return {true, dependencies_.applications + "/" + item.name};
 }
 
 /// Nobody but the administrator can meddle with either folder.
 void ApplicationInstaller::putInPlace(const GuardedFolder& staging, const std::string& name) const {
-    const std::string place = world_.applications + "/" + name;
-    const std::string previous = world_.applications + "/" + previousPrefix + name;
-    const GuardedFolder applications = GuardedFolder::open(world_.applications);
+    const std::string place = dependencies_.applications + "/" + name;
+    const std::string previous = dependencies_.applications + "/" + previousPrefix + name;
+    const GuardedFolder applications = GuardedFolder::open(dependencies_.applications);
     const auto old = applications.statusOf(name);
     if (old) {
         if (applications.statusOf(previousPrefix + name))

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HelperKit/InstallWorld.h"
+#include "HelperKit/InstallDependencies.h"
 
 #include <cstdint>
 #include <mutex>
@@ -29,7 +29,7 @@ struct ApplicationInstallPolicy {
 /// HelperServiceError and SystemError. Any thread.
 class ApplicationInstaller {
 public:
-    explicit ApplicationInstaller(const InstallWorld& world) : world_(world) {}
+    explicit ApplicationInstaller(const InstallDependencies& dependencies) : dependencies_(dependencies) {}
 
     /// Pure. The normalised path.
     std::string check(const std::string& path, uint32_t user) const;
@@ -38,7 +38,7 @@ public:
 private:
     void putInPlace(const GuardedFolder& staging, const std::string& name) const;
 
-    const InstallWorld& world_;
+    const InstallDependencies& dependencies_;
     std::mutex one_;
 };
 

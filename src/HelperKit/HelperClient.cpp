@@ -45,9 +45,9 @@ bool mayRepeat(const ServiceMethod& method, Kind kind) {
 } // namespace
 
 struct HelperClient::State {
-    explicit State(World given) : world(std::move(given)), connection(world.openLink) {}
+    explicit State(Dependencies given) : dependencies(std::move(given)), connection(dependencies.openLink) {}
 
-    World world;
+    Dependencies dependencies;
     HelperConnection connection;
     std::mutex repairing; ///< held while something is repaired or registered; taken before mutex
     std::mutex mutex;     ///< of what follows
@@ -78,7 +78,7 @@ struct HelperClient::State {
 };
 
 Status HelperClient::State::refresh() {
-    const Status now = world.registration->status();
+    const Status now = dependencies.registration->status();
     const std::lock_guard lock(mutex);
     status = now;
     return now;
@@ -115,7 +115,8 @@ HelperConnection::Answer HelperClient::State::callOnce(const ServiceMethod& meth
                                                        const ServiceValues& arguments,
                                                        const CancelToken& cancel) {
     const milliseconds deadline = deadlineOf(method, work);
-    return connection.call(method, world.limit ? world.limit(deadline) : deadline, arguments, cancel);
+    return connection.call(method, dependencies.limit ? dependencies.limit(deadline) : deadline, arguments,
+                           cancel);
 }
 
 HelperConnection::Answer HelperClient::State::call(const ServiceMethod& method, milliseconds work,
@@ -181,7 +182,7 @@ void HelperClient::State::repairAfter(unsigned repairsBefore, const CancelToken&
     if (repairsSoFar() != repairsBefore)
         return;
     connection.drop();
-    if (!answers(cancel) && !world.registration->mustAsk()) {
+    if (!answers(cancel) && !dependencies.registration->mustAsk()) {
         try {
             addAnew();
         } catch (const std::exception&) {
@@ -194,10 +195,10 @@ void HelperClient::State::repairAfter(unsigned repairsBefore, const CancelToken&
 
 /// A person who must be asked is asked once: adding replaces what is there.
 void HelperClient::State::addAnew() {
-    ServiceRegistration& registration = *world.registration;
+    ServiceRegistration& registration = *dependencies.registration;
     if (!registration.mustAsk() && registration.status() == Status::enabled) {
         registration.remove();
-        std::this_thread::sleep_for(world.repairPause);
+        std::this_thread::sleep_for(dependencies.repairPause);
     }
     registration.add();
     noteAdded();
@@ -205,12 +206,13 @@ void HelperClient::State::addAnew() {
 
 void HelperClient::State::noteAdded() {
     connection.drop();
-    world.defaults.set(registeredBuildKey, world.build);
+    dependencies.defaults.set(registeredBuildKey, dependencies.build);
     setLastError({});
     refresh();
 }
 
-HelperClient::HelperClient(World world) : state_(std::make_unique<State>(std::move(world))) {}
+HelperClient::HelperClient(Dependencies dependencies)
+    : state_(std::make_unique<State>(std::move(dependencies))) {}
 HelperClient::~HelperClient() = default;
 
 Status HelperClient::status() const {
@@ -222,11 +224,11 @@ Status HelperClient::refreshStatus() {
 }
 
 bool HelperClient::mustAsk() const {
-    return state_->world.registration->mustAsk();
+    return state_->dependencies.registration->mustAsk();
 }
 
 std::optional<std::string> HelperClient::registeredBuild() const {
-    return state_->world.defaults.get<std::string>(registeredBuildKey);
+    return state_->dependencies.defaults.get<std::string>(registeredBuildKey);
 }
 
 std::string HelperClient::lastPing() const {
@@ -241,15 +243,15 @@ std::string HelperClient::lastError() const {
 
 void HelperClient::registerHelper() {
     const std::lock_guard lock(state_->repairing);
-    state_->world.registration->add();
+    state_->dependencies.registration->add();
     state_->noteAdded();
 }
 
 void HelperClient::unregisterHelper() {
     const std::lock_guard lock(state_->repairing);
-    state_->world.registration->remove();
+    state_->dependencies.registration->remove();
     state_->connection.drop();
-    state_->world.defaults.remove(registeredBuildKey);
+    state_->dependencies.defaults.remove(registeredBuildKey);
     state_->setLastError({});
     state_->refresh();
 }
@@ -258,7 +260,7 @@ void HelperClient::repair() {
     const std::lock_guard lock(state_->repairing);
     state_->connection.drop();
     state_->setLastError({});
-    const std::string& build = state_->world.build;
+    const std::string& build = state_->dependencies.build;
     const bool isCurrent = state_->refresh() == Status::enabled && registeredBuild().value_or(build) == build;
     if (isCurrent && state_->answers())
         return;
@@ -269,10 +271,10 @@ void HelperClient::repair() {
 void HelperClient::refreshRegistrationAfterUpdate(const Texts& texts) {
     State& state = *state_;
     const auto registered = registeredBuild();
-    if (!registered || registered == state.world.build || state.refresh() != Status::enabled)
+    if (!registered || registered == state.dependencies.build || state.refresh() != Status::enabled)
         return;
     try {
-        if (!state.world.registration->mustAsk())
+        if (!state.dependencies.registration->mustAsk())
             return registerHelper();
     } catch (const std::exception&) {
         // Said below: the helper of the older build is still there.

@@ -38,7 +38,7 @@ namespace vh::helper {
 /// ping.
 class HelperClient {
 public:
-    struct World {
+    struct Dependencies {
         std::function<std::shared_ptr<ServiceLink>()> openLink;
         std::shared_ptr<ServiceRegistration> registration;
         UserDefaults& defaults;
@@ -48,7 +48,7 @@ public:
         /// Turns the time-outs of the calls for tests.
         std::function<std::chrono::milliseconds(std::chrono::milliseconds)> limit = {};
     };
-    explicit HelperClient(World world);
+    explicit HelperClient(Dependencies dependencies);
     ~HelperClient();
     HelperClient(const HelperClient&) = delete;
     HelperClient& operator=(const HelperClient&) = delete;

@@ -87,13 +87,13 @@ HeldItem heldItem(const HelperPathPolicy::Place& place, uint32_t user) {
 
 } // namespace
 
-HelperService::World HelperService::ofThisMachine() {
+HelperService::Dependencies HelperService::ofThisMachine() {
     return {[](uint32_t user) {
                 return HelperPathPolicy{HelperPathPolicy::userSpaceAllowlist(Folders::ofUser(user)),
                                         HelperPathPolicy::defaultDeniedBasenames()};
             },
             planOfThisMachine, [](MaintenanceTask task) { return helper::requiresRoot(task, thisSystem()); },
-            InstallWorld::ofThisMachine()};
+            InstallDependencies::ofThisMachine()};
 }
 
 std::string HelperService::pong() {
@@ -101,11 +101,11 @@ std::string HelperService::pong() {
 }
 
 HelperPathPolicy::Place HelperService::checkRemoval(const std::string& path, uint32_t user) const {
-    return world_.pathsOf(user).validateMutablePath(path);
+    return dependencies_.pathsOf(user).validateMutablePath(path);
 }
 
 HelperPathPolicy::Place HelperService::checkSize(const std::string& path, uint32_t user) const {
-    return world_.pathsOf(user).validateReadablePath(path);
+    return dependencies_.pathsOf(user).validateReadablePath(path);
 }
 
 void HelperService::removeAllowedItem(const std::string& path, uint32_t user) const {
@@ -128,14 +128,14 @@ MaintenanceTask HelperService::validateMaintenanceTask(const std::string& id) co
     const auto task = fromRaw<MaintenanceTask>(id);
     if (!task)
         throw HelperServiceError::unknownTask(id);
-    if (!world_.requiresRoot(*task))
+    if (!dependencies_.requiresRoot(*task))
         throw HelperServiceError::taskNotPrivileged(id);
     return *task;
 }
 
 MaintenanceRunner::Result HelperService::runMaintenanceTask(const std::string& id,
                                                             const CancelToken& cancel) const {
-    const MaintenancePlan plan = world_.planOf(validateMaintenanceTask(id));
+    const MaintenancePlan plan = dependencies_.planOf(validateMaintenanceTask(id));
     if (!plan.missing.empty())
         throw HelperServiceError("missingProgram", fmt::format("Task {} needs one of these programs: {}.", id,
                                                                fmt::join(plan.missing, ", ")));
@@ -145,11 +145,11 @@ MaintenanceRunner::Result HelperService::runMaintenanceTask(const std::string& i
 }
 
 void HelperService::checkApplicationRemoval(const std::string& path) const {
-    AppRemovalPolicy{world_.installs.system, world_.installs.applications}.check(path);
+    AppRemovalPolicy{dependencies_.installs.system, dependencies_.installs.applications}.check(path);
 }
 
 void HelperService::removeApplication(const std::string& path) const {
-    helper::removeApplication(world_.installs, path);
+    helper::removeApplication(dependencies_.installs, path);
 }
 
 DeviceJobSpec HelperService::checkDeviceJob(const std::string& json, uint32_t user) {

@@ -18,16 +18,16 @@ namespace vh::helper {
 class HelperService {
 public:
     /// What it stands on.
-    struct World {
+    struct Dependencies {
         /// Of the user with this identifier. Looks at no file that is the user's.
         std::function<HelperPathPolicy(uint32_t user)> pathsOf;
         std::function<MaintenancePlan(MaintenanceTask)> planOf;
         std::function<bool(MaintenanceTask)> requiresRoot;
-        InstallWorld installs;
+        InstallDependencies installs;
     };
-    static World ofThisMachine();
+    static Dependencies ofThisMachine();
 
-    explicit HelperService(World world) : world_(std::move(world)) {}
+    explicit HelperService(Dependencies dependencies) : dependencies_(std::move(dependencies)) {}
     HelperService(const HelperService&) = delete;
     HelperService& operator=(const HelperService&) = delete;
 
@@ -58,9 +58,9 @@ public:
     const DeviceJobRunner& jobs() const { return jobs_; }
 
 private:
-    World world_;
-    PackageInstaller packages_{world_.installs};
-    ApplicationInstaller applications_{world_.installs};
+    Dependencies dependencies_;
+    PackageInstaller packages_{dependencies_.installs};
+    ApplicationInstaller applications_{dependencies_.installs};
     DeviceJobRunner jobs_;
 };
 

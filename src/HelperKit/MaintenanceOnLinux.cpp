@@ -7,7 +7,7 @@ namespace vh::helper {
 
 namespace {
 
-using Hindrance = MaintenancePlan::Hindrance;
+using Blocker = MaintenancePlan::Blocker;
 
 struct Call {
     std::string program; ///< its name alone
@@ -57,17 +57,17 @@ bool holdsWord(const std::string& list, const std::string& word) {
     return false;
 }
 
-MaintenancePlan hindered(Hindrance hindrance) {
-    return {{}, hindrance, {}};
+MaintenancePlan hindered(Blocker blocker) {
+    return {{}, blocker, {}};
 }
 
 /// The first possible way.
 MaintenancePlan planOf(const std::vector<Way>& ways, const MaintenanceFacts& facts) {
-    MaintenancePlan plan = hindered(Hindrance::programs);
+    MaintenancePlan plan = hindered(Blocker::programs);
     for (const Way& way : ways) {
         const auto lack = lackOf(way, facts);
         if (!lack)
-            return {commandsOf(way, facts), Hindrance::none, {}};
+            return {commandsOf(way, facts), Blocker::none, {}};
         if (std::ranges::find(plan.missing, *lack) == plan.missing.end())
             plan.missing.push_back(*lack);
     }
@@ -84,7 +84,7 @@ MaintenancePlan planPreferring(const std::string& places, std::vector<Way> ways,
 
 /// Only ways that belong to one of `places`.
 MaintenancePlan planWithin(const std::string& places, std::vector<Way> ways, const MaintenanceFacts& facts,
-                           Hindrance otherwise) {
+                           Blocker otherwise) {
     std::erase_if(ways, [&](const Way& way) { return !holdsWord(places, way.where); });
     return ways.empty() ? hindered(otherwise) : planOf(ways, facts);
 }
@@ -105,7 +105,7 @@ MaintenancePlan flushNames(const MaintenanceFacts& facts) {
         if (!lackOf(cache.way, facts) && (*cache.traces == '\0' || facts.exists(cache.traces)))
             std::ranges::move(commandsOf(cache.way, facts), std::back_inserter(plan.commands));
     if (plan.commands.empty())
-        return {{}, Hindrance::programs, {"systemd-resolved", "nscd", "dnsmasq"}};
+        return {{}, Blocker::programs, {"systemd-resolved", "nscd", "dnsmasq"}};
     return plan;
 }
 
@@ -145,7 +145,7 @@ MaintenancePlan restartPanel(const MaintenanceFacts& facts) {
         {{"xfce", {{"xfce4-panel", {"-r"}}}},
          {"kde", {{"systemctl", {"--user", "restart", "plasma-plasmashell.service"}}}, "plasmashell"},
          {"mate", {{"killall", {"mate-panel"}}}, "mate-panel"}}, // its session starts it again
-        facts, Hindrance::desktop);
+        facts, Blocker::desktop);
 }
 
 MaintenancePlan reindexFiles(const MaintenanceFacts& facts) {
@@ -171,7 +171,7 @@ MaintenancePlan checkRoot(const MaintenanceFacts& facts) {
     if (!facts.rootDevice.empty())
         for (const char* kind : {"ext4", "ext3", "ext2"})
             ways.push_back({kind, {{"e2fsck", {"-n", "-f", facts.rootDevice}, {4}}}});
-    return planWithin(facts.rootFileSystem, std::move(ways), facts, Hindrance::fileSystem);
+    return planWithin(facts.rootFileSystem, std::move(ways), facts, Blocker::fileSystem);
 }
 
 MaintenancePlan fetchUpdates(const MaintenanceFacts& facts) {
@@ -221,7 +221,7 @@ MaintenancePlan linuxPlan(MaintenanceTask task, const MaintenanceFacts& facts) {
     case MaintenanceTask::restartMac:
         return planOf({{"", {{"shutdown", {"-r", "+1"}}}}}, facts);
     }
-    return hindered(Hindrance::programs);
+    return hindered(Blocker::programs);
 }
 
 } // namespace vh::helper

@@ -109,7 +109,7 @@ MaintenancePlan maintenancePlan(MaintenanceTask task, MaintenanceSystem system,
                                 const MaintenanceFacts& facts) {
     if (system == MaintenanceSystem::linux)
         return linuxPlan(task, facts);
-    return {commandsOfMacOS(task), MaintenancePlan::Hindrance::none, {}};
+    return {commandsOfMacOS(task), MaintenancePlan::Blocker::none, {}};
 }
 
 bool requiresRoot(MaintenanceTask task, MaintenanceSystem system) {

@@ -41,16 +41,16 @@ MaintenanceSystem thisSystem();
 
 /// What a task does on a system, or why it does nothing there.
 struct MaintenancePlan {
-    enum class Hindrance {
+    enum class Blocker {
         none,
         programs,  ///< `missing` says which
         desktop,   ///< this one has no panel that restarts without ending the session
         fileSystem ///< that of the root cannot be checked while it is mounted
     };
     std::vector<MaintenanceCommand> commands; ///< in order; empty when the machine cannot do it
-    Hindrance hindrance = Hindrance::none;
+    Blocker blocker = Blocker::none;
     std::vector<std::string> missing; ///< programs of which one would do
-    bool isPossible() const { return hindrance == Hindrance::none; }
+    bool isPossible() const { return blocker == Blocker::none; }
 };
 
 /// Pure. On macOS `facts` are not asked. Programs are looked for in the system's folders only.

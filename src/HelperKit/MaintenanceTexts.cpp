@@ -6,7 +6,7 @@ namespace vh::helper {
 
 namespace {
 
-using Hindrance = MaintenancePlan::Hindrance;
+using Blocker = MaintenancePlan::Blocker;
 
 /// A person's own texts for each system: what is true on one is not on the other.
 Message messageOf(std::string_view kind, MaintenanceTask task, MaintenanceSystem system) {
@@ -37,22 +37,22 @@ Message failureMessage(MaintenanceTask task, MaintenanceSystem system) {
     return messageOf("failure", task, system);
 }
 
-std::string hindranceText(const MaintenancePlan& plan, const Texts& texts) {
-    const auto message = hindranceMessage(plan);
+std::string blockerText(const MaintenancePlan& plan, const Texts& texts) {
+    const auto message = blockerMessage(plan);
     return message ? worded(*message, texts) : std::string();
 }
 
-std::optional<Message> hindranceMessage(const MaintenancePlan& plan) {
-    switch (plan.hindrance) {
-    case Hindrance::programs:
+std::optional<Message> blockerMessage(const MaintenancePlan& plan) {
+    switch (plan.blocker) {
+    case Blocker::programs:
         return Message{
-            "maintenance.hindrance.programs",
+            "maintenance.blocker.programs",
             {{"count", plan.missing.size()}, {"programs", fmt::format("{}", fmt::join(plan.missing, ", "))}}};
-    case Hindrance::desktop:
-        return Message{"maintenance.hindrance.desktop", {}};
-    case Hindrance::fileSystem:
-        return Message{"maintenance.hindrance.file-system", {}};
-    case Hindrance::none:
+    case Blocker::desktop:
+        return Message{"maintenance.blocker.desktop", {}};
+    case Blocker::fileSystem:
+        return Message{"maintenance.blocker.file-system", {}};
+    case Blocker::none:
         break;
     }
     return std::nullopt;

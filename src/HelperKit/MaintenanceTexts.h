@@ -15,7 +15,7 @@ Message titleMessage(MaintenanceTask task, MaintenanceSystem system);
 Message successMessage(MaintenanceTask task, MaintenanceSystem system);
 Message failureMessage(MaintenanceTask task, MaintenanceSystem system);
 /// Why the machine cannot do it, such as which programs it lacks; empty when it can.
-std::string hindranceText(const MaintenancePlan& plan, const Texts& texts);
-std::optional<Message> hindranceMessage(const MaintenancePlan& plan);
+std::string blockerText(const MaintenancePlan& plan, const Texts& texts);
+std::optional<Message> blockerMessage(const MaintenancePlan& plan);
 
 } // namespace vh::helper

@@ -6,14 +6,14 @@
 
 namespace vh::helper {
 
-MaintenanceWork::World MaintenanceWork::ofThisMachine() {
+MaintenanceWork::Dependencies MaintenanceWork::ofThisMachine() {
     return {thisSystem(),
             [](MaintenanceTask task) { return maintenancePlan(task, thisSystem(), factsOfThisMachine()); },
             isAdministrator()};
 }
 
 bool MaintenanceWork::goesToHelper(MaintenanceTask task) const {
-    return requiresRoot(task, world_.system) && !world_.isAdministrator;
+    return requiresRoot(task, dependencies_.system) && !dependencies_.isAdministrator;
 }
 
 HelperRegistrationStatus MaintenanceWork::helperStatus() const {
@@ -24,16 +24,16 @@ bool MaintenanceWork::lacksHelper(MaintenanceTask task) const {
     return goesToHelper(task) && helperStatus() != HelperRegistrationStatus::enabled;
 }
 
-std::optional<Message> MaintenanceWork::hindrance(MaintenanceTask task) const {
+std::optional<Message> MaintenanceWork::blocker(MaintenanceTask task) const {
     if (const MaintenancePlan plan = planOf(task); !plan.isPossible())
-        return hindranceMessage(plan);
+        return blockerMessage(plan);
     if (!lacksHelper(task))
         return std::nullopt;
     return HelperClientError::unavailable(helper_ ? helper_->status() : helperStatus()).message();
 }
 
-std::string MaintenanceWork::hindrance(MaintenanceTask task, const Texts& texts) const {
-    const auto message = hindrance(task);
+std::string MaintenanceWork::blocker(MaintenanceTask task, const Texts& texts) const {
+    const auto message = blocker(task);
     return message ? worded(*message, texts) : std::string();
 }
 
@@ -41,7 +41,7 @@ MaintenanceEnd MaintenanceWork::run(MaintenanceTask task, const CancelToken& can
     using enum MaintenanceEnd::Kind;
     try {
         cancel.throwIfCancelled();
-        if (auto reason = hindrance(task))
+        if (auto reason = blocker(task))
             return {failed, std::move(reason), {}};
         MaintenanceRunner::Result result = perform(task, cancel);
         return {result.succeeded ? done : failed, {}, std::move(result.output)};
@@ -56,7 +56,7 @@ MaintenanceEnd MaintenanceWork::run(MaintenanceTask task, const CancelToken& can
 
 MaintenanceRunner::Result MaintenanceWork::perform(MaintenanceTask task, const CancelToken& cancel) const {
     if (!goesToHelper(task))
-        return MaintenanceRunner::run(planOf(task), timeLimit(task, world_.system), cancel);
+        return MaintenanceRunner::run(planOf(task), timeLimit(task, dependencies_.system), cancel);
     if (!helper_)
         throw HelperClientError::unavailable(HelperRegistrationStatus::notFound);
     return helper_->runMaintenanceTask(task, cancel);

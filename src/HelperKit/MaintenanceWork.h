@@ -31,19 +31,19 @@ struct MaintenanceEnd {
 /// a desktop need not have one. Blocks; any thread.
 class MaintenanceWork {
 public:
-    struct World {
+    struct Dependencies {
         MaintenanceSystem system;
         std::function<MaintenancePlan(MaintenanceTask)> planOf;
         bool isAdministrator;
     };
-    static World ofThisMachine();
+    static Dependencies ofThisMachine();
 
     /// `helper` may be nothing and outlives this.
-    explicit MaintenanceWork(HelperClient* helper, World world = ofThisMachine())
-        : world_(std::move(world)), helper_(helper) {}
+    explicit MaintenanceWork(HelperClient* helper, Dependencies dependencies = ofThisMachine())
+        : dependencies_(std::move(dependencies)), helper_(helper) {}
 
-    MaintenanceSystem system() const { return world_.system; }
-    MaintenancePlan planOf(MaintenanceTask task) const { return world_.planOf(task); }
+    MaintenanceSystem system() const { return dependencies_.system; }
+    MaintenancePlan planOf(MaintenanceTask task) const { return dependencies_.planOf(task); }
     /// Whether a task waits for a helper that is not there or not switched on.
     bool lacksHelper(MaintenanceTask task) const;
     /// Whether that is all that keeps it from running.
@@ -51,8 +51,8 @@ public:
         return lacksHelper(task) && planOf(task).isPossible();
     }
     /// Why a task cannot run here and now: a program or the helper is missing. Empty when it can. Starts nothing.
-    std::string hindrance(MaintenanceTask task, const Texts& texts) const;
-    std::optional<Message> hindrance(MaintenanceTask task) const;
+    std::string blocker(MaintenanceTask task, const Texts& texts) const;
+    std::optional<Message> blocker(MaintenanceTask task) const;
     /// Never throws. One that cannot run here and now fails and starts nothing.
     MaintenanceEnd run(MaintenanceTask task, const CancelToken& cancel = {}) const;
 
@@ -61,7 +61,7 @@ private:
     bool goesToHelper(MaintenanceTask task) const;
     HelperRegistrationStatus helperStatus() const;
 
-    World world_;
+    Dependencies dependencies_;
     HelperClient* helper_;
 };
 

@@ -4,12 +4,12 @@
 namespace vh::helper {
 
 std::unique_ptr<HelperClient> openHelperClient(UserDefaults& defaults, const std::string& build) {
-    return std::make_unique<HelperClient>(
-        HelperClient::World{.openLink = [] { return openServiceLink(helperIdentity()); },
-                            .registration = openServiceRegistration(std::string(identity::program),
-                                                                    std::string(identity::machServiceName)),
-                            .defaults = defaults,
-                            .build = build});
+    return std::make_unique<HelperClient>(HelperClient::Dependencies{
+        .openLink = [] { return openServiceLink(helperIdentity()); },
+        .registration =
+            openServiceRegistration(std::string(identity::program), std::string(identity::machServiceName)),
+        .defaults = defaults,
+        .build = build});
 }
 
 } // namespace vh::helper

@@ -43,22 +43,23 @@ GuardedFolder::OpenFile openHanded(const std::string& path, uint32_t user) {
 } // namespace
 
 std::string PackageInstaller::check(const std::string& path, uint32_t user, bool verified) const {
-    return PackageInstallPolicy{world_.system, world_.hasProgram}.check(path, world_.inboxOf(user), verified);
+    return PackageInstallPolicy{dependencies_.system, dependencies_.hasProgram}.check(
+        path, dependencies_.inboxOf(user), verified);
 }
 
 MaintenanceRunner::Result PackageInstaller::install(const std::string& path, uint32_t user, bool verified) {
     const std::lock_guard one(one_);
-    const PackageInstallPolicy policy{world_.system, world_.hasProgram};
+    const PackageInstallPolicy policy{dependencies_.system, dependencies_.hasProgram};
     const std::string normal = check(path, user, verified);
     const PackageKind kind = policy.kindOf(normal).value();
     const GuardedFolder::OpenFile file = openHanded(normal, user);
-    const GuardedFolder staging = emptiedStaging(world_.packageStaging);
+    const GuardedFolder staging = emptiedStaging(dependencies_.packageStaging);
     // Its own name says nothing to a program: it may look like an option or hold a space.
     const Staged copy(staging, "package" + normal.substr(normal.rfind('.')));
     staging.addFile("package" + normal.substr(normal.rfind('.')), file);
     if (verified)
-        PackageInstallPolicy::requireAccepted(kind, world_.ask(policy.assessment(kind, copy.path())));
-    const MaintenanceRunner::Execution done = world_.install(policy.installation(kind, copy.path()));
+        PackageInstallPolicy::requireAccepted(kind, dependencies_.ask(policy.assessment(kind, copy.path())));
+    const MaintenanceRunner::Execution done = dependencies_.install(policy.installation(kind, copy.path()));
     if (done.timedOut)
         throw HelperServiceError("timedOut", "The installer did not finish in time.");
     return {done.status == 0, done.output};

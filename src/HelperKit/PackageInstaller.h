@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HelperKit/InstallWorld.h"
+#include "HelperKit/InstallDependencies.h"
 
 #include <cstdint>
 #include <mutex>
@@ -12,14 +12,14 @@ namespace vh::helper {
 /// installs that. One at a time. Throws HelperServiceError and SystemError. Any thread.
 class PackageInstaller {
 public:
-    explicit PackageInstaller(const InstallWorld& world) : world_(world) {}
+    explicit PackageInstaller(const InstallDependencies& dependencies) : dependencies_(dependencies) {}
 
     /// Pure. The normalised path.
     std::string check(const std::string& path, uint32_t user, bool verified) const;
     MaintenanceRunner::Result install(const std::string& path, uint32_t user, bool verified);
 
 private:
-    const InstallWorld& world_;
+    const InstallDependencies& dependencies_;
     std::mutex one_;
 };
 

@@ -165,8 +165,8 @@ ServiceReply replyOf(Work work) {
 
 } // namespace
 
-PeerScopedHelper::PeerScopedHelper(HelperService::World world)
-    : service_(std::move(world)), workers_(mostWorkers, mostWorkersOfUser) {}
+PeerScopedHelper::PeerScopedHelper(HelperService::Dependencies dependencies)
+    : service_(std::move(dependencies)), workers_(mostWorkers, mostWorkersOfUser) {}
 
 PeerScopedHelper::~PeerScopedHelper() {
     end();

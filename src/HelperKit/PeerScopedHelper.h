@@ -13,7 +13,7 @@ namespace vh::helper {
 /// thread of its own. Loop's thread.
 class PeerScopedHelper : public ServiceHandler {
 public:
-    explicit PeerScopedHelper(HelperService::World world = HelperService::ofThisMachine());
+    explicit PeerScopedHelper(HelperService::Dependencies dependencies = HelperService::ofThisMachine());
     /// Ends, and waits for what may not be stopped.
     ~PeerScopedHelper() override;
 

@@ -17,7 +17,7 @@ std::optional<double> withinBounds(std::optional<double> progress) {
 
 } // namespace
 
-ActivityCenter::ActivityCenter(Clock clock) : clock_(std::move(clock)), door_(this) {}
+ActivityCenter::ActivityCenter(Clock clock) : clock_(std::move(clock)), dispatcher_(this) {}
 
 QString ActivityCenter::begin(const QString& title, const QString& tool, AtClosing atClosing) {
     QString key = QString::fromStdString(Uuid::random().text());
@@ -27,7 +27,7 @@ QString ActivityCenter::begin(const QString& title, const QString& tool, AtClosi
 
 JobToken ActivityCenter::beginToken(const QString& title, const QString& tool, AtClosing atClosing) {
     const QString key = begin(title, tool, atClosing);
-    return JobToken(key, [this, key, way = door_.way()] { way([this, key] { end(key); }); });
+    return JobToken(key, [this, key, post = dispatcher_.post()] { post([this, key] { end(key); }); });
 }
 
 void ActivityCenter::report(const ActivityReport& report) {

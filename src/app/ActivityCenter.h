@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Core/Date.h"
-#include "app/MainThreadDoor.h"
+#include "app/MainThreadDispatcher.h"
 
 #include <QObject>
 #include <QSet>
@@ -68,7 +68,7 @@ private:
 
     Clock clock_;
     std::vector<Job> jobs_;
-    MainThreadDoor door_;
+    MainThreadDispatcher dispatcher_;
 };
 
 /// Ends its job when it goes, from whatever thread, so that no job is left spinning.

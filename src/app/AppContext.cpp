@@ -54,8 +54,8 @@ RunStores AppContext::runStores() {
 automation::Automation& AppContext::automation() {
     if (!automation_) {
         loop_ = std::make_unique<QtLoop>();
-        automation_ =
-            std::make_unique<automation::Automation>(automationWorld(session_, *loop_, clock_, calendar_));
+        automation_ = std::make_unique<automation::Automation>(
+            automationDependencies(session_, *loop_, clock_, calendar_));
     }
     return *automation_;
 }

@@ -7,9 +7,9 @@
 
 namespace vh::app {
 
-RunLogWatch::RunLogWatch(RunLog& log) : log_(log), door_(this) {
-    observing_ = log_.observe([this, way = door_.way()] {
-        way([this] {
+RunLogWatch::RunLogWatch(RunLog& log) : log_(log), dispatcher_(this) {
+    observing_ = log_.observe([this, post = dispatcher_.post()] {
+        post([this] {
             watch();
             emit changed();
         });

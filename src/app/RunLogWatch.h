@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/Background.h"
-#include "app/MainThreadDoor.h"
+#include "app/MainThreadDispatcher.h"
 
 #include <QFileSystemWatcher>
 #include <QObject>
@@ -29,7 +29,7 @@ private:
 
     RunLog& log_;
     QFileSystemWatcher watcher_;
-    MainThreadDoor door_;
+    MainThreadDispatcher dispatcher_;
     std::shared_ptr<void> observing_;
     Background refreshing_;
 };

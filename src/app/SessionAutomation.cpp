@@ -8,8 +8,8 @@
 
 namespace vh::app {
 
-automation::AutomationWorld automationWorld(Session& session, MainLoop& loop, Clock clock,
-                                            const LocalCalendar& calendar) {
+automation::AutomationDependencies automationDependencies(Session& session, MainLoop& loop, Clock clock,
+                                                          const LocalCalendar& calendar) {
     const ModuleRegistry& registry = session.registry();
     return {loop,
             session.folders(),

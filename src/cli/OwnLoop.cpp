@@ -4,7 +4,7 @@
 
 namespace vh::cli {
 
-OwnLoop::OwnLoop(app::Session& session) : automation_(app::automationWorld(session, loop_)) {
+OwnLoop::OwnLoop(app::Session& session) : automation_(app::automationDependencies(session, loop_)) {
     automation_.attach();
 }
 

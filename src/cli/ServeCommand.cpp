@@ -46,7 +46,8 @@ constexpr std::chrono::seconds longestFollowUp{5};
 class Server {
 public:
     explicit Server(Context& context)
-        : context_(context), automation_(app::automationWorld(context.session, loop_)), worker_(loop_) {}
+        : context_(context), automation_(app::automationDependencies(context.session, loop_)),
+          worker_(loop_) {}
 
     void run();
 

@@ -59,7 +59,7 @@ public:
     /// A word without a name, by its place. Only the last may be a list.
     Option& argument(std::string name, Target target, std::string help);
     /// Words as somebody would type them, for the help page.
-    void example(std::string words) { examples_.push_back(std::move(words)); }
+    void example(std::string_view words) { examples_.emplace_back(words); }
 
     const std::string& name() const { return name_; }
     /// As it is typed, with all that stands before it.

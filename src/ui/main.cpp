@@ -1,7 +1,7 @@
 #include "Core/Printable.h"
 #include "app/AutomationLife.h"
 #include "app/Session.h"
-#include "app/WindowDoor.h"
+#include "app/SingleInstance.h"
 #include "ui/Options.h"
 #include "ui/Screenshot.h"
 #include "ui/Window.h"
@@ -40,12 +40,12 @@ QString textOf(const vh::app::Session& session, std::string_view key) {
 }
 
 /// Lives until the person closes the window, as the one window of this user.
-int live(QGuiApplication& application, vh::ui::Window& window, vh::app::WindowDoor& door,
+int live(QGuiApplication& application, vh::ui::Window& window, vh::app::SingleInstance& instance,
          const QString& url) {
     auto& life = window.app().life();
     // Later, so that whoever asked has its answer before a link is followed.
     QObject::connect(
-        &door, &vh::app::WindowDoor::asked, &life,
+        &instance, &vh::app::SingleInstance::asked, &life,
         [&](const QString& page, const QString& link) {
             window.come();
             window.open(page);
@@ -69,14 +69,14 @@ int runWindow(QGuiApplication& application, const Options& options) {
     if (session.folders().homeIsAnothers)
         return fail(QString::fromStdString(session.texts().text(
             "core.home-is-anothers", {{"home", vh::printable(session.folders().home)}})));
-    vh::app::WindowDoor door;
+    vh::app::SingleInstance instance;
     if (options.act == Options::Act::openWindow)
-        switch (door.enter(options.page, options.url)) {
-        case vh::app::WindowDoor::Way::handedOn:
+        switch (instance.enter(options.page, options.url)) {
+        case vh::app::SingleInstance::Way::handedOn:
             return 0;
-        case vh::app::WindowDoor::Way::noAnswer:
+        case vh::app::SingleInstance::Way::noAnswer:
             return fail(textOf(session, "shell.no-answer"));
-        case vh::app::WindowDoor::Way::ours:
+        case vh::app::SingleInstance::Way::ours:
             break;
         }
     vh::ui::Window window(session, {options.appearance, options.language});
@@ -89,7 +89,7 @@ int runWindow(QGuiApplication& application, const Options& options) {
         window.quickWindow().resize(options.size);
     window.quickWindow().show();
     if (options.act == Options::Act::openWindow)
-        return live(application, window, door, options.url);
+        return live(application, window, instance, options.url);
     const auto failure = vh::ui::takeScreenshot(window.quickWindow(), options.file, options.state);
     return failure.isEmpty() ? 0 : fail(failure);
 }

@@ -1,6 +1,6 @@
 #include "Automation/ScheduledActions.h"
 
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <gtest/gtest.h>
 
@@ -16,8 +16,8 @@ protected:
     }
 
     vh::test::TempDir dir;
-    TestWorld world{dir.path()};
-    ScheduledActions actions{world.world};
+    TestDependencies dependencies{dir.path()};
+    ScheduledActions actions{dependencies.dependencies};
     CancelToken cancel;
     std::vector<std::string> said;
     ScheduledTask clean{.toolID = "system-junk", .actionID = "system-junk", .payload = {{"flow", "F"}}};
@@ -25,8 +25,8 @@ protected:
 
 TEST_F(ScheduledActionsTest, CleansAllToTheTrash) {
     EXPECT_EQ(run(clean).summary, "There was nothing to clean.");
-    world.junk->add("/cache/a", 5'000'000);
-    world.junk->add("/cache/b", 1'000'000);
+    dependencies.junk->add("/cache/a", 5'000'000);
+    dependencies.junk->add("/cache/b", 1'000'000);
     const RunRecord record = run(clean, Trigger::company);
     EXPECT_EQ(record.outcome, Outcome::success);
     EXPECT_EQ(record.summary, "Moved 2 items to the Trash, 6 MB.");
@@ -36,14 +36,14 @@ TEST_F(ScheduledActionsTest, CleansAllToTheTrash) {
     EXPECT_EQ(record.detail(RunDetail::flow), "F");
     EXPECT_EQ(record.trigger, Trigger::company);
     EXPECT_EQ(said.front(), "Looking for what can go");
-    world.junk->add("/cache/c", 1, "Caches", "in use");
+    dependencies.junk->add("/cache/c", 1, "Caches", "in use");
     const RunRecord stuck = run(clean);
     EXPECT_EQ(stuck.outcome, Outcome::warning) << "an item that had to stay is no failure";
     EXPECT_EQ(stuck.metric(RunMetric::errors), 1);
 }
 
 TEST_F(ScheduledActionsTest, EverythingEndsAsARecord) {
-    world.junk->scanError = "no disk";
+    dependencies.junk->scanError = "no disk";
     EXPECT_EQ(run(clean).summary, "no disk");
     cancel.cancel();
     EXPECT_EQ(run(clean).outcome, Outcome::cancelled);
@@ -70,7 +70,7 @@ TEST_F(ScheduledActionsTest, EverythingEndsAsARecord) {
         EXPECT_EQ(record.outcome, Outcome::failed) << row.summary;
         EXPECT_EQ(record.toolID, row.tool);
         EXPECT_EQ(record.metric(RunMetric::errors), 1) << row.summary;
-        EXPECT_TRUE(world.log.find(record.id)) << row.summary;
+        EXPECT_TRUE(dependencies.log.find(record.id)) << row.summary;
     }
 }
 

@@ -71,10 +71,10 @@ TEST(RunFilter, PeriodsAreWholeLocalDays) {
 }
 
 TEST(RunFilter, EveryWishMustBeMet) {
-    const RunFilter::Surroundings world{.toolName = [](const std::string& id) { return "Tool " + id; },
-                                        .thisComputer = "Ateneo",
-                                        .now = at("2026-11-22T12:00:00Z"),
-                                        .calendar = LocalCalendar("UTC")};
+    const RunFilter::Surroundings dependencies{.toolName = [](const std::string& id) { return "Tool " + id; },
+                                               .thisComputer = "Ateneo",
+                                               .now = at("2026-11-22T12:00:00Z"),
+                                               .calendar = LocalCalendar("UTC")};
     const RunRecord run{.toolID = "sync",
                         .startedAt = at("2026-11-22T00:00:00Z"),
                         .outcome = Outcome::warning,
@@ -102,13 +102,13 @@ TEST(RunFilter, EveryWishMustBeMet) {
         {{.toolID = "sync", .outcome = Outcome::warning, .text = "none of it"}, false},
     };
     for (const auto& each : cases)
-        EXPECT_EQ(each.filter.matches(run, world), each.matches) << encodeJson(each.filter);
+        EXPECT_EQ(each.filter.matches(run, dependencies), each.matches) << encodeJson(each.filter);
 
     std::vector<RunRecord> runs(3, run);
     runs[0].summary = "b";
     runs[1].trigger = Trigger::idle;
     runs[2].summary = "a";
-    const auto found = RunFilter{.trigger = Trigger::flow}.apply(runs, world);
+    const auto found = RunFilter{.trigger = Trigger::flow}.apply(runs, dependencies);
     EXPECT_THAT(found, testing::ElementsAre(runs[0], runs[2]));
 }
 

@@ -170,13 +170,14 @@ TEST_F(RunLogTest, ASearchFindsWhatAFilterFinds) {
               "corbeille", "cleaner", "here", "ateneo", "cafe", "facts", "language", "nothing"}) {
             RunFilter filter;
             filter.text = needle;
-            const RunFilter::Surroundings world{named, "here", noon, LocalCalendar("UTC"), texts};
+            const RunFilter::Surroundings dependencies{named, "here", noon, LocalCalendar("UTC"), texts};
             const Database fresh(dir.path());
-            auto expected = filter.apply(fresh.log.all(), world);
+            auto expected = filter.apply(fresh.log.all(), dependencies);
             std::ranges::reverse(expected);
             const Database undecoded(dir.path());
-            EXPECT_EQ(undecoded.log.search(RunMatcher(filter, world), 100), expected) << needle;
-            EXPECT_EQ(fresh.log.search(RunMatcher(filter, world), 1).size(), expected.empty() ? 0u : 1u)
+            EXPECT_EQ(undecoded.log.search(RunMatcher(filter, dependencies), 100), expected) << needle;
+            EXPECT_EQ(fresh.log.search(RunMatcher(filter, dependencies), 1).size(),
+                      expected.empty() ? 0u : 1u)
                 << needle;
         }
 }

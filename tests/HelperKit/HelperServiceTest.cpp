@@ -31,7 +31,7 @@ class Peer {
 public:
     test::TempDir folder;
     std::string chore = "true"; ///< what the shell does for the root tasks
-    PeerScopedHelper helper{world()};
+    PeerScopedHelper helper{dependencies()};
 
     std::future<ServiceReply> begin(const ServiceMethod& method, ServiceValues arguments,
                                     uint32_t user = ana) {
@@ -63,7 +63,7 @@ public:
     }
 
 private:
-    HelperService::World world() {
+    HelperService::Dependencies dependencies() {
         return {[this](uint32_t) {
                     return HelperPathPolicy{HelperPathPolicy::fixtureAllowlist(folder / "cache"),
                                             HelperPathPolicy::defaultDeniedBasenames()};
@@ -71,11 +71,11 @@ private:
                 [this](MaintenanceTask task) {
                     MaintenancePlan plan{{{"/bin/sh", {"-c", "cd " + folder.path() + "; " + chore}}}};
                     if (task == MaintenanceTask::purgeMemory)
-                        plan = {{}, MaintenancePlan::Hindrance::programs, {"one", "other"}};
+                        plan = {{}, MaintenancePlan::Blocker::programs, {"one", "other"}};
                     return plan;
                 },
                 [](MaintenanceTask task) { return task != MaintenanceTask::restartFinder; },
-                InstallWorld::ofThisMachine()};
+                InstallDependencies::ofThisMachine()};
     }
 };
 

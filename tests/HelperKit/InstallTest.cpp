@@ -44,25 +44,25 @@ struct Machine {
     Execution installed{0, "", false}; ///< of those that install
     std::vector<std::string> lines;
     std::string seen; ///< what the program that installs found in the package
-    InstallWorld world{.system = MaintenanceSystem::linux,
-                       .hasProgram = [](const std::string&) { return true; },
-                       .inboxOf = [this](uint32_t) { return folder / "inbox"; },
-                       .packageStaging = folder / "kept/varnholt/packages",
-                       .applicationStaging = folder / "kept/varnholt/apps",
-                       .applications = folder / "opt",
-                       .ask =
-                           [this](const MaintenanceCommand& command) {
-                               lines.push_back(line(command));
-                               return answer;
-                           },
-                       .install =
-                           [this](const MaintenanceCommand& command) {
-                               lines.push_back(line(command));
-                               seen = readFile(folder / "kept/varnholt/packages/package.deb");
-                               return installed;
-                           }};
-    PackageInstaller packages{world};
-    ApplicationInstaller applications{world};
+    InstallDependencies dependencies{.system = MaintenanceSystem::linux,
+                                     .hasProgram = [](const std::string&) { return true; },
+                                     .inboxOf = [this](uint32_t) { return folder / "inbox"; },
+                                     .packageStaging = folder / "kept/varnholt/packages",
+                                     .applicationStaging = folder / "kept/varnholt/apps",
+                                     .applications = folder / "opt",
+                                     .ask =
+                                         [this](const MaintenanceCommand& command) {
+                                             lines.push_back(line(command));
+                                             return answer;
+                                         },
+                                     .install =
+                                         [this](const MaintenanceCommand& command) {
+                                             lines.push_back(line(command));
+                                             seen = readFile(folder / "kept/varnholt/packages/package.deb");
+                                             return installed;
+                                         }};
+    PackageInstaller packages{dependencies};
+    ApplicationInstaller applications{dependencies};
 
     Machine() {
         for (const char* name : {"inbox", "kept", "opt"})
@@ -84,7 +84,7 @@ struct Machine {
         return refusalOf([&] { applications.install(path, ana); });
     }
     std::string removeApp(const std::string& name) {
-        return refusalOf([&] { removeApplication(world, folder / "opt/" + name); });
+        return refusalOf([&] { removeApplication(dependencies, folder / "opt/" + name); });
     }
 };
 
@@ -179,7 +179,7 @@ TEST(PackageInstaller, installsTheCopyAloneAndTakesItAway) {
     EXPECT_EQ(machine.lines.size(), 1u) << "nothing was to be assessed";
     EXPECT_EQ(machine.seen, "contents");
     EXPECT_THAT(machine.lines.back(),
-                testing::EndsWith("install " + machine.world.packageStaging + "/package.deb"));
+                testing::EndsWith("install " + machine.dependencies.packageStaging + "/package.deb"));
 
     machine.lines.clear();
     EXPECT_EQ(machine.install(machine.put("own/a.deb"), true), "granted");
@@ -192,7 +192,7 @@ TEST(PackageInstaller, installsTheCopyAloneAndTakesItAway) {
     EXPECT_EQ(machine.install(path, false), "timedOut: The installer did not finish in time.");
     machine.installed = {100, "broken", false};
     EXPECT_FALSE(machine.packages.install(path, ana, false).succeeded);
-    EXPECT_TRUE(fs::is_empty(machine.world.packageStaging));
+    EXPECT_TRUE(fs::is_empty(machine.dependencies.packageStaging));
     EXPECT_TRUE(fs::exists(path));
 }
 
@@ -210,7 +210,7 @@ TEST(ApplicationInstaller, refusesInOrderAndEverythingThatNobodyCanProve) {
                                                 20));
     machine.put("opt/Other/org.else.desktop", "", 0);
     fs::create_directory_symlink(machine.folder / "elsewhere", inbox + "/link");
-    const std::string opt = machine.world.applications;
+    const std::string opt = machine.dependencies.applications;
     const std::pair<std::string, std::string> cases[]{
         {machine.folder / "elsewhere/App",
          "outsideInbox: Only apps received in company mode can be installed: "},
@@ -225,13 +225,13 @@ TEST(ApplicationInstaller, refusesInOrderAndEverythingThatNobodyCanProve) {
     };
     for (const auto& [path, text] : cases)
         EXPECT_THAT(machine.installApp(path), StartsWith(text));
-    EXPECT_TRUE(fs::is_empty(machine.world.applicationStaging));
+    EXPECT_TRUE(fs::is_empty(machine.dependencies.applicationStaging));
     EXPECT_FALSE(fs::exists(opt + "/App"));
 }
 
 TEST(ApplicationInstaller, replacesAnOlderVersionOfTheSameAndPutsItBackWhenThatFails) {
     Machine machine;
-    machine.world.system = MaintenanceSystem::macos; // where there is a proof
+    machine.dependencies.system = MaintenanceSystem::macos; // where there is a proof
     machine.answer = {0, "org.example.app", false};
     const std::string path = machine.folder / "inbox/App.app";
     machine.put("inbox/App.app/version", "new");
@@ -247,14 +247,14 @@ TEST(ApplicationInstaller, replacesAnOlderVersionOfTheSameAndPutsItBackWhenThatF
     EXPECT_FALSE(fs::exists(machine.folder / "opt/previous-App.app"));
 
     // The copy vanishes after it was accepted.
-    machine.world.ask = [&](const MaintenanceCommand& command) {
+    machine.dependencies.ask = [&](const MaintenanceCommand& command) {
         if (command.executable.ends_with("spctl"))
-            fs::remove_all(machine.world.applicationStaging + "/App.app");
+            fs::remove_all(machine.dependencies.applicationStaging + "/App.app");
         return Execution{0, "org.example.app", false};
     };
     EXPECT_THAT(machine.installApp(path), StartsWith("failed: "));
     EXPECT_EQ(readFile(place + "/version"), "newer");
-    machine.world.ask = [](const MaintenanceCommand& command) {
+    machine.dependencies.ask = [](const MaintenanceCommand& command) {
         return Execution{command.executable.ends_with("spctl") ? 3 : 0, "com.apple.app", false};
     };
     EXPECT_EQ(machine.installApp(path), "protected: " + place + " is protected and cannot be replaced.");

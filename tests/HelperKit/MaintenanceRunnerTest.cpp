@@ -53,7 +53,7 @@ TEST(MaintenanceRunner, runsUntilACommandDoesNotPass) {
         EXPECT_EQ(result.output, each.output);
         EXPECT_EQ(result.succeeded, each.succeeds) << each.output;
     }
-    EXPECT_FALSE(MaintenanceRunner::run({{}, MaintenancePlan::Hindrance::programs, {"x"}}, 1s).succeeded);
+    EXPECT_FALSE(MaintenanceRunner::run({{}, MaintenancePlan::Blocker::programs, {"x"}}, 1s).succeeded);
 }
 
 TEST(MaintenanceRunner, endsWhatDoesNotEnd) {

@@ -40,7 +40,7 @@ MaintenanceFacts factsOf(const Machine& machine) {
 std::string planOn(MaintenanceTask task, const Machine& machine) {
     const MaintenancePlan plan = maintenancePlan(task, MaintenanceSystem::linux, factsOf(machine));
     EXPECT_EQ(plan.isPossible(), !plan.commands.empty());
-    std::string text = plan.isPossible() ? "" : hindranceText(plan, Texts(Language::en));
+    std::string text = plan.isPossible() ? "" : blockerText(plan, Texts(Language::en));
     for (const MaintenanceCommand& command : plan.commands) {
         text += fmt::format("{}{} {}", text.empty() ? "" : "\n", command.executable,
                             fmt::join(command.arguments, " "));

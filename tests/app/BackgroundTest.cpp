@@ -1,6 +1,6 @@
 #include "app/Background.h"
 
-#include "app/MainThreadDoor.h"
+#include "app/MainThreadDispatcher.h"
 #include "app/RecordListModel.h"
 #include "support/FakeModule.h"
 #include "support/view/MainThread.h"
@@ -75,18 +75,18 @@ TEST(Background, NothingIsCalledOnceItHasGone) {
     EXPECT_FALSE(called);
 }
 
-TEST(MainThreadDoor, IsSafeToKnockAtAfterTheObjectHasGone) {
+TEST(MainThreadDispatcher, IsSafeToKnockAtAfterTheObjectHasGone) {
     auto object = std::make_unique<QObject>();
-    auto door = std::make_optional<MainThreadDoor>(object.get());
-    const auto way = door->way();
+    auto dispatcher = std::make_optional<MainThreadDispatcher>(object.get());
+    const auto post = dispatcher->post();
     int calls = 0;
-    std::thread([&] { way([&] { ++calls; }); }).join();
+    std::thread([&] { post([&] { ++calls; }); }).join();
     EXPECT_EQ(calls, 0);
     settle();
     EXPECT_EQ(calls, 1);
-    door.reset();
+    dispatcher.reset();
     object.reset();
-    way([&] { ++calls; });
+    post([&] { ++calls; });
     settle();
     EXPECT_EQ(calls, 1);
 }

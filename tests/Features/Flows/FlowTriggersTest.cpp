@@ -11,7 +11,7 @@
 #include "support/BusService.h"
 #include "support/PrivateBus.h"
 #include "support/SmallDisk.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -44,14 +44,14 @@ public:
     }
 
     Flow flow(const std::string& name, const FlowTrigger& start) {
-        Flow flow = Flow::blank(name, world_.world.clock());
+        Flow flow = Flow::blank(name, dependencies_.dependencies.clock());
         flow.nodes[0].kind = StartNode{start};
         return store_.save(flow);
     }
     size_t count(const Flow& flow) { return store_.runs(flow.id).size(); }
     bool waitForRuns(const Flow& flow, size_t number) {
-        return world_.loop.waitUntil(flow.name,
-                                     [&] { return count(flow) == number && !runner_.isRunning(flow.id); });
+        return dependencies_.loop.waitUntil(
+            flow.name, [&] { return count(flow) == number && !runner_.isRunning(flow.id); });
     }
     /// Events of all runs, oldest first.
     std::vector<std::string> events(const Flow& flow) {
@@ -62,19 +62,20 @@ public:
     }
 
     vh::test::TempDir folder_;
-    TestWorld world_{folder_.path()};
+    TestDependencies dependencies_{folder_.path()};
     LazyDesktop desktop_;
     std::vector<VolumeFacts> volumes_;
     ScheduleStore schedules_{folder_ / "schedules.json", LocalCalendar("UTC")};
-    NodesStore store_{folder_ / "flows", schedules_, world_.loop.clock(), LocalCalendar("UTC")};
+    NodesStore store_{folder_ / "flows", schedules_, dependencies_.loop.clock(), LocalCalendar("UTC")};
     ScriptLibrary scripts_{folder_ / "scripts"};
     std::unique_ptr<SecretStore> secrets_ = openSecretStore(folder_ / "secrets.json");
-    mail::MailSender mail_{world_.defaults, *secrets_, world_.log, world_.world.texts};
-    ScheduledActions actions_{world_.world};
+    mail::MailSender mail_{dependencies_.defaults, *secrets_, dependencies_.log,
+                           dependencies_.dependencies.texts};
+    ScheduledActions actions_{dependencies_.dependencies};
     FlowOutpost outpost_;
-    NodesExecutor executor_{world_.world, actions_, scripts_, mail_, desktop_, outpost_};
-    NodesRunner runner_{world_.world, store_, executor_, mail_};
-    FlowTriggers triggers_{world_.world, store_, runner_, desktop_, [this] {
+    NodesExecutor executor_{dependencies_.dependencies, actions_, scripts_, mail_, desktop_, outpost_};
+    NodesRunner runner_{dependencies_.dependencies, store_, executor_, mail_};
+    FlowTriggers triggers_{dependencies_.dependencies, store_, runner_, desktop_, [this] {
                                return volumes_;
                            }};
 };
@@ -93,7 +94,7 @@ TEST_F(FlowTriggersTest, AStretchOfIdlenessStartsAFlowOnce) {
                                                               {minutes(0), false},
                                                               {minutes(15), true}}) {
         desktop_.idle = idle;
-        world_.loop.advance(seconds(30));
+        dependencies_.loop.advance(seconds(30));
         runs += isNews ? 1 : 0;
         ASSERT_TRUE(waitForRuns(ten, runs));
     }
@@ -106,12 +107,13 @@ TEST_F(FlowTriggersTest, TheDesktopsIdleTimeStartsAFlow) {
                                  "/org/gnome/Mutter/IdleMonitor/Core");
     const Flow ten = flow("Ten", OnIdle{10});
     const auto desktop = openDesktop();
-    FlowTriggers triggers(world_.world, store_, runner_, *desktop, [] { return std::vector<VolumeFacts>(); });
+    FlowTriggers triggers(dependencies_.dependencies, store_, runner_, *desktop,
+                          [] { return std::vector<VolumeFacts>(); });
     triggers.start();
     size_t runs = 0;
     for (const uint64_t idle : {599'000u, 600'000u, 0u, 600'000u}) {
         monitor.setReply("org.gnome.Mutter.IdleMonitor.GetIdletime", idle);
-        world_.loop.advance(seconds(30));
+        dependencies_.loop.advance(seconds(30));
         runs += idle == 600'000u ? 1 : 0;
         ASSERT_TRUE(waitForRuns(ten, runs)) << idle;
     }
@@ -162,8 +164,8 @@ TEST_F(FlowTriggersTest, FilesThatArriveDuringARunWaitForItsEnd) {
     triggers_.start();
     const auto arrive = [&](const char* name) {
         writeFileAtomically(in + "/" + name, "x");
-        world_.loop.pump();
-        world_.loop.advance(seconds(5));
+        dependencies_.loop.pump();
+        dependencies_.loop.advance(seconds(5));
     };
     {
         const FileLock runsElsewhere = store_.lockForRun(files.id);
@@ -171,7 +173,7 @@ TEST_F(FlowTriggersTest, FilesThatArriveDuringARunWaitForItsEnd) {
         arrive("two");
         EXPECT_EQ(count(files), 0U);
     }
-    world_.loop.advance(seconds(5));
+    dependencies_.loop.advance(seconds(5));
     ASSERT_TRUE(waitForRuns(files, 1));
     EXPECT_THAT(store_.runs(files.id)
                     .front()
@@ -181,7 +183,7 @@ TEST_F(FlowTriggersTest, FilesThatArriveDuringARunWaitForItsEnd) {
     // A flow that is gone takes its watch with it.
     store_.remove(files.id);
     arrive("three");
-    EXPECT_EQ(world_.log.all().size(), 1U);
+    EXPECT_EQ(dependencies_.log.all().size(), 1U);
 }
 
 TEST(FlowLink, NamesAFlow) {

@@ -11,7 +11,7 @@
 #include "Platform/PathParts.h"
 #include "Platform/SecretStore.h"
 #include "support/ChildWork.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <csignal>
 #include <filesystem>
@@ -47,13 +47,13 @@ public:
 };
 
 /// One process's runner.
-struct Desk : TestWorld {
+struct Desk : TestDependencies {
     explicit Desk(const std::string& root)
-        : TestWorld(root), root_(root), schedules(root + "/schedules.json", LocalCalendar("UTC")),
+        : TestDependencies(root), root_(root), schedules(root + "/schedules.json", LocalCalendar("UTC")),
           store(root + "/flows", schedules, loop.clock(), LocalCalendar("UTC")), scripts(root + "/scripts"),
-          actions(world), mail(defaults, secrets, log, world.texts),
-          executor(world, actions, scripts, mail, desktop, outpost),
-          runner(std::make_unique<NodesRunner>(world, store, executor, mail)) {
+          actions(dependencies), mail(defaults, secrets, log, dependencies.texts),
+          executor(dependencies, actions, scripts, mail, desktop, outpost),
+          runner(std::make_unique<NodesRunner>(dependencies, store, executor, mail)) {
         makeFolders(folders.home);
         actions.provide(copyAction,
                         [this](const ActionRequest& request, const JobControl&) { return copied(request); });
@@ -74,7 +74,7 @@ struct Desk : TestWorld {
 
     /// A start, and after it each kind, all at once or one after the other.
     Flow draw(std::vector<FlowNodeKind> kinds, bool isChain = true, FlowTrigger trigger = OnDemand{}) {
-        Flow flow = Flow::blank("Tidy", world.clock());
+        Flow flow = Flow::blank("Tidy", dependencies.clock());
         flow.nodes[0].kind = StartNode{std::move(trigger)};
         for (FlowNodeKind& kind : kinds) {
             const Uuid from = flow.nodes[isChain ? flow.nodes.size() - 1 : 1].id;

@@ -4,7 +4,7 @@
 #include "Mail/MailSender.h"
 #include "Platform/Files.h"
 #include "Platform/SecretStore.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,13 +25,14 @@ struct NoSecrets : SecretStore {
 class RunFollowUpsTest : public testing::Test {
 protected:
     RunFollowUpsTest() {
-        world.log.setOnRecord([this](const RunRecord& record) { followUps.take(record); });
+        dependencies.log.setOnRecord([this](const RunRecord& record) { followUps.take(record); });
     }
     /// A run of the tool that removes one item, followed up.
     RunRecord clean() {
-        world.junk->add("/cache/a", 5'000'000);
+        dependencies.junk->add("/cache/a", 5'000'000);
         const ScheduledTask task{.toolID = "system-junk", .actionID = "system-junk"};
-        const RunRecord record = ScheduledActions(world.world).run(task, Trigger::scheduled, {});
+        const RunRecord record =
+            ScheduledActions(dependencies.dependencies).run(task, Trigger::scheduled, {});
         followUps.finish();
         return record;
     }
@@ -44,16 +45,16 @@ protected:
     }
 
     vh::test::TempDir dir;
-    TestWorld world{dir.path()};
+    TestDependencies dependencies{dir.path()};
     NoSecrets secrets;
-    mail::MailSender mail{world.defaults, secrets, world.log, world.world.texts};
-    RunFollowUps followUps{world.world, mail};
+    mail::MailSender mail{dependencies.defaults, secrets, dependencies.log, dependencies.dependencies.texts};
+    RunFollowUps followUps{dependencies.dependencies, mail};
 };
 
 TEST_F(RunFollowUpsTest, WithoutWishesNothingFollows) {
     clean();
     EXPECT_TRUE(reports().empty());
-    EXPECT_EQ(world.log.all().size(), 1u);
+    EXPECT_EQ(dependencies.log.all().size(), 1u);
 }
 
 TEST_F(RunFollowUpsTest, KeepsAReportWithAllThatTheRunTouched) {
@@ -64,8 +65,8 @@ TEST_F(RunFollowUpsTest, KeepsAReportWithAllThatTheRunTouched) {
               "system-junk 2026-03-01 12.00.00 " + record.id.text().substr(0, 8) + ".csv");
     EXPECT_THAT(readFile(reports().front()), testing::HasSubstr("/cache/a"));
     // A run without a list is told in one line.
-    world.junk = std::make_shared<FakeModule>();
-    world.junk->scanError = "no disk";
+    dependencies.junk = std::make_shared<FakeModule>();
+    dependencies.junk->scanError = "no disk";
     followUps.setWishes("system-junk", {{}, Format::pdf});
     clean();
     ASSERT_EQ(reports().size(), 2u);
@@ -77,7 +78,7 @@ TEST_F(RunFollowUpsTest, AMailThatCannotGoLeavesItsOwnRecordAndNoMore) {
     followUps.setWishes("send-email", {{"ana@example.org"}, {}});
     clean();
     followUps.finish();
-    const auto all = world.log.all();
+    const auto all = dependencies.log.all();
     ASSERT_EQ(all.size(), 2u);
     EXPECT_EQ(all.back().toolID, "send-email");
     EXPECT_EQ(all.back().outcome, Outcome::failed);
@@ -89,7 +90,7 @@ TEST_F(RunFollowUpsTest, RemembersWishesAndAddresses) {
     const auto token = followUps.observe([&] { ++told; });
     const FollowUpWishes both{{"ana@example.org", "bo@example.org"}, Format::pdf};
     followUps.setWishes("sync", both);
-    EXPECT_EQ(RunFollowUps(world.world, mail).wishes("sync"), both);
+    EXPECT_EQ(RunFollowUps(dependencies.dependencies, mail).wishes("sync"), both);
     followUps.setWishes("sync", {});
     EXPECT_TRUE(followUps.wishes("sync").isEmpty());
     EXPECT_EQ(followUps.knownAddresses(), (std::vector<std::string>{"ana@example.org", "bo@example.org"}));

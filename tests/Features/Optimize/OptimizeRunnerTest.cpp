@@ -2,7 +2,7 @@
 
 #include "Automation/ScheduledActions.h"
 #include "support/ChildWork.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 #include "support/WaitUntil.h"
 
 #include <csignal>
@@ -26,7 +26,7 @@ OptimizeProfile profileOf(bool cleans, std::vector<std::string> tasks = {}) {
 class OptimizeRunnerTest : public testing::Test {
 protected:
     OptimizeRunner& runner(OptimizeRunner::Limits limits = {}) {
-        return runner_.emplace(world.world, actions, limits);
+        return runner_.emplace(dependencies.dependencies, actions, limits);
     }
     std::vector<StepState> states() {
         std::vector<StepState> all;
@@ -34,17 +34,17 @@ protected:
             all.push_back(step.state);
         return all;
     }
-    std::vector<RunFileRow> rowsOfLast() { return world.files.rows(world.log.all().back().id); }
+    std::vector<RunFileRow> rowsOfLast() { return dependencies.files.rows(dependencies.log.all().back().id); }
 
     vh::test::TempDir dir;
-    TestWorld world{dir.path()};
-    ScheduledActions actions{world.world};
+    TestDependencies dependencies{dir.path()};
+    ScheduledActions actions{dependencies.dependencies};
     std::optional<OptimizeRunner> runner_;
 };
 
 TEST_F(OptimizeRunnerTest, AllStepsAreOneRecordWithTheListOfAll) {
-    world.junk->add("/cache/a", 5'000'000);
-    world.junk->add("/cache/b", 1, "Caches", "in use");
+    dependencies.junk->add("/cache/a", 5'000'000);
+    dependencies.junk->add("/cache/b", 1, "Caches", "in use");
     int told = 0;
     const auto observing = runner().observe([&] { ++told; });
     const RunRecord record = runner_->run(profileOf(true, {"clear-font-caches", "purge-memory"}),
@@ -55,14 +55,14 @@ TEST_F(OptimizeRunnerTest, AllStepsAreOneRecordWithTheListOfAll) {
     EXPECT_EQ(record.outcome, Outcome::warning);
     EXPECT_EQ(record.detail(RunDetail::flow), "F");
     EXPECT_EQ(record.metric(RunMetric::freedBytes), 5'000'000);
-    ASSERT_EQ(world.log.all().size(), 1u) << "the steps write none";
-    EXPECT_EQ(world.log.all()[0].toolID, "optimize");
+    ASSERT_EQ(dependencies.log.all().size(), 1u) << "the steps write none";
+    EXPECT_EQ(dependencies.log.all()[0].toolID, "optimize");
     ASSERT_EQ(rowsOfLast().size(), 2u);
     EXPECT_EQ(rowsOfLast()[0].path, "/cache/a");
     EXPECT_EQ(states(), (std::vector{StepState::warning, StepState::done}));
     EXPECT_EQ(runner_->snapshot().steps[1].skipped, 1);
     EXPECT_NE(record.detail(RunDetail::output).value_or("").find("clear-font-caches"), std::string::npos);
-    world.loop.pump();
+    dependencies.loop.pump();
     EXPECT_EQ(told, 1) << "changes are told together";
 }
 
@@ -107,19 +107,19 @@ TEST_F(OptimizeRunnerTest, HowItEnds) {
         EXPECT_EQ(states(), row.states) << row.what;
         EXPECT_EQ(runner_->snapshot().lastRecord->id, record.id);
     }
-    world.junk->scanError = "no disk";
+    dependencies.junk->scanError = "no disk";
     EXPECT_EQ(runner_->run(profileOf(true), Trigger::manual).outcome, Outcome::failed) << "every step failed";
     EXPECT_EQ(runner().snapshot().lastRecord->outcome, Outcome::failed) << "known to the next process";
 }
 
 TEST_F(OptimizeRunnerTest, OneAtATimeAndACancelLeavesTheRest) {
-    world.junk->scanGate.close();
+    dependencies.junk->scanGate.close();
     runner();
-    OptimizeRunner other(world.world, actions); // stands for another process
+    OptimizeRunner other(dependencies.dependencies, actions); // stands for another process
     RunRecord record;
     std::thread running(
         [&] { record = runner_->run(profileOf(true, {"clear-font-caches"}), Trigger::manual); });
-    vh::test::waitUntil("the scan", [&] { return world.junk->scanGate.isWaitedAt(); });
+    vh::test::waitUntil("the scan", [&] { return dependencies.junk->scanGate.isWaitedAt(); });
     for (OptimizeRunner* second : {&*runner_, &other}) {
         const RunRecord busy = second->run(profileOf(false), Trigger::scheduled);
         EXPECT_EQ(busy.outcome, Outcome::failed);
@@ -130,14 +130,14 @@ TEST_F(OptimizeRunnerTest, OneAtATimeAndACancelLeavesTheRest) {
     running.join();
     EXPECT_EQ(record.outcome, Outcome::cancelled);
     EXPECT_EQ(states(), (std::vector{StepState::skipped, StepState::skipped}));
-    EXPECT_EQ(world.log.all().size(), 1u);
-    world.junk->scanGate.open();
+    EXPECT_EQ(dependencies.log.all().size(), 1u);
+    dependencies.junk->scanGate.open();
     EXPECT_EQ(other.run(profileOf(true), Trigger::manual).outcome, Outcome::success)
         << "the turn is free again";
 }
 
 TEST_F(OptimizeRunnerTest, WhatTakesTooLongIsStoppedAndTheNextStepGoesAhead) {
-    world.junk->scanGate.close();
+    dependencies.junk->scanGate.close();
     runner({.maintenance = milliseconds(10'000), .otherStep = milliseconds(20), .check = milliseconds(20)});
     const RunRecord record = runner_->run(profileOf(true, {"clear-font-caches"}), Trigger::manual);
     EXPECT_EQ(states(), (std::vector{StepState::failed, StepState::done}));
@@ -168,26 +168,26 @@ public:
 TEST_F(OptimizeRunnerTest, WorkLeftToEndStillListsWhatItRemoved) {
     const auto deaf = std::make_shared<DeafModule>();
     deaf->gate.close();
-    world.world.module = [&](std::string_view) {
+    dependencies.dependencies.module = [&](std::string_view) {
         return deaf;
     };
     runner({.otherStep = milliseconds(20), .grace = milliseconds(20)});
     const RunRecord record = runner_->run(profileOf(true), Trigger::manual);
     EXPECT_EQ(record.outcome, Outcome::failed);
-    EXPECT_TRUE(world.journals.isOpen(record.id)) << "its list waits for the item";
+    EXPECT_TRUE(dependencies.journals.isOpen(record.id)) << "its list waits for the item";
     deaf->gate.open();
     runner_.reset();
-    EXPECT_FALSE(world.journals.isOpen(record.id));
+    EXPECT_FALSE(dependencies.journals.isOpen(record.id));
     ASSERT_EQ(rowsOfLast().size(), 1u) << "the second item was not begun";
     EXPECT_EQ(rowsOfLast()[0].state, cleanState::trashed);
 }
 
 TEST_F(OptimizeRunnerTest, AKilledRunIsOneFailedRecordWithItsList) {
     RunLog::thisComputer();
-    world.junk->add("/cache/a", 5);
-    world.junk->add("/cache/b", 5);
+    dependencies.junk->add("/cache/a", 5);
+    dependencies.junk->add("/cache/b", 5);
     const auto child = vh::test::runInChild([&] {
-        world.world.module = [&](std::string_view) {
+        dependencies.dependencies.module = [&](std::string_view) {
             class Killer : public FakeModule {
                 CleanResult clean(const CleanSelection& selection, const JobControl& control) override {
                     if (cleans++ == 1)
@@ -204,19 +204,19 @@ TEST_F(OptimizeRunnerTest, AKilledRunIsOneFailedRecordWithItsList) {
         runner().run(profileOf(true), Trigger::manual);
     });
     EXPECT_EQ(child.status, 128 + SIGKILL);
-    EXPECT_EQ(
-        world.journals.recoverInterrupted([](const std::string& title) { return title + " was killed"; })
-            .size(),
-        1u);
-    ASSERT_EQ(world.log.all().size(), 1u);
-    EXPECT_EQ(world.log.all()[0].summary, "Optimize was killed");
-    EXPECT_EQ(world.log.all()[0].outcome, Outcome::failed);
+    EXPECT_EQ(dependencies.journals
+                  .recoverInterrupted([](const std::string& title) { return title + " was killed"; })
+                  .size(),
+              1u);
+    ASSERT_EQ(dependencies.log.all().size(), 1u);
+    EXPECT_EQ(dependencies.log.all()[0].summary, "Optimize was killed");
+    EXPECT_EQ(dependencies.log.all()[0].outcome, Outcome::failed);
     EXPECT_EQ(rowsOfLast().size(), 2u);
     EXPECT_EQ(runner().run(profileOf(true), Trigger::manual).outcome, Outcome::success) << "its turn is free";
 }
 
 TEST_F(OptimizeRunnerTest, ACheckSaysWhatEachStepWouldDoAndRemovesNothing) {
-    world.junk->add("/cache/a", 5'000'000);
+    dependencies.junk->add("/cache/a", 5'000'000);
     OptimizeProfile profile = profileOf(true, {"clear-font-caches", "purge-memory"});
     profile.smartHealth = true;
     const auto checks = runner().check(profile);
@@ -227,36 +227,36 @@ TEST_F(OptimizeRunnerTest, ACheckSaysWhatEachStepWouldDoAndRemovesNothing) {
     EXPECT_TRUE(checks[3].detail.starts_with("Could not be checked: "));
     for (const auto& check : checks)
         EXPECT_EQ(check.removes, &check == &checks[0]);
-    EXPECT_TRUE(world.log.all().empty());
-    EXPECT_EQ(world.junk->scan({}).items.size(), 1u);
+    EXPECT_TRUE(dependencies.log.all().empty());
+    EXPECT_EQ(dependencies.junk->scan({}).items.size(), 1u);
     EXPECT_TRUE(runner_->snapshot().checkedAt);
-    world.junk->scanError = "no disk";
+    dependencies.junk->scanError = "no disk";
     EXPECT_EQ(runner_->check(profileOf(true))[0].detail, "Could not be checked: no disk");
 }
 
 TEST_F(OptimizeRunnerTest, AProfileIsReadAsItWasWrittenAndItsStepsStandInOrder) {
-    EXPECT_EQ(OptimizeProfile::load(world.defaults).maintenanceTasks,
+    EXPECT_EQ(OptimizeProfile::load(dependencies.defaults).maintenanceTasks,
               OptimizeProfile::standard().maintenanceTasks);
     for (const char* name : {"purge-memory", "restart-mac"})
         for (const auto& step : OptimizeProfile::standard().steps())
             EXPECT_EQ(step.payload.contains("tasks") ? step.payload.at("tasks").find(name)
                                                      : std::string::npos,
                       std::string::npos);
-    world.defaults.set(
+    dependencies.defaults.set(
         OptimizeProfile::key,
         decodeJson<OptimizeProfile>(
             R"({"smartHealth":true,"maintenanceTasks":["gone","purge-memory","flush-dns","purge-memory"],"cleanPrivacy":true,"cleanStorage":true})"));
-    const OptimizeProfile profile = OptimizeProfile::load(world.defaults);
+    const OptimizeProfile profile = OptimizeProfile::load(dependencies.defaults);
     std::vector<ScheduledAction> order;
     for (const auto& step : profile.steps())
         order.push_back(step.action);
     EXPECT_EQ(order, (std::vector{ScheduledAction::cleanStorage, ScheduledAction::cleanPrivacy,
                                   ScheduledAction::maintenance, ScheduledAction::smartHealth}));
     EXPECT_EQ(profile.steps()[2].payload.at("tasks"), "purge-memory,flush-dns");
-    profile.save(world.defaults);
-    EXPECT_EQ(world.defaults.get<bool>(OptimizeProfile::rootStepsKey), true);
-    world.defaults.set(OptimizeProfile::key, "no profile");
-    EXPECT_TRUE(OptimizeProfile::load(world.defaults).cleanStorage);
+    profile.save(dependencies.defaults);
+    EXPECT_EQ(dependencies.defaults.get<bool>(OptimizeProfile::rootStepsKey), true);
+    dependencies.defaults.set(OptimizeProfile::key, "no profile");
+    EXPECT_TRUE(OptimizeProfile::load(dependencies.defaults).cleanStorage);
 }
 
 } // namespace

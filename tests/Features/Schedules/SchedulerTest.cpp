@@ -5,7 +5,7 @@
 #include "Features/Schedules/work/TaskTurn.h"
 #include "Platform/Files.h"
 #include "support/ChildWork.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
@@ -20,15 +20,15 @@ using namespace std::chrono_literals;
 constexpr const char* cleaned = "There was nothing to clean.";
 
 /// One process's scheduler.
-struct Desk : TestWorld {
+struct Desk : TestDependencies {
     explicit Desk(const std::string& root)
-        : TestWorld(root), store(root + "/data/schedules.json", LocalCalendar("UTC")), actions(world),
-          scheduler(world, store, actions) {}
+        : TestDependencies(root), store(root + "/data/schedules.json", LocalCalendar("UTC")),
+          actions(dependencies), scheduler(dependencies, store, actions) {}
 
     ScheduledTask add(std::string title, const Schedule& schedule = HourlySchedule{1},
                       bool runIfMissed = false) {
         const ScheduledTask task = makeTask(std::move(title), "system-junk", "system-junk", {}, schedule,
-                                            runIfMissed, world.clock(), world.calendar);
+                                            runIfMissed, dependencies.clock(), dependencies.calendar);
         store.upsert(task);
         return *store.task(task.id);
     }
@@ -70,7 +70,7 @@ TEST_F(SchedulerTest, RunsWhatIsDueInFileOrderOneAtATime) {
     EXPECT_EQ(scheduler.lastMessage(), fmt::format("second: {}", cleaned));
     for (const ScheduledTask& task : scheduler.tasks()) {
         EXPECT_EQ(task.lastOutcome, Outcome::success) << task.title;
-        EXPECT_EQ(task.nextRun, desk.world.clock() + 1h) << task.title;
+        EXPECT_EQ(task.nextRun, desk.dependencies.clock() + 1h) << task.title;
     }
     EXPECT_EQ(desk.log.all().size(), 2u);
     EXPECT_EQ(desk.log.all().front().trigger, Trigger::scheduled);
@@ -235,7 +235,7 @@ TEST(SchedulerKill, AKilledTaskHasFailedAndDoesNotRunAgain) {
         EXPECT_EQ(next.summaries(), std::vector<std::string>{"Fatal was interrupted before its end."});
         const ScheduledTask task = next.store.tasks().front();
         EXPECT_EQ(task.lastOutcome, Outcome::failed);
-        EXPECT_GT(task.nextRun, next.world.clock());
+        EXPECT_GT(task.nextRun, next.dependencies.clock());
         EXPECT_FALSE(statusOf(dir / "data/schedules.running.json"));
     }
 }
@@ -245,7 +245,7 @@ TEST_F(SchedulerTest, AKillBetweenTheRecordAndItsMarkTakesTheRecordsOutcome) {
     desk.loop.setDate(start + 1h);
     writeFileAtomically(dir / "data/schedules.running.json",
                         encodeJson(TaskClaim{task.id, task.title, task.toolID, Trigger::scheduled,
-                                             task.nextRun, desk.world.clock()}));
+                                             task.nextRun, desk.dependencies.clock()}));
     desk.log.begin(task.toolID, Trigger::scheduled)->finish(Outcome::warning, "Done.");
     scheduler.start();
     desk.loop.advance(1min);

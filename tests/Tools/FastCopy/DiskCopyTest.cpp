@@ -5,7 +5,7 @@
 #include "support/FakeRootService.h"
 #include "support/LoopDisk.h"
 #include "support/SmallDisk.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -29,14 +29,14 @@ class DiskCopy : public testing::Test {
 protected:
     DiskCopy() {
         for (const char* name : {"/one", "/two", "/three"}) {
-            fs::create_directories(world.folders.home + name);
-            request.destinations.push_back(world.folders.home + name);
+            fs::create_directories(dependencies.folders.home + name);
+            request.destinations.push_back(dependencies.folders.home + name);
         }
     }
     /// A helper that makes the image at once, and tells it in these steps.
     DeviceJobs helper(std::vector<DeviceJobStatus> steps) {
         DeviceJobs jobs;
-        jobs.hindrance = [](const Texts&) {
+        jobs.blocker = [](const Texts&) {
             return std::string();
         };
         jobs.start = [this](const helper::DeviceJobSpec& spec) {
@@ -69,13 +69,14 @@ protected:
     DiskCopyResult run(const DeviceJobs& jobs,
                        const std::function<void(const DiskCopyProgress&)>& progress = {}) {
         request.disk = sourceOf(disk);
-        return runDiskCopy(request, jobs, world.folders, {world.log, world.files, world.journals},
-                           Texts(Language::en), control, progress);
+        return runDiskCopy(request, jobs, dependencies.folders,
+                           {dependencies.log, dependencies.files, dependencies.journals}, Texts(Language::en),
+                           control, progress);
     }
 
     inline static const std::string sum = "3d8cd4ef3ac5ba0d6b8d6dcf55bd0a38ccd5c87c4cf08a2a0ab5a6a1f0d5e4f1";
     vh::test::TempDir folder;
-    test::TestWorld world{folder.path()};
+    test::TestDependencies dependencies{folder.path()};
     DiskFacts disk{"sdx", "/dev/sdx", "Fast Stick/2", bytes};
     DiskCopyRequest request;
     std::shared_ptr<CopyControl> control = std::make_shared<CopyControl>();
@@ -92,8 +93,8 @@ TEST_F(DiskCopy, EndsAsAnImageWithItsHashInEveryPlaceAndOneRecord) {
             phases.push_back(progress.further.has_value());
     });
     const std::string name =
-        imageNameOf(request.disk, world.log.now(), LocalCalendar()); // as the wall shows it here
-    EXPECT_EQ(imageNameOf(request.disk, world.log.now(), LocalCalendar("UTC")),
+        imageNameOf(request.disk, dependencies.log.now(), LocalCalendar()); // as the wall shows it here
+    EXPECT_EQ(imageNameOf(request.disk, dependencies.log.now(), LocalCalendar("UTC")),
               "Fast-Stick-2-20260301-1200.img");
     ASSERT_EQ(result.end, End::imaged) << result.message;
     EXPECT_EQ(result.message, "The image of Fast Stick/2 is complete.");
@@ -105,12 +106,12 @@ TEST_F(DiskCopy, EndsAsAnImageWithItsHashInEveryPlaceAndOneRecord) {
     }
     EXPECT_EQ(result.further->totalVerified(), 4);
     const RunRecord& record = result.record;
-    EXPECT_EQ(world.log.all(), std::vector{record});
+    EXPECT_EQ(dependencies.log.all(), std::vector{record});
     EXPECT_EQ(record.outcome, Outcome::success);
     EXPECT_EQ(record.metric(RunMetric::bytesImaged), bytes);
     EXPECT_EQ(record.metric(RunMetric::badBlocks), 0);
     EXPECT_THAT(record.summary, HasSubstr("its SHA-256 beside it. 4 files copied to 2 places"));
-    const auto rows = world.files.rows(record.id);
+    const auto rows = dependencies.files.rows(record.id);
     ASSERT_EQ(rows.size(), 5u);
     EXPECT_EQ(rows[0], (RunFileRow{"/dev/sdx", result.imagePath, bytes, "copied", sum}));
 }
@@ -136,7 +137,7 @@ TEST_F(DiskCopy, SaysWhatIsNotWhole) {
 }
 
 TEST_F(DiskCopy, SaysBeforeItBeginsWhatKeepsItFromBeginning) {
-    const std::string home = world.folders.home;
+    const std::string home = dependencies.folders.home;
     const vh::test::TmpfsMount small(1 << 20);
     ASSERT_TRUE(small) << "needs the right to mount";
     struct Case {
@@ -181,7 +182,8 @@ TEST_F(DiskCopy, SaysBeforeItBeginsWhatKeepsItFromBeginning) {
         jobs.disks = [&] {
             return std::vector{now};
         };
-        const auto result = runDiskCopy(asked, jobs, world.folders, {world.log, world.files, world.journals},
+        const auto result = runDiskCopy(asked, jobs, dependencies.folders,
+                                        {dependencies.log, dependencies.files, dependencies.journals},
                                         Texts(Language::en), control);
         EXPECT_EQ(result.end, End::failed) << each.name;
         EXPECT_THAT(result.message, HasSubstr(each.message)) << each.name;
@@ -196,8 +198,8 @@ TEST_F(DiskCopy, WithoutAHelperItSaysWhatToDo) {
     vh::test::FakeRootService service;
     const auto registration = std::make_shared<vh::test::FakeRegistration>();
     registration->now = HelperRegistrationStatus::notRegistered;
-    helper::HelperClient client(
-        {[&] { return service.open(); }, registration, world.defaults, "1", std::chrono::milliseconds(0)});
+    helper::HelperClient client({[&] { return service.open(); }, registration, dependencies.defaults, "1",
+                                 std::chrono::milliseconds(0)});
     DeviceJobs jobs = DeviceJobs::throughHelper(client);
     jobs.disks = [this] {
         return std::vector{disk};

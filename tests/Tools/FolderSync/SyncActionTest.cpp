@@ -1,6 +1,6 @@
 #include "Automation/ScheduledActions.h"
 #include "Platform/Files.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@ namespace {
 
 TEST(SyncAction, SyncsThePairOfItsPayload) {
     const vh::test::TempDir dir;
-    const TestWorld world(dir.path());
-    const ScheduledActions actions(world.world);
+    const TestDependencies dependencies(dir.path());
+    const ScheduledActions actions(dependencies.dependencies);
     std::vector<std::string> said;
     const CancelToken cancel;
     const auto run = [&](std::map<std::string, std::string> payload, Trigger trigger) {
@@ -23,7 +23,7 @@ TEST(SyncAction, SyncsThePairOfItsPayload) {
     const RunRecord lost = run({{"pair", Uuid::random().text()}}, Trigger::scheduled);
     EXPECT_EQ(lost.summary, "There is no such pair of folders any more: choose one in the schedule.");
     EXPECT_EQ(lost.outcome, Outcome::failed);
-    EXPECT_TRUE(world.log.find(lost.id));
+    EXPECT_TRUE(dependencies.log.find(lost.id));
 
     for (const char* folder : {"from", "to"})
         makeFolders(dir / folder);

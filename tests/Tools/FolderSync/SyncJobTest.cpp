@@ -9,7 +9,7 @@
 #include "support/ChildWork.h"
 #include "support/FileTree.h"
 #include "support/LoopDisk.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -31,7 +31,7 @@ using testing::HasSubstr;
 class SyncJobTest : public testing::Test {
 protected:
     SyncJobTest() {
-        ::setenv("XDG_DATA_HOME", world.folders.data.c_str(), 1);
+        ::setenv("XDG_DATA_HOME", dependencies.folders.data.c_str(), 1);
         pair.id = Uuid::random();
         pair.name = "Photos";
         pair.source = dir / "source";
@@ -59,11 +59,11 @@ protected:
         request.logsNothingToDo = isScheduled;
         request.trigger = Trigger::scheduled;
     }
-    SyncJobResult run() const { return runSync(request, world.world, {cancel, {}}); }
+    SyncJobResult run() const { return runSync(request, dependencies.dependencies, {cancel, {}}); }
     /// "state path", sorted.
     std::vector<std::string> listOf(const RunRecord& record) const {
         std::vector<std::string> list;
-        for (const RunFileRow& row : world.files.rows(record.id))
+        for (const RunFileRow& row : dependencies.files.rows(record.id))
             list.push_back(row.state + " " + row.path.substr(pair.destination.size() + 1));
         std::ranges::sort(list);
         return list;
@@ -71,8 +71,8 @@ protected:
     std::optional<Date> lastSync() { return store.load().front().lastSync; }
 
     vh::test::TempDir dir;
-    TestWorld world{dir.path()};
-    SyncPairStore store{SyncPairStore::fileIn(world.folders)};
+    TestDependencies dependencies{dir.path()};
+    SyncPairStore store{SyncPairStore::fileIn(dependencies.folders)};
     SyncPair pair;
     SyncJobRequest request;
     CancelToken cancel;
@@ -98,10 +98,11 @@ TEST_F(SyncJobTest, LeavesARecordAListAndAWayBack) {
     EXPECT_EQ(record.detail(RunDetail::destinations), pair.destination);
     EXPECT_EQ(record.detail(RunDetail::flow), "F");
     EXPECT_THAT(listOf(record), ElementsAre("changed longer", "new new", "new new/file", "trash extra"));
-    EXPECT_EQ(lastSync(), std::chrono::floor<std::chrono::seconds>(world.loop.clock()()));
+    EXPECT_EQ(lastSync(), std::chrono::floor<std::chrono::seconds>(dependencies.loop.clock()()));
     EXPECT_EQ(run().end, End::upToDate);
 
-    const UndoResult undo = undoRun(record.id, Trigger::manual, world.world.runs, Texts(Language::en), {});
+    const UndoResult undo =
+        undoRun(record.id, Trigger::manual, dependencies.dependencies.runs, Texts(Language::en), {});
     EXPECT_EQ(undo.restoredCount, 1) << undo.record.summary;
     EXPECT_TRUE(fs::exists(dir / "destination/extra/one"));
 }
@@ -121,7 +122,7 @@ TEST_F(SyncJobTest, CarriesOutWhatAPersonHasSeen) {
 }
 
 TEST_F(SyncJobTest, SaysWhyNothingWasDone) {
-    const auto lock = fs::path(SyncPairStore::fileIn(world.folders)).replace_filename("sync.lock");
+    const auto lock = fs::path(SyncPairStore::fileIn(dependencies.folders)).replace_filename("sync.lock");
     enum class Asked { byAPerson, byAChange, byASchedule };
     const auto away = [&] {
         fs::remove_all(pair.destination);
@@ -189,12 +190,13 @@ TEST_F(SyncJobTest, TakesNoEmptyMountPointForAnEmptySource) {
         if (std::exchange(isMounted, false))
             vh::test::LoopDisk::run({"umount", pair.source});
     };
-    SyncWatchFile(world.folders).write({{pair, {}, pair.source, {}}});
+    SyncWatchFile(dependencies.folders).write({{pair, {}, pair.source, {}}});
     askUnattended(true);
     for (const char* when : {"while it is compared", "before"}) {
-        const SyncJobResult result = runSync(request, world.world, {cancel, [&](double, std::string_view) {
-                                                                        unmount();
-                                                                    }});
+        const SyncJobResult result =
+            runSync(request, dependencies.dependencies, {cancel, [&](double, std::string_view) {
+                                                             unmount();
+                                                         }});
         EXPECT_EQ(result.end, End::blocked) << when;
         EXPECT_FALSE(isMounted);
         EXPECT_TRUE(fs::exists(pair.destination + "/file")) << when;
@@ -207,12 +209,12 @@ TEST_F(SyncJobTest, AScheduledOneWaitsForItsTurn) {
     grow();
     askUnattended(true);
     std::optional<FileLock> other(
-        fs::path(SyncPairStore::fileIn(world.folders)).replace_filename("sync.lock"));
+        fs::path(SyncPairStore::fileIn(dependencies.folders)).replace_filename("sync.lock"));
     const SyncJobResult result =
-        runSync(request, world.world, {cancel, [&](double, std::string_view what) {
-                                           if (what == "Waiting for another sync to end")
-                                               other.reset();
-                                       }});
+        runSync(request, dependencies.dependencies, {cancel, [&](double, std::string_view what) {
+                                                         if (what == "Waiting for another sync to end")
+                                                             other.reset();
+                                                     }});
     EXPECT_EQ(result.end, End::done);
     EXPECT_FALSE(other);
 }
@@ -236,13 +238,13 @@ TEST_F(SyncJobTest, AKilledOneLeavesItsRecordAndAWayBack) {
         ::raise(SIGKILL);
     };
     EXPECT_EQ(vh::test::runInChild([&] { run(); }).status, 128 + SIGKILL);
-    const auto recovered =
-        world.journals.recoverInterrupted([](const std::string& title) { return title + " was killed"; });
+    const auto recovered = dependencies.journals.recoverInterrupted(
+        [](const std::string& title) { return title + " was killed"; });
     ASSERT_EQ(recovered.size(), 1u);
     EXPECT_EQ(recovered[0].summary, "Photos was killed");
     EXPECT_EQ(recovered[0].toolID, "sync");
     EXPECT_THAT(listOf(recovered[0]), ElementsAre("trash extra 0"));
-    EXPECT_TRUE(canUndo(world.files.rows(recovered[0].id)));
+    EXPECT_TRUE(canUndo(dependencies.files.rows(recovered[0].id)));
     request.progress = {};
     EXPECT_EQ(run().result.deleted, 4) << "the next one does the rest";
 }

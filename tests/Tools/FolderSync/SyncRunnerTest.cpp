@@ -10,7 +10,7 @@
 #include "Tools/FolderSync/work/SyncWatchFile.h"
 #include "support/ChildWork.h"
 #include "support/LoopDisk.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 #include "support/UserLimit.h"
 
 #include <filesystem>
@@ -53,7 +53,7 @@ class SyncRunnerTest : public testing::Test {
 public:
     SyncRunnerTest() {
         makeFolders(folder_ / "data/Varnholt");
-        lead_.emplace(leadLockOf(world_.folders));
+        lead_.emplace(leadLockOf(dependencies_.folders));
     }
 
     SyncPair pair(const std::string& name) {
@@ -74,9 +74,9 @@ public:
     }
     bool waitFor(std::string_view what, const std::function<bool()>& holds) {
         // A short step of time at each look, for what is due soon.
-        return world_.loop.waitUntil(what, [&] {
+        return dependencies_.loop.waitUntil(what, [&] {
             if (!holds())
-                world_.loop.advance(milliseconds(20));
+                dependencies_.loop.advance(milliseconds(20));
             return holds();
         });
     }
@@ -94,7 +94,7 @@ public:
     }
     void restart() {
         runner_.reset();
-        runner_.emplace(world_.world, desktop_);
+        runner_.emplace(dependencies_.dependencies, desktop_);
         runner_->start();
     }
     /// The source of the pair loses all but nothing of what its destination holds.
@@ -109,10 +109,10 @@ public:
     }
 
     vh::test::TempDir folder_;
-    TestWorld world_{folder_.path()};
+    TestDependencies dependencies_{folder_.path()};
     NotedDesktop desktop_;
     std::optional<FileLock> lead_;
-    std::optional<SyncRunner> runner_{std::in_place, world_.world, desktop_};
+    std::optional<SyncRunner> runner_{std::in_place, dependencies_.dependencies, desktop_};
 };
 
 TEST_F(SyncRunnerTest, syncsWhatChangesInAFolderThatIsNewItself) {
@@ -128,7 +128,7 @@ TEST_F(SyncRunnerTest, syncsWhatChangesInAFolderThatIsNewItself) {
 
     const SyncPair other = pair("other"); // another process adds it
     write(other.source + "/file");
-    sync::SyncPairStore(sync::SyncPairStore::fileIn(world_.folders)).change([&](auto& pairs) {
+    sync::SyncPairStore(sync::SyncPairStore::fileIn(dependencies_.folders)).change([&](auto& pairs) {
         pairs.push_back(other);
     });
     EXPECT_TRUE(waitForFile(other.destination + "/file"));
@@ -138,7 +138,7 @@ TEST_F(SyncRunnerTest, syncsWhatChangesInAFolderThatIsNewItself) {
 }
 
 TEST_F(SyncRunnerTest, isNotLedOnByWhatItWritesDownItself) {
-    world_.defaults.set(DatabaseLocation::key, folder_ / "data/Varnholt"); // its usual place
+    dependencies_.defaults.set(DatabaseLocation::key, folder_ / "data/Varnholt"); // its usual place
     SyncPair home = pair("home");
     home.source = folder_ / "data";
     runner_->put(home);
@@ -146,10 +146,10 @@ TEST_F(SyncRunnerTest, isNotLedOnByWhatItWritesDownItself) {
     write(folder_ / "data/file");
     EXPECT_TRUE(waitForFile(home.destination + "/file"));
     EXPECT_TRUE(waitForFile(home.destination + "/Varnholt/FolderSync/pairs.json"));
-    const size_t runs = world_.summaries().size();
+    const size_t runs = dependencies_.summaries().size();
     int steps = 0;
     EXPECT_TRUE(waitFor("some time has passed", [&] { return ++steps > 1000 && !runner_->running(); }));
-    EXPECT_LE(world_.summaries().size(), runs + 1);
+    EXPECT_LE(dependencies_.summaries().size(), runs + 1);
 }
 
 /// A folder that is a disk as long as it is mounted.
@@ -208,13 +208,13 @@ TEST_F(SyncRunnerTest, holdsWhatWouldRemoveMuchUntilAPersonRanIt) {
     EXPECT_THAT(desktop_.said, ElementsAre(HasSubstr("held")));
     EXPECT_TRUE(fs::exists(pair.destination + "/38"));
     write(pair.source + "/more");
-    world_.loop.advance(minutes(6));
+    dependencies_.loop.advance(minutes(6));
     restart();
     EXPECT_TRUE(waitForState(pair, WatchState::held(20)));
-    world_.loop.advance(minutes(6));
+    dependencies_.loop.advance(minutes(6));
     EXPECT_EQ(desktop_.said.size(), 1u) << "it was said once, also after a restart";
     EXPECT_FALSE(fs::exists(pair.destination + "/more"));
-    EXPECT_EQ(world_.summaries().size(), 1u);
+    EXPECT_EQ(dependencies_.summaries().size(), 1u);
 
     const auto plan = sync::SyncEngine::plan(pair);
     std::optional<SyncJobResult> result;
@@ -233,12 +233,12 @@ TEST_F(SyncRunnerTest, letsAHeldPairGoWhenAPersonLookedAtItInAnotherProcess) {
     SyncJobRequest request{.pair = pair, .plan = {}, .trigger = Trigger::scheduled, .details = {}};
     request.isAttended = false;
     fs::remove(pair.destination + "/38"); // so few that the guard lets them go
-    EXPECT_EQ(runSync(request, world_.world, {}).result.deleted, 19);
-    world_.loop.advance(minutes(6));
+    EXPECT_EQ(runSync(request, dependencies_.dependencies, {}).result.deleted, 19);
+    dependencies_.loop.advance(minutes(6));
     EXPECT_TRUE(waitForState(pair, WatchState::held(20))) << "no schedule is a person";
     request.isAttended = true;
     request.plan.emplace().unreadable = {Message::literal("file: it cannot be read")};
-    EXPECT_EQ(runSync(request, world_.world, {}).result.errors.size(), 1u);
+    EXPECT_EQ(runSync(request, dependencies_.dependencies, {}).result.errors.size(), 1u);
     EXPECT_TRUE(waitForState(pair, {})) << "also when not all of it could be done";
 }
 
@@ -249,7 +249,7 @@ TEST_F(SyncRunnerTest, runsOneAfterTheOtherAndWaitsForOtherProcesses) {
     std::optional<FileLock> other(FileLock(folder_ / "data/Varnholt/FolderSync/sync.lock"));
     runner_->start();
     EXPECT_TRUE(waitForState(three, {}));
-    world_.loop.advance(seconds(30));
+    dependencies_.loop.advance(seconds(30));
     EXPECT_FALSE(fs::exists(one.destination + "/file"));
     std::optional<SyncJobResult> refused;
     EXPECT_TRUE(waitFor("it may be asked", [&] {
@@ -288,9 +288,9 @@ TEST_F(SyncRunnerTest, saysWhyItFailsAndGoesOnWhenItCan) {
     write(pair.source + "/file", "anew");
     EXPECT_TRUE(waitForState(pair, {WatchState::Kind::waitingForDestination, {}, 0}));
     fs::create_directories(pair.destination);
-    world_.loop.setDate(world_.loop.clock()() + std::chrono::hours(8)); // as after a sleep
+    dependencies_.loop.setDate(dependencies_.loop.clock()() + std::chrono::hours(8)); // as after a sleep
     EXPECT_TRUE(waitFor("it woke", [&] {
-        world_.loop.advance(seconds(1));
+        dependencies_.loop.advance(seconds(1));
         return fs::exists(pair.destination + "/file");
     }));
 }
@@ -313,21 +313,21 @@ TEST_F(SyncRunnerTest, triesAgainWhenThereIsRoomOrAFolderAgain) {
     };
     EXPECT_TRUE(waitFor("there is no room", hasFailed));
     EXPECT_FALSE(fs::exists(pair.destination + "/file"));
-    const size_t tried = world_.summaries().size();
-    world_.loop.advance(seconds(14));
-    EXPECT_TRUE(waitFor("it is tried again", [&] { return world_.summaries().size() > tried; }));
+    const size_t tried = dependencies_.summaries().size();
+    dependencies_.loop.advance(seconds(14));
+    EXPECT_TRUE(waitFor("it is tried again", [&] { return dependencies_.summaries().size() > tried; }));
     EXPECT_TRUE(waitFor("in vain", hasFailed)) << state(pair)->text;
     fs::remove(pair.destination + "/.Trash-0/other");
-    world_.loop.advance(seconds(31));
+    dependencies_.loop.advance(seconds(31));
     EXPECT_TRUE(waitForFile(pair.destination + "/file"));
     EXPECT_TRUE(waitForState(pair, {}));
 
     fs::remove_all(pair.source);
     EXPECT_TRUE(waitForState(pair, {WatchState::Kind::waitingForSource, {}, 0}));
-    world_.loop.advance(minutes(6));
+    dependencies_.loop.advance(minutes(6));
     EXPECT_TRUE(waitForState(pair, {WatchState::Kind::waitingForSource, {}, 0}));
     write(pair.source + "/late");
-    world_.loop.advance(minutes(6));
+    dependencies_.loop.advance(minutes(6));
     EXPECT_TRUE(waitForFile(pair.destination + "/late"));
     EXPECT_TRUE(waitForState(pair, {}));
 }
@@ -342,7 +342,7 @@ TEST_F(SyncRunnerTest, comparesFromTimeToTimeWhatCannotBeWatched) {
         waitForFile(pair.destination + "/19/file");
         waitFor("it failed", [&] { return state(pair) && !state(pair)->isHealthy(); });
         write(pair.source + "/late");
-        world_.loop.advance(minutes(6));
+        dependencies_.loop.advance(minutes(6));
         waitForFile(pair.destination + "/late");
         throw std::runtime_error(state(pair)->text);
     });
@@ -354,7 +354,7 @@ TEST_F(SyncRunnerTest, comparesFromTimeToTimeWhatCannotBeWatched) {
 
 TEST_F(SyncRunnerTest, tellsOtherProcessesHowItIs) {
     const SyncPair pair = watched("pair");
-    SyncRunner other(world_.world, desktop_);
+    SyncRunner other(dependencies_.dependencies, desktop_);
     EXPECT_THAT(other.states(), IsEmpty());
     fs::remove(pair.destination);
     runner_->start();

@@ -1,5 +1,5 @@
 #include "Automation/ScheduledActions.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@ namespace {
 
 TEST(MaintenanceAction, RunsWhatItCanAndNamesTheRest) {
     const vh::test::TempDir dir;
-    TestWorld world(dir.path());
-    const ScheduledActions actions(world.world);
+    TestDependencies dependencies(dir.path());
+    const ScheduledActions actions(dependencies.dependencies);
     CancelToken cancel;
     const auto run = [&](const char* tasks) {
         return actions.run(
@@ -22,11 +22,10 @@ TEST(MaintenanceAction, RunsWhatItCanAndNamesTheRest) {
         EXPECT_EQ(record.summary, "No maintenance task is chosen.");
         EXPECT_EQ(record.outcome, Outcome::failed);
     }
-    const auto rawPlan = world.chores.planOf;
-    world.chores.planOf = [&](MaintenanceTask task) {
+    const auto rawPlan = dependencies.chores.planOf;
+    dependencies.chores.planOf = [&](MaintenanceTask task) {
         if (task == MaintenanceTask::restartDock)
-            return helper::MaintenancePlan{
-                {}, helper::MaintenancePlan::Hindrance::programs, {"no-such-panel"}};
+            return helper::MaintenancePlan{{}, helper::MaintenancePlan::Blocker::programs, {"no-such-panel"}};
         if (task == MaintenanceTask::resetQuickLook)
             return helper::MaintenancePlan{{{"/bin/sh", {"-c", "yes long line | head -c 9000; exit 7"}}}};
         return rawPlan(task);
@@ -55,7 +54,7 @@ TEST(MaintenanceAction, RunsWhatItCanAndNamesTheRest) {
         for (const char* words : row.named)
             EXPECT_NE(record.summary.find(words), std::string::npos) << record.summary;
     }
-    const std::string output = world.log.last("maintenance")->detail(RunDetail::output).value_or("");
+    const std::string output = dependencies.log.last("maintenance")->detail(RunDetail::output).value_or("");
     EXPECT_NE(output.find("exit 7"), std::string::npos) << "how a task ended stands last";
     EXPECT_NE(output.find("clear-font-caches"), std::string::npos);
     EXPECT_LT(output.size(), 4000u);

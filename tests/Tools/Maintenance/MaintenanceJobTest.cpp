@@ -3,7 +3,7 @@
 #include "Automation/ScheduledActions.h"
 #include "HelperKit/HelperClient.h"
 #include "support/FakeRootService.h"
-#include "support/TestWorld.h"
+#include "support/TestDependencies.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ MaintenancePlan shell(const std::string& script) {
 
 TEST(MaintenanceJob, EndsAsOneRecordThatSaysWhatCameOfIt) {
     const TempDir folder;
-    test::TestWorld world(folder.path());
+    test::TestDependencies dependencies(folder.path());
     const Texts texts(Language::en);
     struct Case {
         MaintenanceTask task;
@@ -48,7 +48,7 @@ TEST(MaintenanceJob, EndsAsOneRecordThatSaysWhatCameOfIt) {
          "The memory caches were not dropped. The privileged helper is not available on this computer.", ""},
         {downloadUpdates,
          true,
-         {{}, MaintenancePlan::Hindrance::programs, {"pkcon"}},
+         {{}, MaintenancePlan::Blocker::programs, {"pkcon"}},
          Outcome::failed,
          "The updates were not downloaded. This needs pkcon, which this computer lacks.",
          ""},
@@ -57,18 +57,18 @@ TEST(MaintenanceJob, EndsAsOneRecordThatSaysWhatCameOfIt) {
         const MaintenanceWork work(
             nullptr,
             {MaintenanceSystem::linux, [&](MaintenanceTask) { return each.plan; }, each.isAdministrator});
-        const auto done = runMaintenance(each.task, work, world.log, Trigger::manual, texts);
+        const auto done = runMaintenance(each.task, work, dependencies.log, Trigger::manual, texts);
         EXPECT_EQ(done.record.summary, each.summary);
         EXPECT_EQ(done.record.outcome, each.outcome);
         EXPECT_EQ(done.output, each.output);
-        EXPECT_EQ(world.log.last("maintenance"), done.record);
+        EXPECT_EQ(dependencies.log.last("maintenance"), done.record);
     }
-    EXPECT_EQ(world.log.all().size(), std::size(cases));
+    EXPECT_EQ(dependencies.log.all().size(), std::size(cases));
 }
 
 TEST(MaintenanceJob, StoppedItSaysSo) {
     const TempDir folder;
-    test::TestWorld world(folder.path());
+    test::TestDependencies dependencies(folder.path());
     const MaintenanceWork work(
         nullptr, {MaintenanceSystem::linux, [](MaintenanceTask) { return shell("sleep 1000"); }, false});
     JobControl control;
@@ -76,34 +76,34 @@ TEST(MaintenanceJob, StoppedItSaysSo) {
         control.cancel.cancel();
     };
     const auto done =
-        runMaintenance(restartDock, work, world.log, Trigger::manual, Texts(Language::en), control);
+        runMaintenance(restartDock, work, dependencies.log, Trigger::manual, Texts(Language::en), control);
     EXPECT_EQ(done.record.outcome, Outcome::cancelled);
     EXPECT_EQ(done.record.summary, "Restart panel: stopped before it was done.");
 }
 
 TEST(MaintenanceJob, WhatTheHelperHasBegunIsSaidToGoOn) {
     const TempDir folder;
-    test::TestWorld world(folder.path());
+    test::TestDependencies dependencies(folder.path());
     vh::test::FakeRootService service;
     helper::HelperClient client({.openLink = [&] { return service.open(); },
                                  .registration = std::make_shared<vh::test::FakeRegistration>(),
-                                 .defaults = world.defaults,
+                                 .defaults = dependencies.defaults,
                                  .build = "1"});
-    world.world.maintenance = [&] {
-        return MaintenanceWork(&client, world.chores);
+    dependencies.dependencies.maintenance = [&] {
+        return MaintenanceWork(&client, dependencies.chores);
     };
     const std::string goesOn = "Drop memory caches: no longer waited for. What the privileged helper has "
                                "begun of it goes on to its end.";
     JobControl control;
     service.on("RunMaintenanceTask", [&](const auto&) { control.cancel.cancel(); });
-    const auto done = runMaintenance(purgeMemory, world.world.maintenance(), world.log, Trigger::manual,
-                                     Texts(Language::en), control);
+    const auto done = runMaintenance(purgeMemory, dependencies.dependencies.maintenance(), dependencies.log,
+                                     Trigger::manual, Texts(Language::en), control);
     EXPECT_EQ(done.record.outcome, Outcome::cancelled);
     EXPECT_EQ(done.record.summary, goesOn);
 
     control = {};
     const RunRecord record =
-        ScheduledActions(world.world)
+        ScheduledActions(dependencies.dependencies)
             .run(ScheduledAction::maintenance,
                  {.toolID = "maintenance", .payload = {{"tasks", "clear-font-caches,purge-memory"}}},
                  control);

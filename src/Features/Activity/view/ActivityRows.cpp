@@ -99,9 +99,9 @@ ActivityRows ActivityWords::rows(std::vector<RunRecord> all, const ActivityFilte
     ActivityRows result;
     addOptions(result, all);
     std::ranges::reverse(all);
-    const RunFilter::Surroundings world{[this](const std::string& id) { return toolName(texts, id); },
-                                        RunLog::thisComputer(), now, calendar, texts};
-    result.records = filter.runFilter(now, calendar).apply(std::move(all), world);
+    const RunFilter::Surroundings dependencies{[this](const std::string& id) { return toolName(texts, id); },
+                                               RunLog::thisComputer(), now, calendar, texts};
+    result.records = filter.runFilter(now, calendar).apply(std::move(all), dependencies);
     sort(result.records, order);
     result.rows.reserve(result.records.size());
     for (const RunRecord& record : result.records) {

@@ -22,8 +22,9 @@ std::optional<FileIdentity> folderAt(const std::string& path) {
 
 } // namespace
 
-FlowFolders::FlowFolders(const AutomationWorld& world, flows::NodesStore& store, Arrived arrived)
-    : world_(world), store_(store), arrived_(std::move(arrived)) {}
+FlowFolders::FlowFolders(const AutomationDependencies& dependencies, flows::NodesStore& store,
+                         Arrived arrived)
+    : dependencies_(dependencies), store_(store), arrived_(std::move(arrived)) {}
 
 void FlowFolders::refresh() {
     troubles_.clear();
@@ -41,7 +42,7 @@ void FlowFolders::refresh() {
     if (wanted.empty())
         again_.reset();
     else if (!again_)
-        again_ = world_.loop.every(tryAgain, [this] { refresh(); });
+        again_ = dependencies_.loop.every(tryAgain, [this] { refresh(); });
 }
 
 std::map<Uuid, flows::OnNewFiles> FlowFolders::wanted() const {
@@ -52,7 +53,7 @@ std::map<Uuid, flows::OnNewFiles> FlowFolders::wanted() const {
         if (!files || !flows::isFilledIn(*start, flow.id))
             return;
         auto& settings = wanted[flow.id] = *files;
-        settings.folder = withHome(files->folder, world_.folders.home);
+        settings.folder = withHome(files->folder, dependencies_.folders.home);
     };
     for (const flows::Flow& flow : store_.flows())
         add(flow);
@@ -65,14 +66,14 @@ void FlowFolders::watch(const Uuid& flow, const flows::OnNewFiles& settings) {
     try {
         auto folder = folderAt(settings.folder);
         auto arrivals = std::make_unique<flows::FolderArrivals>(
-            world_.loop, settings,
+            dependencies_.loop, settings,
             [this, flow, path = settings.folder](const std::vector<std::string>& files) {
                 return arrived_(flow, files, path);
             },
-            world_.clock);
+            dependencies_.clock);
         watched_.insert_or_assign(flow, Watched{std::move(arrivals), std::move(folder)});
     } catch (const SystemError& error) {
-        troubles_.push_back(world_.texts().text("nodes.trouble.folder", {{"reason", error.what()}}));
+        troubles_.push_back(dependencies_.texts().text("nodes.trouble.folder", {{"reason", error.what()}}));
     }
 }
 

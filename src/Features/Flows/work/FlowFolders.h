@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Core/Uuid.h"
 #include "Features/Flows/FolderArrivals.h"
 
@@ -24,7 +24,7 @@ public:
     using Arrived = std::function<bool(const Uuid& flow, const std::vector<std::string>& files,
                                        const std::string& folder)>;
 
-    FlowFolders(const AutomationWorld& world, flows::NodesStore& store, Arrived arrived);
+    FlowFolders(const AutomationDependencies& dependencies, flows::NodesStore& store, Arrived arrived);
 
     /// Begins to watch what flows want to be watched and can be, and ends what none wants any more. Looks again from
     /// time to time by itself. Not to be called from Arrived.
@@ -39,7 +39,7 @@ private:
     std::map<Uuid, flows::OnNewFiles> wanted() const;
     void watch(const Uuid& flow, const flows::OnNewFiles& settings);
 
-    const AutomationWorld& world_;
+    const AutomationDependencies& dependencies_;
     flows::NodesStore& store_;
     const Arrived arrived_;
     std::map<Uuid, Watched> watched_;

@@ -36,12 +36,13 @@ std::map<std::string, FlowVolume> byPath(std::vector<FlowVolume> volumes) {
 } // namespace
 
 struct FlowTriggers::State {
-    State(const AutomationWorld& w, flows::NodesStore& s, NodesRunner& r, Desktop& d,
+    State(const AutomationDependencies& w, flows::NodesStore& s, NodesRunner& r, Desktop& d,
           std::function<std::vector<VolumeFacts>()> v)
-        : world(w), store(s), runner(r), desktop(d), volumesNow(std::move(v)),
-          folders(world, store, [this](const Uuid& flow, const auto& files, const std::string& folder) {
-              return arrived(flow, files, folder);
-          }) {}
+        : dependencies(w), store(s), runner(r), desktop(d), volumesNow(std::move(v)),
+          folders(dependencies, store,
+                  [this](const Uuid& flow, const auto& files, const std::string& folder) {
+                      return arrived(flow, files, folder);
+                  }) {}
 
     void start();
     void refresh();
@@ -69,10 +70,10 @@ struct FlowTriggers::State {
         return !startedBy<On>([](const auto&, const Flow&) { return true; }).empty();
     }
     std::string event(std::string_view key, const std::vector<TextArgument>& arguments = {}) const {
-        return world.texts().text(key, arguments);
+        return dependencies.texts().text(key, arguments);
     }
 
-    const AutomationWorld& world;
+    const AutomationDependencies& dependencies;
     flows::NodesStore& store;
     NodesRunner& runner;
     Desktop& desktop;
@@ -117,10 +118,11 @@ void FlowTriggers::State::start() {
         return;
     watchMounts();
     // What changes the flows may be in the middle of a callback of what is watched, so it is looked at later.
-    observing = store.observe(
-        [this] { refreshing = world.loop.after(std::chrono::milliseconds(0), [this] { refresh(); }); });
+    observing = store.observe([this] {
+        refreshing = dependencies.loop.after(std::chrono::milliseconds(0), [this] { refresh(); });
+    });
     refresh();
-    launching = world.loop.after(std::chrono::milliseconds(0), [this] {
+    launching = dependencies.loop.after(std::chrono::milliseconds(0), [this] {
         fire<flows::OnLaunch>({.trigger = FlowRunTrigger::launch, .event = event("nodes.event.launch")},
                               [](const auto&, const Flow&) { return true; });
     });
@@ -145,8 +147,8 @@ void FlowTriggers::State::tellTroubles() {
 void FlowTriggers::State::watchMounts() {
     try {
         mounts.emplace();
-        watchingMounts = world.loop.watch(mounts->descriptor(), MainLoop::Readiness::exceptional,
-                                          [this] { mountsChanged(); });
+        watchingMounts = dependencies.loop.watch(mounts->descriptor(), MainLoop::Readiness::exceptional,
+                                                 [this] { mountsChanged(); });
     } catch (const SystemError& error) {
         mountTrouble = event("nodes.trouble.mounts", {{"reason", error.what()}});
     }
@@ -208,7 +210,7 @@ void FlowTriggers::State::watchPower() {
         return;
     try {
         onMains = desktop.isOnMains();
-        watchingPower = desktop.watchPower(world.loop, [this] { powerChanged(); });
+        watchingPower = desktop.watchPower(dependencies.loop, [this] { powerChanged(); });
         powerTrouble.reset();
     } catch (const std::runtime_error& error) {
         powerTrouble = event("nodes.trouble.power", {{"reason", error.what()}});
@@ -229,7 +231,7 @@ void FlowTriggers::State::watchIdle() {
         idleTimer.reset();
         idleStarted.clear();
     } else if (!idleTimer) {
-        idleTimer = world.loop.every(idleStep, [this] { checkIdle(); });
+        idleTimer = dependencies.loop.every(idleStep, [this] { checkIdle(); });
     }
 }
 
@@ -267,9 +269,10 @@ bool FlowTriggers::State::arrived(const Uuid& id, const std::vector<std::string>
            !runner.isRunning(id);
 }
 
-FlowTriggers::FlowTriggers(const AutomationWorld& world, flows::NodesStore& store, NodesRunner& runner,
-                           Desktop& desktop, std::function<std::vector<VolumeFacts>()> volumes)
-    : state_(std::make_unique<State>(world, store, runner, desktop, std::move(volumes))) {}
+FlowTriggers::FlowTriggers(const AutomationDependencies& dependencies, flows::NodesStore& store,
+                           NodesRunner& runner, Desktop& desktop,
+                           std::function<std::vector<VolumeFacts>()> volumes)
+    : state_(std::make_unique<State>(dependencies, store, runner, desktop, std::move(volumes))) {}
 
 FlowTriggers::~FlowTriggers() = default;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Features/Flows/work/NodesRunner.h"
 #include "Platform/MountWatcher.h"
 
@@ -21,7 +21,7 @@ namespace vh::automation {
 class FlowTriggers {
 public:
     /// `volumes` tells what is mounted now.
-    FlowTriggers(const AutomationWorld& world, flows::NodesStore& store, NodesRunner& runner,
+    FlowTriggers(const AutomationDependencies& dependencies, flows::NodesStore& store, NodesRunner& runner,
                  Desktop& desktop, std::function<std::vector<VolumeFacts>()> volumes = volumesNow);
     ~FlowTriggers();
 

@@ -38,11 +38,13 @@ namespace automation {
 FlowsService::FlowsService(Automation& automation)
     : automation_(automation),
       store_(std::make_unique<flows::NodesStore>(flows::NodesStore::folderOfUser(), automation.schedules(),
-                                                 automation.world().clock, automation.world().calendar)),
-      executor_(std::make_unique<NodesExecutor>(automation.world(), automation.actions(),
+                                                 automation.dependencies().clock,
+                                                 automation.dependencies().calendar)),
+      executor_(std::make_unique<NodesExecutor>(automation.dependencies(), automation.actions(),
                                                 automation.scripts(), automation.mail(), automation.desktop(),
                                                 outpost_)),
-      runner_(std::make_unique<NodesRunner>(automation.world(), *store_, *executor_, automation.mail())) {
+      runner_(
+          std::make_unique<NodesRunner>(automation.dependencies(), *store_, *executor_, automation.mail())) {
     runner_->setOnFinished([this](const flows::Flow& flow, flows::FlowNodeOutcome outcome,
                                   const std::vector<Uuid>& chain) { ended(flow, outcome, chain); });
     runner_->setOnActivity([this](const NodesRunner::Activity& activity) {
@@ -70,16 +72,16 @@ FlowsService::~FlowsService() {
 
 FlowTriggers& FlowsService::triggers() {
     if (!triggers_) {
-        triggers_ =
-            std::make_unique<FlowTriggers>(automation_.world(), *store_, *runner_, automation_.desktop());
+        triggers_ = std::make_unique<FlowTriggers>(automation_.dependencies(), *store_, *runner_,
+                                                   automation_.desktop());
         triggers_->setOnTroubles([this] { tell(); });
     }
     return *triggers_;
 }
 
 void FlowsService::follow() {
-    news_ =
-        std::make_unique<FolderNews>(automation_.world().loop, store_->folder(), [this] { store_->load(); });
+    news_ = std::make_unique<FolderNews>(automation_.dependencies().loop, store_->folder(),
+                                         [this] { store_->load(); });
 }
 
 void FlowsService::ended(const flows::Flow& flow, flows::FlowNodeOutcome outcome,
@@ -108,7 +110,7 @@ bool FlowsService::takesLink(const std::string& url) const {
 }
 
 std::optional<std::string> FlowsService::openLink(const std::string& url) {
-    const Texts texts = automation_.world().texts();
+    const Texts texts = automation_.dependencies().texts();
     store_->load();
     const auto refusal = runner_->runFromOutside(*flowOfLink(url), texts.text("nodes.event.link"));
     if (!refusal)

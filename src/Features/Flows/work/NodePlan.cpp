@@ -22,7 +22,7 @@ std::string listText(const std::vector<std::string>& items) {
 
 /// What the texts of the "nodes.plan." family say about each kind.
 struct PlanArguments {
-    const AutomationWorld& world;
+    const AutomationDependencies& dependencies;
     const Texts& texts;
     using List = std::vector<TextArgument>;
 
@@ -39,7 +39,8 @@ struct PlanArguments {
         return {{"source", printable(node.source)}, {"destination", printable(node.destination)}};
     }
     List operator()(const CopyNode& node) const {
-        return {{"path", printable(node.path)}, {"folder", printable(pathOf(node.folder, world.folders))}};
+        return {{"path", printable(node.path)},
+                {"folder", printable(pathOf(node.folder, dependencies.folders))}};
     }
     List operator()(const AgentNode& node) const { return {{"prompt", printable(node.prompt)}}; }
     List operator()(const WaitNode& node) const {
@@ -53,9 +54,10 @@ struct PlanArguments {
 
 } // namespace
 
-std::string planText(const AutomationWorld& world, const FlowNodeKind& kind, const Texts& texts) {
+std::string planText(const AutomationDependencies& dependencies, const FlowNodeKind& kind,
+                     const Texts& texts) {
     return texts.text(fmt::format("nodes.plan.{}", caseName(kind)),
-                      std::visit(PlanArguments{world, texts}, kind));
+                      std::visit(PlanArguments{dependencies, texts}, kind));
 }
 
 } // namespace vh::automation

@@ -79,7 +79,7 @@ std::string_view lastLine(std::string_view piece) {
 
 NodeWork::NodeWork(const Parts& parts, const FlowRunContext& run, const flows::FlowStep& step,
                    const CancelToken& cancel)
-    : parts_(parts), run_(run), step_(step), cancel_(cancel), texts_(parts.world.texts()) {}
+    : parts_(parts), run_(run), step_(step), cancel_(cancel), texts_(parts.dependencies.texts()) {}
 
 void NodeWork::report(std::string_view text) const {
     if (run_.report)
@@ -128,7 +128,7 @@ FlowNodeResult NodeWork::doScript(const std::string& name) const {
         return failure({"nodes.fail.script-system", {{"name", printable(name)}}}, texts_);
     ProcessRequest request = ScriptLibrary::requestFor(parts_.scripts.pathOf(name));
     request.environment = environment(request.input);
-    request.folder = parts_.world.folders.home;
+    request.folder = parts_.dependencies.folders.home;
     request.output = ProcessOutput::combined;
     request.endsWithParent = true; // else its flow could run beside it after a kill
     request.maxOutputBytes = keptOutput + 1;
@@ -158,11 +158,11 @@ FlowNodeResult NodeWork::scriptResult(const ProcessResult& result) const {
 }
 
 FlowNodeResult NodeWork::doCopy(const flows::CopyNode& node) const {
-    const std::string folder = pathOf(node.folder, parts_.world.folders);
+    const std::string folder = pathOf(node.folder, parts_.dependencies.folders);
     std::vector<std::string> sources = run_.values.expandList({node.path});
     for (std::string& source : sources)
         if (source == "~" || source.starts_with("~/"))
-            source = parts_.world.folders.home + source.substr(1);
+            source = parts_.dependencies.folders.home + source.substr(1);
     if (sources.empty())
         return failure({"nodes.fail.no-file", {{"path", node.path}}}, texts_);
     for (const std::string& source : sources)
@@ -177,7 +177,7 @@ FlowNodeResult NodeWork::doCopy(const flows::CopyNode& node) const {
 }
 
 FlowNodeResult NodeWork::doEmail(const flows::FlowEmail& email) const {
-    return NodesMail(parts_.world, parts_.mail).send(email, step_, run_.startedAt, cancel_);
+    return NodesMail(parts_.dependencies, parts_.mail).send(email, step_, run_.startedAt, cancel_);
 }
 
 } // namespace vh::automation

@@ -11,7 +11,7 @@ namespace vh::automation {
 class NodeWork {
 public:
     struct Parts {
-        const AutomationWorld& world;
+        const AutomationDependencies& dependencies;
         const ScheduledActions& actions;
         const ScriptLibrary& scripts;
         const mail::MailSender& mail;

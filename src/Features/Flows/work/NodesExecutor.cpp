@@ -52,8 +52,8 @@ public:
         try {
             kind = expanding(step.node.kind, context_.values);
         } catch (const NoValue& missing) {
-            return finish(
-                failure({"nodes.fail.no-value", {{"variable", missing.what()}}}, parts_.world.texts()));
+            return finish(failure({"nodes.fail.no-value", {{"variable", missing.what()}}},
+                                  parts_.dependencies.texts()));
         }
         if (const auto* node = std::get_if<WaitNode>(&kind))
             return wait(node->seconds, cancel, std::move(finish));
@@ -87,7 +87,7 @@ private:
     /// On the main thread, which may be busy or about to end: whoever comes first, it, the stop or the limit, decides.
     void notify(const std::string& title, const std::string& text, const CancelToken& cancel, Done finish) {
         const auto isDecided = std::make_shared<std::atomic_flag>();
-        const std::string failed = parts_.world.texts().text("nodes.notify-failed");
+        const std::string failed = parts_.dependencies.texts().text("nodes.notify-failed");
         waits(cancel).wait(notifyLimitSeconds, [isDecided, finish, failed](NodeWaits::End end) {
             if (isDecided->test_and_set())
                 return;
@@ -96,7 +96,7 @@ private:
             else
                 finish({FlowNodeOutcome::warning, failed});
         });
-        parts_.world.loop.post([isDecided, finish, failed, title, text, &desktop = desktop_] {
+        parts_.dependencies.loop.post([isDecided, finish, failed, title, text, &desktop = desktop_] {
             if (isDecided->test_and_set())
                 return;
             try {
@@ -114,14 +114,14 @@ private:
         if (tool.empty() || isElsewhere(step, kind))
             return result(step, kind, cancel);
         const auto handle =
-            parts_.world.runs.log.begin(tool, Trigger::flow, {{RunDetail::flow, step.flow.name}});
+            parts_.dependencies.runs.log.begin(tool, Trigger::flow, {{RunDetail::flow, step.flow.name}});
         FlowNodeResult done = result(step, kind, cancel);
         const auto* script = std::get_if<ScriptNode>(&kind);
         const double errors = done.outcome == FlowNodeOutcome::failed ? 1 : 0;
         const Messages said =
             script ? Messages{{"run.named", {{"name", printable(script->name)}, {"text", done.sentences}}}}
                    : done.sentences;
-        handle->finish(logOutcome(done.outcome), RunWords(said, parts_.world.texts()),
+        handle->finish(logOutcome(done.outcome), RunWords(said, parts_.dependencies.texts()),
                        {{RunMetric::errors, errors}});
         return done;
     }
@@ -130,9 +130,9 @@ private:
         try {
             return perform(step, kind, cancel);
         } catch (const Cancelled&) {
-            return nodeResult(FlowNodeOutcome::cancelled, {"nodes.stopped", {}}, parts_.world.texts());
+            return nodeResult(FlowNodeOutcome::cancelled, {"nodes.stopped", {}}, parts_.dependencies.texts());
         } catch (const std::exception& error) {
-            return failure(messageOf(error), parts_.world.texts());
+            return failure(messageOf(error), parts_.dependencies.texts());
         }
     }
 
@@ -151,7 +151,7 @@ private:
             return work.doScript(script->name);
         if (std::holds_alternative<CopyNode>(kind) && !isAway)
             return work.doCopy(std::get<CopyNode>(step.node.kind));
-        return outpost_.run(step, kind, parts_.world.texts(), cancel);
+        return outpost_.run(step, kind, parts_.dependencies.texts(), cancel);
     }
 
     const NodeWork::Parts parts_;
@@ -164,10 +164,10 @@ private:
 
 } // namespace
 
-NodesExecutor::NodesExecutor(const AutomationWorld& world, const ScheduledActions& actions,
+NodesExecutor::NodesExecutor(const AutomationDependencies& dependencies, const ScheduledActions& actions,
                              const ScriptLibrary& scripts, const mail::MailSender& mail, Desktop& desktop,
                              FlowOutpost& outpost)
-    : state_(std::make_unique<State>(State{{world, actions, scripts, mail}, desktop, outpost})) {}
+    : state_(std::make_unique<State>(State{{dependencies, actions, scripts, mail}, desktop, outpost})) {}
 
 NodesExecutor::~NodesExecutor() = default;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Features/Flows/FlowExecutor.h"
 #include "Features/Flows/FlowValues.h"
 
@@ -43,8 +43,9 @@ struct FlowRunContext {
 /// Does the work of nodes on this computer. Any thread.
 class NodesExecutor {
 public:
-    NodesExecutor(const AutomationWorld& world, const ScheduledActions& actions, const ScriptLibrary& scripts,
-                  const mail::MailSender& mail, Desktop& desktop, FlowOutpost& outpost);
+    NodesExecutor(const AutomationDependencies& dependencies, const ScheduledActions& actions,
+                  const ScriptLibrary& scripts, const mail::MailSender& mail, Desktop& desktop,
+                  FlowOutpost& outpost);
     ~NodesExecutor();
 
     /// The executor of one run; it must outlive the engine's run.
@@ -58,6 +59,7 @@ private:
 };
 
 /// What a node would do, in a line for people; `kind` has the values that are known.
-std::string planText(const AutomationWorld& world, const flows::FlowNodeKind& kind, const Texts& texts);
+std::string planText(const AutomationDependencies& dependencies, const flows::FlowNodeKind& kind,
+                     const Texts& texts);
 
 } // namespace vh::automation

@@ -28,7 +28,7 @@ std::vector<flows::FlowInput> worksBefore(const flows::FlowStep& step) {
 
 flows::FlowNodeResult NodesMail::send(const flows::FlowEmail& email, const flows::FlowStep& step,
                                       Date runStartedAt, const CancelToken& cancel) const {
-    const Texts texts = world_.texts();
+    const Texts texts = dependencies_.texts();
     if (!sender_.isReady())
         return failure({"nodes.fail.no-mail", {}}, texts);
     mail::MailMessage message{email.recipients, email.subject, email.body, {}};
@@ -44,9 +44,10 @@ flows::FlowNodeResult NodesMail::send(const flows::FlowEmail& email, const flows
     if (email.attachLog) {
         // Records have whole seconds.
         const Date since = std::chrono::floor<std::chrono::seconds>(runStartedAt);
-        const ActivityExport table{texts, std::string(code(texts.language())), world_.calendar};
-        message.attachments.push_back({attachmentName(step.flow.name, world_.clock(), world_.calendar),
-                                       "text/csv", table.csv(world_.runs.log.since(since))});
+        const ActivityExport table{texts, std::string(code(texts.language())), dependencies_.calendar};
+        message.attachments.push_back(
+            {attachmentName(step.flow.name, dependencies_.clock(), dependencies_.calendar), "text/csv",
+             table.csv(dependencies_.runs.log.since(since))});
     }
     return resultOf(sender_.send(message, Trigger::flow, cancel, {{RunDetail::flow, step.flow.name}}));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Features/Flows/FlowExecutor.h"
 
 #include <string>
@@ -16,14 +16,14 @@ namespace vh::automation {
 /// table beside it, where it is asked for. Blocks; any thread.
 class NodesMail {
 public:
-    NodesMail(const AutomationWorld& world, const mail::MailSender& sender)
-        : world_(world), sender_(sender) {}
+    NodesMail(const AutomationDependencies& dependencies, const mail::MailSender& sender)
+        : dependencies_(dependencies), sender_(sender) {}
 
     flows::FlowNodeResult send(const flows::FlowEmail& email, const flows::FlowStep& step, Date runStartedAt,
                                const CancelToken& cancel) const;
 
 private:
-    const AutomationWorld& world_;
+    const AutomationDependencies& dependencies_;
     const mail::MailSender& sender_;
 };
 

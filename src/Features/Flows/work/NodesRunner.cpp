@@ -16,9 +16,9 @@ namespace vh::automation {
 
 using namespace flows;
 
-NodesRunner::NodesRunner(const AutomationWorld& world, NodesStore& store, NodesExecutor& executor,
-                         const mail::MailSender& mail)
-    : state_(std::make_unique<State>(world, store, executor, mail)) {}
+NodesRunner::NodesRunner(const AutomationDependencies& dependencies, NodesStore& store,
+                         NodesExecutor& executor, const mail::MailSender& mail)
+    : state_(std::make_unique<State>(dependencies, store, executor, mail)) {}
 
 NodesRunner::~NodesRunner() {
     stopAll();
@@ -48,7 +48,7 @@ bool NodesRunner::start(const Flow& flow, const FlowStart& how, Done done) {
 
 /// Nothing when another process was quicker, or when there is nothing to resume.
 std::shared_ptr<NodesRunner::Run> NodesRunner::makeRun(const Flow& flow, const FlowStart& how, Done done) {
-    const AutomationWorld& world = state_->world;
+    const AutomationDependencies& dependencies = state_->dependencies;
     std::optional<FlowRun> resumed;
     if (how.resume) {
         resumed = state_->store.run(flow.id, *how.resume);
@@ -61,7 +61,7 @@ std::shared_ptr<NodesRunner::Run> NodesRunner::makeRun(const Flow& flow, const F
     auto run = std::make_shared<Run>(flow, how, std::move(lock), std::move(done));
     run->run.id = Uuid::random();
     run->run.flowID = flow.id;
-    run->run.startedAt = world.clock();
+    run->run.startedAt = dependencies.clock();
     run->run.trigger = how.trigger;
     run->run.event = how.event;
     run->run.values = state_->valuesFor(how, resumed, run->run.startedAt);
@@ -71,10 +71,10 @@ std::shared_ptr<NodesRunner::Run> NodesRunner::makeRun(const Flow& flow, const F
     }
     run->words.emplace(
         Messages{{"nodes.run-summary", {{"name", printable(flow.name)}, {"count", flow.nodes.size()}}}},
-        world.texts());
-    run->handle =
-        world.runs.log.begin("nodes", logTrigger(how.trigger),
-                             {{RunDetail::flow, flow.name}, {RunDetail::event, how.event.value_or("")}});
+        dependencies.texts());
+    run->handle = dependencies.runs.log.begin(
+        "nodes", logTrigger(how.trigger),
+        {{RunDetail::flow, flow.name}, {RunDetail::event, how.event.value_or("")}});
     return run;
 }
 
@@ -102,7 +102,7 @@ void NodesRunner::begin(const std::shared_ptr<Run>& run) {
          }});
     tell(*run, true);
     state_->worker->run(
-        [run, addNews, &store = state_->store, clock = state_->world.clock] {
+        [run, addNews, &store = state_->store, clock = state_->dependencies.clock] {
             const auto update = [&](const Uuid& node, const FlowNodeState& state) {
                 try {
                     if (const auto* result = std::get_if<FlowNodeResult>(&state))
@@ -193,7 +193,7 @@ void NodesRunner::stopAll() {
 }
 
 void NodesRunner::recordInterrupted() {
-    const AutomationWorld& world = state_->world;
+    const AutomationDependencies& dependencies = state_->dependencies;
     for (const FlowRun& run : state_->store.takeInterrupted()) {
         const Flow* flow = state_->store.anyFlow(run.flowID);
         const std::string name = flow ? flow->name : run.flowID.text();
@@ -203,14 +203,14 @@ void NodesRunner::recordInterrupted() {
         record.startedAt = run.startedAt;
         record.outcome = Outcome::failed;
         record.trigger = logTrigger(run.trigger);
-        RunWords words({{"nodes.interrupted", {{"name", printable(name)}}}}, world.texts());
+        RunWords words({{"nodes.interrupted", {{"name", printable(name)}}}}, dependencies.texts());
         record.summary = std::move(words.summary);
         record.facts = std::move(words.facts);
         record.computer = RunLog::thisComputer();
         record.details = rawDetails({{RunDetail::flow, name}, {RunDetail::event, run.event.value_or("")}});
         for (const auto& [node, result] : run.results)
             record.duration += result.seconds;
-        world.runs.log.record(record);
+        dependencies.runs.log.record(record);
     }
 }
 
@@ -234,7 +234,7 @@ std::vector<FlowProblem> NodesRunner::blockers(const Flow& flow) const {
 
 std::optional<std::string> NodesRunner::refusal(const Flow& flow) const {
     const auto message = refusalMessage(flow);
-    return message ? std::optional(worded(*message, state_->world.texts())) : std::nullopt;
+    return message ? std::optional(worded(*message, state_->dependencies.texts())) : std::nullopt;
 }
 
 std::optional<Message> NodesRunner::refusalMessage(const Flow& flow) const {
@@ -245,7 +245,7 @@ std::optional<Message> NodesRunner::refusalMessage(const Flow& flow) const {
         return messageOf(error);
     }
     if (const auto found = blockers(flow); !found.empty())
-        return Message::literal(problemsText(flow, found, state_->world.texts()));
+        return Message::literal(problemsText(flow, found, state_->dependencies.texts()));
     return std::nullopt;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Core/RunRecord.h"
 #include "Core/ScheduledTask.h"
 #include "Features/Flows/FlowEngine.h"
@@ -53,7 +53,7 @@ class NodesRunner {
 public:
     using Done = std::function<void(const FlowRunEnd&)>;
 
-    NodesRunner(const AutomationWorld& world, flows::NodesStore& store, NodesExecutor& executor,
+    NodesRunner(const AutomationDependencies& dependencies, flows::NodesStore& store, NodesExecutor& executor,
                 const mail::MailSender& mail);
     /// Stops what runs and waits for it.
     ~NodesRunner();

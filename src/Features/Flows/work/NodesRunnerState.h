@@ -8,10 +8,10 @@
 namespace vh::automation {
 
 struct NodesRunner::State {
-    State(const AutomationWorld& w, flows::NodesStore& s, NodesExecutor& e, const mail::MailSender& m)
-        : world(w), store(s), executor(e), mail(m), worker(std::make_unique<Worker>(w.loop)) {}
+    State(const AutomationDependencies& w, flows::NodesStore& s, NodesExecutor& e, const mail::MailSender& m)
+        : dependencies(w), store(s), executor(e), mail(m), worker(std::make_unique<Worker>(w.loop)) {}
 
-    const AutomationWorld& world;
+    const AutomationDependencies& dependencies;
     flows::NodesStore& store;
     NodesExecutor& executor;
     const mail::MailSender& mail;
@@ -30,7 +30,7 @@ struct NodesRunner::State {
         flows::FlowValues values = resumed && resumed->values ? *resumed->values : how.values;
         if (!resumed || !resumed->values) {
             values.date = startedAt;
-            values.timeZone = world.calendar.zone();
+            values.timeZone = dependencies.calendar.zone();
         }
         return values;
     }

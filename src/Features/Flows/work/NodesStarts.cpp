@@ -57,7 +57,7 @@ FlowValues withTokens(FlowValues values, Language language) {
 } // namespace
 
 std::optional<std::string> NodesRunner::runFromOutside(const Uuid& id, const std::string& event) {
-    const Texts texts = state_->world.texts();
+    const Texts texts = state_->dependencies.texts();
     state_->store.load();
     const Flow* found = state_->store.anyFlow(id);
     if (!found)
@@ -95,8 +95,8 @@ void NodesRunner::decide(Request& request, const ScheduledTask& task) {
 }
 
 RunRecord NodesRunner::refused(const ScheduledTask& task, Outcome outcome, const Message& why) const {
-    return state_->world.runs.log.begin("nodes", Trigger::scheduled, {{RunDetail::flow, task.title}})
-        ->finish(outcome, RunWords({why}, state_->world.texts()));
+    return state_->dependencies.runs.log.begin("nodes", Trigger::scheduled, {{RunDetail::flow, task.title}})
+        ->finish(outcome, RunWords({why}, state_->dependencies.texts()));
 }
 
 RunRecord NodesRunner::runScheduled(const ScheduledTask& task, const CancelToken& cancel) {
@@ -126,13 +126,14 @@ RunRecord NodesRunner::runScheduled(const ScheduledTask& task, const CancelToken
 }
 
 std::vector<FlowPlanLine> NodesRunner::plan(const Flow& flow, const FlowStart& how) const {
-    const AutomationWorld& world = state_->world;
-    const Texts texts = world.texts();
+    const AutomationDependencies& dependencies = state_->dependencies;
+    const Texts texts = dependencies.texts();
     std::optional<FlowRun> resumed;
     if (how.resume)
         resumed = state_->store.run(flow.id, *how.resume);
     const FlowResults kept = resumed ? resultsToKeep(flow, resumed->results) : FlowResults();
-    const FlowValues values = withTokens(state_->valuesFor(how, resumed, world.clock()), texts.language());
+    const FlowValues values =
+        withTokens(state_->valuesFor(how, resumed, dependencies.clock()), texts.language());
     const EngineGraph graph(flow);
     std::vector<bool> isReached(flow.nodes.size());
     std::vector<FlowPlanLine> lines;
@@ -143,7 +144,7 @@ std::vector<FlowPlanLine> NodesRunner::plan(const Flow& flow, const FlowStart& h
             isReached[at] = isReached[at] || isReached[input.from];
         if (isReached[at] && !kept.contains(node.id))
             lines.push_back(
-                {node.id, titleOf(node, texts), planText(world, expanding(node.kind, values), texts)});
+                {node.id, titleOf(node, texts), planText(dependencies, expanding(node.kind, values), texts)});
     }
     return lines;
 }

@@ -5,7 +5,7 @@
 namespace vh::automation {
 
 FollowUpsService::FollowUpsService(Automation& automation)
-    : followUps_(automation.world(), automation.mail()) {}
+    : followUps_(automation.dependencies(), automation.mail()) {}
 
 } // namespace vh::automation
 

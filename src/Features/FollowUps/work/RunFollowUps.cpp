@@ -33,18 +33,18 @@ std::string keyOf(std::string_view toolID) {
 } // namespace
 
 struct RunFollowUps::State : std::enable_shared_from_this<RunFollowUps::State> {
-    State(const AutomationWorld& w, const mail::MailSender& m) : world(w), mail(m) {}
+    State(const AutomationDependencies& w, const mail::MailSender& m) : dependencies(w), mail(m) {}
 
     FollowUpWishes wishes(const std::string& toolID) const {
-        return world.defaults.get<FollowUpWishes>(keyOf(toolID)).value_or(FollowUpWishes());
+        return dependencies.defaults.get<FollowUpWishes>(keyOf(toolID)).value_or(FollowUpWishes());
     }
     void work();
     void follow(const RunRecord& record);
     mail::MailAttachment report(const RunRecord& record, ReportFormat format) const;
     void waitForFileList(const Uuid& run) const;
-    std::string folder() const { return world.folders.data + "/Varnholt/Reports"; }
+    std::string folder() const { return dependencies.folders.data + "/Varnholt/Reports"; }
 
-    const AutomationWorld& world;
+    const AutomationDependencies& dependencies;
     const mail::MailSender& mail;
     CancelToken cancel;
 
@@ -77,7 +77,7 @@ void RunFollowUps::State::work() {
         isBusy = true;
         guard.unlock();
         follow(record);
-        world.loop.post([weak = weak_from_this()] {
+        dependencies.loop.post([weak = weak_from_this()] {
             if (const auto alive = weak.lock())
                 alive->changed();
         });
@@ -89,7 +89,7 @@ void RunFollowUps::State::work() {
 
 void RunFollowUps::State::follow(const RunRecord& record) {
     const FollowUpWishes wanted = wishes(record.toolID);
-    const Texts texts = world.texts();
+    const Texts texts = dependencies.texts();
     mail::MailMessage message{
         .recipients = wanted.recipients,
         .subject = texts.text("follow-ups.subject",
@@ -97,7 +97,7 @@ void RunFollowUps::State::follow(const RunRecord& record) {
                                {"outcome", texts.text(fmt::format("outcome.{}", rawValue(record.outcome)))}}),
         .body = texts.text("follow-ups.body", {{"summary", record.summary},
                                                {"computer", record.computer.value_or("")},
-                                               {"date", timestamp(record.startedAt, world.calendar)}}),
+                                               {"date", timestamp(record.startedAt, dependencies.calendar)}}),
         .attachments = {}};
     try {
         if (wanted.report)
@@ -113,8 +113,8 @@ void RunFollowUps::State::follow(const RunRecord& record) {
 /// Makes the report, keeps it and gives it.
 mail::MailAttachment RunFollowUps::State::report(const RunRecord& record, ReportFormat format) const {
     waitForFileList(record.id);
-    RunReportFile report =
-        reportFileOf(record, world.runs.files.rows(record.id), format, world.texts(), world.calendar);
+    RunReportFile report = reportFileOf(record, dependencies.runs.files.rows(record.id), format,
+                                        dependencies.texts(), dependencies.calendar);
     makeFolders(folder());
     writeFileAtomically(folder() + "/" + report.name, report.bytes);
     return {std::move(report.name), std::move(report.type), std::move(report.bytes)};
@@ -123,13 +123,13 @@ mail::MailAttachment RunFollowUps::State::report(const RunRecord& record, Report
 /// The list is saved after the record, which is what brought us here.
 void RunFollowUps::State::waitForFileList(const Uuid& run) const {
     const auto limit = std::chrono::steady_clock::now() + 5s;
-    while (world.runs.journals.isOpen(run) && std::chrono::steady_clock::now() < limit &&
+    while (dependencies.runs.journals.isOpen(run) && std::chrono::steady_clock::now() < limit &&
            !cancel.isCancelled())
         std::this_thread::sleep_for(10ms);
 }
 
-RunFollowUps::RunFollowUps(const AutomationWorld& world, const mail::MailSender& mail)
-    : state_(std::make_shared<State>(world, mail)) {}
+RunFollowUps::RunFollowUps(const AutomationDependencies& dependencies, const mail::MailSender& mail)
+    : state_(std::make_shared<State>(dependencies, mail)) {}
 
 RunFollowUps::~RunFollowUps() {
     {
@@ -146,7 +146,7 @@ FollowUpWishes RunFollowUps::wishes(const std::string& toolID) const {
 }
 
 void RunFollowUps::setWishes(const std::string& toolID, const FollowUpWishes& wishes) {
-    UserDefaults& defaults = state_->world.defaults;
+    UserDefaults& defaults = state_->dependencies.defaults;
     if (wishes.isEmpty())
         defaults.remove(keyOf(toolID));
     else
@@ -162,7 +162,7 @@ void RunFollowUps::setWishes(const std::string& toolID, const FollowUpWishes& wi
 }
 
 std::vector<std::string> RunFollowUps::knownAddresses() const {
-    return state_->world.defaults.get<std::vector<std::string>>(addressesKey)
+    return state_->dependencies.defaults.get<std::vector<std::string>>(addressesKey)
         .value_or(std::vector<std::string>());
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Automation/RunReportFile.h"
 #include "Core/Describe.h"
 
@@ -29,7 +29,7 @@ struct FollowUpWishes {
 /// are remembered under "follow-ups.addresses". Main thread, but for take.
 class RunFollowUps {
 public:
-    RunFollowUps(const AutomationWorld& world, const mail::MailSender& mail);
+    RunFollowUps(const AutomationDependencies& dependencies, const mail::MailSender& mail);
     ~RunFollowUps();
 
     FollowUpWishes wishes(const std::string& toolID) const;

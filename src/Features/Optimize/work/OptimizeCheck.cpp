@@ -22,7 +22,7 @@ std::chrono::milliseconds until(std::chrono::steady_clock::time_point deadline) 
 } // namespace
 
 OptimizeCheck::OptimizeCheck(const OptimizeParts& parts, const JobControl& control)
-    : parts_(parts), control_(control), texts_(parts.world.texts()),
+    : parts_(parts), control_(control), texts_(parts.dependencies.texts()),
       deadline_(std::chrono::steady_clock::now() + parts.limits.check) {}
 
 std::vector<OptimizeCheck::Check> OptimizeCheck::run(const std::vector<OptimizeProfile::Step>& steps) {
@@ -51,32 +51,32 @@ void OptimizeCheck::look(const OptimizeProfile::Step& step) {
 }
 
 void OptimizeCheck::lookAtTasks(const OptimizeProfile::Step& step) {
-    const helper::MaintenanceWork work = parts_.world.maintenance();
+    const helper::MaintenanceWork work = parts_.dependencies.maintenance();
     for (const MaintenanceTask task : tasksOf(step.payload.at("tasks"))) {
         Check check = line(step.action, taskDetail(task, work.system(), texts_));
         check.title = taskTitle(task, work.system(), texts_);
         if (work.lacksOnlyHelper(task))
             check.detail = texts_.text("optimize.check.root-skipped");
-        else if (const std::string hindrance = work.hindrance(task, texts_); !hindrance.empty())
-            check.detail = hindrance;
+        else if (const std::string blocker = work.blocker(task, texts_); !blocker.empty())
+            check.detail = blocker;
         checks_.push_back(std::move(check));
     }
 }
 
 OptimizeCheck::Check OptimizeCheck::lookAtItems(ScheduledAction action) {
     const auto found = std::make_shared<Found>();
-    const auto end =
-        parts_.work.run({until(deadline_), [this] { return control_.cancel.isCancelled(); },
-                         [this](double fraction, std::string_view what) {
-                             control_.report(fraction, what);
-                         }},
-                        [found, module = parts_.world.module(rawValue(action))](const JobControl& control) {
-                            try {
-                                found->report = module->scan(control).settled();
-                            } catch (const std::exception& error) {
-                                found->error = error.what();
-                            }
-                        });
+    const auto end = parts_.work.run(
+        {until(deadline_), [this] { return control_.cancel.isCancelled(); },
+         [this](double fraction, std::string_view what) {
+             control_.report(fraction, what);
+         }},
+        [found, module = parts_.dependencies.module(rawValue(action))](const JobControl& control) {
+            try {
+                found->report = module->scan(control).settled();
+            } catch (const std::exception& error) {
+                found->error = error.what();
+            }
+        });
     if (end != LimitedWork::End::over)
         return failure(action, texts_.text("optimize.step.timed-out"));
     if (found->error)

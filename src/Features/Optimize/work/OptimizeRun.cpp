@@ -37,9 +37,9 @@ bool isCleaner(ScheduledAction action) {
 
 OptimizeRun::OptimizeRun(const OptimizeParts& parts, Trigger trigger, const RunDetails& details,
                          const JobControl& control)
-    : parts_(parts), details_(details), control_(control), texts_(parts.world.texts()),
-      journal_(parts.world.runs.journals.open(parts.world.runs.log.begin(toolID, trigger, details),
-                                              toolName(texts_, toolID))),
+    : parts_(parts), details_(details), control_(control), texts_(parts.dependencies.texts()),
+      journal_(parts.dependencies.runs.journals.open(
+          parts.dependencies.runs.log.begin(toolID, trigger, details), toolName(texts_, toolID))),
       steps_(parts.board.steps()) {}
 
 RunRecord OptimizeRun::run() {
@@ -67,7 +67,7 @@ void OptimizeRun::doAll() {
 
 void OptimizeRun::doStep(Step& step) {
     step.state = StepState::running;
-    step.startedAt = parts_.world.clock();
+    step.startedAt = parts_.dependencies.clock();
     parts_.board.setStep(step);
     report(step, 0, texts_.text("home.optimize-starting"));
     const auto start = std::chrono::steady_clock::now();
@@ -81,7 +81,7 @@ void OptimizeRun::doStep(Step& step) {
 void OptimizeRun::leaveOutRootTasks(Step& step) {
     std::vector<MaintenanceTask> left;
     Messages titles;
-    const helper::MaintenanceWork work = parts_.world.maintenance();
+    const helper::MaintenanceWork work = parts_.dependencies.maintenance();
     for (const MaintenanceTask task : tasksOf(step.payload.at("tasks")))
         if (work.lacksOnlyHelper(task))
             titles.push_back(helper::titleMessage(task, work.system()));

@@ -13,7 +13,7 @@ namespace vh::automation {
 
 /// What the one-button run works with.
 struct OptimizeParts {
-    const AutomationWorld& world;
+    const AutomationDependencies& dependencies;
     const ScheduledActions& actions;
     const OptimizeRunner::Limits& limits;
     OptimizeBoard& board;

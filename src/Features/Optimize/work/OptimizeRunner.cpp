@@ -10,14 +10,14 @@
 namespace vh::automation {
 
 struct OptimizeRunner::State {
-    const AutomationWorld& world;
+    const AutomationDependencies& dependencies;
     const ScheduledActions& actions;
     const Limits limits;
-    const std::shared_ptr<OptimizeBoard> board = std::make_shared<OptimizeBoard>(world.loop);
+    const std::shared_ptr<OptimizeBoard> board = std::make_shared<OptimizeBoard>(dependencies.loop);
     LimitedWork work{limits.grace}; ///< goes first, for its end uses the others
 
-    RunLog& log() const { return world.runs.log; }
-    OptimizeParts parts() { return {world, actions, limits, *board, work}; }
+    RunLog& log() const { return dependencies.runs.log; }
+    OptimizeParts parts() { return {dependencies, actions, limits, *board, work}; }
 };
 
 namespace {
@@ -37,17 +37,17 @@ std::shared_ptr<void> takeTurn(const Folders& folders) {
 
 } // namespace
 
-OptimizeRunner::OptimizeRunner(const AutomationWorld& world, const ScheduledActions& actions,
+OptimizeRunner::OptimizeRunner(const AutomationDependencies& dependencies, const ScheduledActions& actions,
                                const Limits& limits)
-    : state_(new State{world, actions, limits}) {}
+    : state_(new State{dependencies, actions, limits}) {}
 
 OptimizeRunner::~OptimizeRunner() = default;
 
 RunRecord OptimizeRunner::run(const OptimizeProfile& profile, Trigger trigger, const JobControl& control,
                               const RunDetails& details) {
-    const Texts texts = state_->world.texts();
-    const auto turn = takeTurn(state_->world.folders);
-    if (!turn || !state_->board->beginRun(profile.steps(), state_->world.clock(),
+    const Texts texts = state_->dependencies.texts();
+    const auto turn = takeTurn(state_->dependencies.folders);
+    if (!turn || !state_->board->beginRun(profile.steps(), state_->dependencies.clock(),
                                           texts.text("home.optimize-starting")))
         return state_->log()
             .beginPart(OptimizeRun::toolID, trigger, details)
@@ -63,7 +63,7 @@ std::vector<OptimizeRunner::Check> OptimizeRunner::check(const OptimizeProfile& 
     if (!board.beginCheck())
         return snapshot().checks;
     auto checks = OptimizeCheck(state_->parts(), control).run(profile.steps());
-    board.endCheck(checks, state_->world.clock());
+    board.endCheck(checks, state_->dependencies.clock());
     return checks;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Core/JobControl.h"
 #include "Core/RunRecord.h"
 #include "Core/Uuid.h"
@@ -61,9 +61,10 @@ public:
         std::chrono::milliseconds grace = std::chrono::seconds(5);  ///< for what was asked to stop
     };
 
-    OptimizeRunner(const AutomationWorld& world, const ScheduledActions& actions, const Limits& limits);
-    OptimizeRunner(const AutomationWorld& world, const ScheduledActions& actions)
-        : OptimizeRunner(world, actions, Limits()) {}
+    OptimizeRunner(const AutomationDependencies& dependencies, const ScheduledActions& actions,
+                   const Limits& limits);
+    OptimizeRunner(const AutomationDependencies& dependencies, const ScheduledActions& actions)
+        : OptimizeRunner(dependencies, actions, Limits()) {}
     /// Waits for what was left to end.
     ~OptimizeRunner();
     OptimizeRunner(const OptimizeRunner&) = delete;

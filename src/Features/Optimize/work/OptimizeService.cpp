@@ -9,11 +9,11 @@
 namespace vh::automation {
 
 OptimizeService::OptimizeService(Automation& automation)
-    : world_(automation.world()), runner_(world_, automation.actions()),
+    : dependencies_(automation.dependencies()), runner_(dependencies_, automation.actions()),
       observing_(runner_.observe([this] { tell(); })) {
     automation.actions().provide(rawValue(ScheduledAction::optimize),
                                  [this](const ActionRequest& request, const JobControl& control) {
-                                     return runner_.run(OptimizeProfile::load(world_.defaults),
+                                     return runner_.run(OptimizeProfile::load(dependencies_.defaults),
                                                         request.trigger, control, detailsOf(request));
                                  });
 }
@@ -22,7 +22,8 @@ std::vector<RunningWork> OptimizeService::running() const {
     const OptimizeRunner::Snapshot state = runner_.snapshot();
     if (!state.isRunning)
         return {};
-    RunningWork work{.key = key, .title = titleOf(ScheduledAction::optimize, world_.texts()), .toolID = key};
+    RunningWork work{
+        .key = key, .title = titleOf(ScheduledAction::optimize, dependencies_.texts()), .toolID = key};
     const auto ended = std::ranges::count_if(state.steps, [](const OptimizeRunner::Step& step) {
         return step.state != OptimizeRunner::StepState::pending &&
                step.state != OptimizeRunner::StepState::running;

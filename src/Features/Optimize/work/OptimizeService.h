@@ -22,7 +22,7 @@ public:
     std::vector<RunningWork> running() const override;
 
 private:
-    const AutomationWorld& world_;
+    const AutomationDependencies& dependencies_;
     OptimizeRunner runner_;
     std::shared_ptr<void> observing_;
 };

@@ -30,13 +30,13 @@ std::optional<Uuid> idOf(const QString& text) {
 } // namespace
 
 SchedulesViewModel::SchedulesViewModel(AppContext& context, AutomationLife& life)
-    : context_(context), life_(life), rows_(ScheduleRow::roles()), door_(this) {
+    : context_(context), life_(life), rows_(ScheduleRow::roles()), dispatcher_(this) {
     connect(&context_.texts(), &AppTexts::changed, this, &SchedulesViewModel::languageChanged);
     connect(&context_.texts(), &AppTexts::changed, this, &SchedulesViewModel::leadChanged);
     connect(&context_.texts(), &AppTexts::changed, this, &SchedulesViewModel::refresh);
     connect(&life_, &AutomationLife::changed, this, &SchedulesViewModel::leadChanged);
     observingScheduler_ = scheduler().observe([this] { refresh(); });
-    observingStore_ = store().observe([this, way = door_.way()] { way([this] { refresh(); }); });
+    observingStore_ = store().observe([this, post = dispatcher_.post()] { post([this] { refresh(); }); });
     timer_.setInterval(lookInterval);
     connect(&timer_, &QTimer::timeout, this, &SchedulesViewModel::refresh);
     timer_.start();

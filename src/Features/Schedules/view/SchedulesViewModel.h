@@ -2,7 +2,7 @@
 
 #include "Core/ScheduledTask.h"
 #include "Features/Schedules/view/ScheduleRow.h"
-#include "app/MainThreadDoor.h"
+#include "app/MainThreadDispatcher.h"
 
 #include <QObject>
 #include <QTimer>
@@ -87,7 +87,7 @@ private:
     QString selectedId_;
     std::optional<ScheduledTask> removed_;
     QTimer timer_;
-    MainThreadDoor door_;
+    MainThreadDispatcher dispatcher_;
     std::shared_ptr<void> observingStore_;
     std::shared_ptr<void> observingScheduler_;
 };

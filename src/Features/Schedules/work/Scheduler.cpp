@@ -45,8 +45,8 @@ struct Scheduler::State {
     void finished(const std::string& title, const RunRecord& record);
     void watch();
     void publish();
-    Date now() const { return owner.world_.clock(); }
-    Texts texts() const { return owner.world_.texts(); }
+    Date now() const { return owner.dependencies_.clock(); }
+    Texts texts() const { return owner.dependencies_.texts(); }
 
     Scheduler& owner;
     CancelToken cancel;
@@ -58,9 +58,10 @@ struct Scheduler::State {
     std::shared_ptr<void> storeToken;
 };
 
-Scheduler::Scheduler(const AutomationWorld& world, ScheduleStore& store, const ScheduledActions& actions)
-    : world_(world), store_(store), actions_(actions), tasks_(store.tasks()),
-      state_(std::make_unique<State>(*this, world.loop)) {
+Scheduler::Scheduler(const AutomationDependencies& dependencies, ScheduleStore& store,
+                     const ScheduledActions& actions)
+    : dependencies_(dependencies), store_(store), actions_(actions), tasks_(store.tasks()),
+      state_(std::make_unique<State>(*this, dependencies.loop)) {
     state_->storeToken =
         store_.observe([state = state_.get()] { state->worker.post([state] { state->publish(); }); });
 }
@@ -77,7 +78,7 @@ void Scheduler::start() {
     s.takeTurn(); // settles what a killed process left
     s.skipMissed(s.now());
     s.publish();
-    s.timer = world_.loop.every(tickPeriod, [&s] { s.tick(); });
+    s.timer = dependencies_.loop.every(tickPeriod, [&s] { s.tick(); });
     s.worker.post([&s] { s.tick(); });
 }
 
@@ -124,11 +125,11 @@ std::shared_ptr<TaskTurn> Scheduler::State::takeTurn() {
 
 /// A task whose process was killed has failed, unless its run is in the log.
 void Scheduler::State::settle(const TaskClaim& claim) {
-    RunLog& log = owner.world_.runs.log;
+    RunLog& log = owner.dependencies_.runs.log;
     const auto interrupted = [&](const std::string& title) {
         return RunWords({{"run.interrupted", {{"title", title}}}}, texts());
     };
-    owner.world_.runs.journals.recoverInterrupted(interrupted); // what had been done is told there
+    owner.dependencies_.runs.journals.recoverInterrupted(interrupted); // what had been done is told there
     std::optional<Outcome> left;
     for (const RunRecord& record : log.since(std::chrono::floor<std::chrono::seconds>(claim.startedAt)))
         if (record.toolID == claim.toolID && record.trigger == claim.trigger)
@@ -149,7 +150,7 @@ void Scheduler::State::settle(const TaskClaim& claim) {
         task.lastRun = claim.startedAt;
         task.lastOutcome = left.value_or(Outcome::failed);
         if (claim.due && task.nextRun && *task.nextRun <= now())
-            task.nextRun = nextRun(task.schedule, now(), owner.world_.calendar);
+            task.nextRun = nextRun(task.schedule, now(), owner.dependencies_.calendar);
     });
 }
 
@@ -163,7 +164,7 @@ void Scheduler::State::skipMissed(Date now) {
 
 /// After the clock was set back a task would wait for a time that is far away.
 void Scheduler::State::mendFuture(Date now) {
-    const LocalCalendar& calendar = owner.world_.calendar;
+    const LocalCalendar& calendar = owner.dependencies_.calendar;
     for (const ScheduledTask& each : owner.store_.tasks())
         if (each.isEnabled && each.nextRun && *each.nextRun > nextRun(each.schedule, now, calendar))
             owner.store_.markRun(each.id, now, std::nullopt);
@@ -215,10 +216,11 @@ void Scheduler::State::finished(const std::string& title, const RunRecord& recor
 /// Notices what other processes do to the tasks.
 void Scheduler::State::watch() {
     if (!news)
-        news.emplace(owner.world_.loop, std::filesystem::path(owner.store_.fileURL()).parent_path(), [this] {
-            if (owner.store_.tasks() != owner.tasks_)
-                publish();
-        });
+        news.emplace(owner.dependencies_.loop, std::filesystem::path(owner.store_.fileURL()).parent_path(),
+                     [this] {
+                         if (owner.store_.tasks() != owner.tasks_)
+                             publish();
+                     });
 }
 
 void Scheduler::State::publish() {
@@ -243,7 +245,7 @@ void Scheduler::setEnabled(const Uuid& id, bool value) {
     store_.change(id, [&](ScheduledTask& task) {
         task.isEnabled = value;
         if (value)
-            task.nextRun = nextRun(task.schedule, world_.clock(), world_.calendar);
+            task.nextRun = nextRun(task.schedule, dependencies_.clock(), dependencies_.calendar);
     });
     state_->publish();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Automation/Worker.h"
 #include "Core/ScheduleStore.h"
 #include "Platform/MainLoop.h"
@@ -18,7 +18,8 @@ class ScheduledActions;
 /// Runs the tasks of the store when their time has come, one at a time among all processes. Main thread.
 class Scheduler {
 public:
-    Scheduler(const AutomationWorld& world, ScheduleStore& store, const ScheduledActions& actions);
+    Scheduler(const AutomationDependencies& dependencies, ScheduleStore& store,
+              const ScheduledActions& actions);
     ~Scheduler();
 
     /// Skips what was missed, looks at once and every 30 seconds from then on. A task that was killed half-way is
@@ -52,7 +53,7 @@ public:
 
 private:
     struct State;
-    const AutomationWorld& world_;
+    const AutomationDependencies& dependencies_;
     ScheduleStore& store_;
     const ScheduledActions& actions_;
     std::vector<ScheduledTask> tasks_;

@@ -7,8 +7,8 @@ namespace vh::automation {
 
 Scheduler& SchedulesService::scheduler() {
     if (!scheduler_) {
-        scheduler_ =
-            std::make_unique<Scheduler>(automation_.world(), automation_.schedules(), automation_.actions());
+        scheduler_ = std::make_unique<Scheduler>(automation_.dependencies(), automation_.schedules(),
+                                                 automation_.actions());
         observing_ = scheduler_->observe([this] { look(); });
     }
     return *scheduler_;

@@ -28,7 +28,7 @@ Item {
         anchors.right: buttons.left
         anchors.rightMargin: Theme.space16
         anchors.verticalCenter: parent.verticalCenter
-        text: foot.copying.canRun ? [foot.copying.planText, foot.copying.largestText].filter(text => text !== "").join(" · ") : foot.copying.hindrance
+        text: foot.copying.canRun ? [foot.copying.planText, foot.copying.largestText].filter(text => text !== "").join(" · ") : foot.copying.blocker
         color: foot.copying.canRun ? Theme.text : Theme.second
         wrapMode: Text.Wrap
     }

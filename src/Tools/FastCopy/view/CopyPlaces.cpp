@@ -42,7 +42,7 @@ void CopyPlaces::look(const std::vector<std::string>& paths) {
         if (!looking_.insert(path).second)
             continue;
         // Left to itself: a call into a dead drive cannot be ended from here.
-        std::thread([this, path, toMain = door_.way()] {
+        std::thread([this, path, toMain = dispatcher_.post()] {
             toMain([this, path, facts = factsOf(path)] {
                 looking_.erase(path);
                 known_.insert_or_assign(path, facts);

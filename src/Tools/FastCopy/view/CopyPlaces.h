@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/MainThreadDoor.h"
+#include "app/MainThreadDispatcher.h"
 
 #include <QObject>
 #include <cstdint>
@@ -28,7 +28,7 @@ struct PlaceFacts {
 class CopyPlaces : public QObject {
     Q_OBJECT
 public:
-    CopyPlaces() : door_(this) {}
+    CopyPlaces() : dispatcher_(this) {}
 
     /// Null until it was looked at.
     const PlaceFacts* at(const std::string& path) const;
@@ -42,7 +42,7 @@ signals:
 private:
     std::map<std::string, PlaceFacts> known_;
     std::set<std::string> looking_;
-    MainThreadDoor door_;
+    MainThreadDispatcher dispatcher_;
 };
 
 } // namespace vh::app

@@ -89,7 +89,8 @@ struct CopyQueue::Work {
     }
 };
 
-CopyQueue::CopyQueue(AppContext& context, CopyWorld world) : context_(context), world_(std::move(world)) {
+CopyQueue::CopyQueue(AppContext& context, CopyDependencies dependencies)
+    : context_(context), dependencies_(std::move(dependencies)) {
     collecting_.setInterval(collectEvery);
     connect(&collecting_, &QTimer::timeout, this, &CopyQueue::collect);
 }
@@ -179,8 +180,8 @@ void CopyQueue::startFiles(copy::CopyJob& job, Work& work) {
     request.options = job.options;
     request.manifest = job.manifest;
     work.working.run(
-        [request, copyFiles = world_.copyFiles, texts = context_.texts().current(), control = work.control,
-         news = work.progress](const Background::Task& task) {
+        [request, copyFiles = dependencies_.copyFiles, texts = context_.texts().current(),
+         control = work.control, news = work.progress](const Background::Task& task) {
             return copyFiles(
                 request, texts, control, [news](const copy::CopyProgress& progress) { news->put(progress); },
                 task.cancel);
@@ -192,8 +193,8 @@ void CopyQueue::startDisk(copy::CopyJob& job, Work& work) {
     dropRemoved(job, work.control);
     const automation::DiskCopyRequest request{*job.disk(), job.destinations, job.options, job.unmount};
     work.working.run(
-        [request, copyDisk = world_.copyDisk, texts = context_.texts().current(), control = work.control,
-         news = work.progress, bad = work.badBlocks](const Background::Task& task) {
+        [request, copyDisk = dependencies_.copyDisk, texts = context_.texts().current(),
+         control = work.control, news = work.progress, bad = work.badBlocks](const Background::Task& task) {
             const auto tell = [&](const automation::DiskCopyProgress& progress) {
                 news->put(progressOf(progress, request.destinations.size()));
                 bad->put(progress.image.badBlocks);

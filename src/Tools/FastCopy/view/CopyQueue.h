@@ -21,8 +21,8 @@ namespace vh::app {
 
 class AppContext;
 
-/// What copying needs of the world. All of it blocks and is called off the main thread.
-struct CopyWorld {
+/// What copying needs of its surroundings. All of it blocks and is called off the main thread.
+struct CopyDependencies {
     using Control = std::shared_ptr<copy::CopyControl>;
     std::function<copy::CopyResult(const copy::CopyRequest&, const Texts&, const Control&,
                                    const std::function<void(const copy::CopyProgress&)>&, const CancelToken&)>
@@ -33,10 +33,10 @@ struct CopyWorld {
         copyDisk;
     std::function<std::vector<DiskFacts>()> disks;
     /// Why no disk can be read here, for people; empty when one can.
-    std::function<std::string(const Texts&)> diskHindrance;
+    std::function<std::string(const Texts&)> diskBlocker;
 
     /// That of this machine; the context outlives it.
-    static CopyWorld of(AppContext& context);
+    static CopyDependencies of(AppContext& context);
 };
 
 /// The copies of this window: those that wait, run, and are over. Each that runs has a thread of its own; how far it is
@@ -44,7 +44,7 @@ struct CopyWorld {
 class CopyQueue : public QObject {
     Q_OBJECT
 public:
-    CopyQueue(AppContext& context, CopyWorld world);
+    CopyQueue(AppContext& context, CopyDependencies dependencies);
     ~CopyQueue() override;
 
     const std::vector<copy::CopyJob>& jobs() const { return jobs_; }
@@ -82,7 +82,7 @@ private:
     void collect();
 
     AppContext& context_;
-    const CopyWorld world_;
+    const CopyDependencies dependencies_;
     bool together_ = false;
     int lastNumber_ = 0;
     std::vector<copy::CopyJob> jobs_;

@@ -177,15 +177,15 @@ QString FastCopyViewModel::largestText() const {
                                             {"size", texts.sizeText(plan_->largestFile).toStdString()}});
 }
 
-QString FastCopyViewModel::hindrance() const {
+QString FastCopyViewModel::blocker() const {
     const AppTexts& texts = context_.texts();
     if (sources_.empty())
-        return destinations_.empty() ? QString() : texts.text("copy-page.hindrance.sources");
+        return destinations_.empty() ? QString() : texts.text("copy-page.blocker.sources");
     if (destinations_.empty())
-        return texts.text("copy-page.hindrance.destinations");
+        return texts.text("copy-page.blocker.destinations");
     const CopyWords words(context_);
     const auto about = [&](const QString& name, const QString& fault) {
-        return texts.text("copy-page.hindrance.fault",
+        return texts.text("copy-page.blocker.fault",
                           {{"name", name.toStdString()}, {"fault", fault.toStdString()}});
     };
     for (size_t row = 0; row < sources_.size(); ++row)
@@ -194,7 +194,7 @@ QString FastCopyViewModel::hindrance() const {
     for (size_t row = 0; row < destinations_.size(); ++row)
         if (const QString fault = faultOfDestination(row); !fault.isEmpty())
             return about(words.placeName(destinations_[row]), fault);
-    return lacksHelper() ? qtText(printable(diskHindrance_)) : QString();
+    return lacksHelper() ? qtText(printable(diskBlocker_)) : QString();
 }
 
 QVariantList FastCopyViewModel::disks() const {

@@ -47,9 +47,9 @@ int weightOf(const copy::CopyJob& job) {
 
 } // namespace
 
-FastCopyViewModel::FastCopyViewModel(AppContext& context, AutomationLife& life, CopyWorld world)
-    : context_(context), life_(life), world_(world), rows_(CopyJobRow::roles()), files_(context),
-      queue_(context, std::move(world)) {
+FastCopyViewModel::FastCopyViewModel(AppContext& context, AutomationLife& life, CopyDependencies dependencies)
+    : context_(context), life_(life), dependencies_(dependencies), rows_(CopyJobRow::roles()),
+      files_(context), queue_(context, std::move(dependencies)) {
     openOptions();
     connect(&context_.texts(), &AppTexts::changed, this, &FastCopyViewModel::tellChosen);
     connect(&context_.texts(), &AppTexts::changed, this, &FastCopyViewModel::disksChanged);
@@ -235,16 +235,16 @@ void FastCopyViewModel::measure() {
 }
 
 void FastCopyViewModel::readHelper() {
-    readingHelper_.run([hindrance = world_.diskHindrance, texts = context_.texts().current()](
-                           const Background::Task&) { return hindrance(texts); },
-                       [this](std::future<std::string> hindrance) {
-                           diskHindrance_ = hindrance.get();
+    readingHelper_.run([blocker = dependencies_.diskBlocker, texts = context_.texts().current()](
+                           const Background::Task&) { return blocker(texts); },
+                       [this](std::future<std::string> blocker) {
+                           diskBlocker_ = blocker.get();
                            tellChosen();
                        });
 }
 
 void FastCopyViewModel::lookForDisks() {
-    readingDisks_.run([disks = world_.disks](const Background::Task&) { return disks(); },
+    readingDisks_.run([disks = dependencies_.disks](const Background::Task&) { return disks(); },
                       [this](std::future<std::vector<DiskFacts>> found) {
                           disks_ = found.get();
                           emit disksChanged();

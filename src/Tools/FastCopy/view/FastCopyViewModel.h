@@ -34,7 +34,7 @@ class FastCopyViewModel : public QObject {
     Q_PROPERTY(bool isLooking READ isLooking NOTIFY chosenChanged)
     Q_PROPERTY(bool canRun READ canRun NOTIFY chosenChanged)
     /// Why it cannot be run, and whether setting up the root helper is what helps.
-    Q_PROPERTY(QString hindrance READ hindrance NOTIFY chosenChanged)
+    Q_PROPERTY(QString blocker READ blocker NOTIFY chosenChanged)
     Q_PROPERTY(bool lacksHelper READ lacksHelper NOTIFY chosenChanged)
     Q_PROPERTY(bool hasDisk READ hasDisk NOTIFY chosenChanged)
     /// {mode, conflict, verify, algorithm, preserveMetadata, links, manifest}, as they act: a clone verifies whatever was chosen.
@@ -56,7 +56,7 @@ class FastCopyViewModel : public QObject {
     Q_PROPERTY(QVariantMap report READ report NOTIFY reportChanged)
     Q_PROPERTY(QAbstractItemModel* reportFiles READ reportFiles CONSTANT)
 public:
-    FastCopyViewModel(AppContext& context, AutomationLife& life, CopyWorld world);
+    FastCopyViewModel(AppContext& context, AutomationLife& life, CopyDependencies dependencies);
     ~FastCopyViewModel() override;
 
     QVariantList sources() const { return sourceRows_; }
@@ -64,9 +64,9 @@ public:
     QString planText() const;
     QString largestText() const;
     bool isLooking() const { return places_.isLooking() || planning_.isBusy(); }
-    bool canRun() const { return !sources_.empty() && !destinations_.empty() && hindrance().isEmpty(); }
-    QString hindrance() const;
-    bool lacksHelper() const { return hasDisk() && !diskHindrance_.empty(); }
+    bool canRun() const { return !sources_.empty() && !destinations_.empty() && blocker().isEmpty(); }
+    QString blocker() const;
+    bool lacksHelper() const { return hasDisk() && !diskBlocker_.empty(); }
     bool hasDisk() const { return disk() != nullptr; }
     QVariantMap options() const;
     bool runTogether() const { return together_; }
@@ -146,7 +146,7 @@ private:
 
     AppContext& context_;
     AutomationLife& life_;
-    const CopyWorld world_;
+    const CopyDependencies dependencies_;
     std::vector<copy::CopySource> sources_;
     std::vector<std::string> destinations_;
     QVariantList sourceRows_, destinationRows_; ///< as they were told
@@ -154,7 +154,7 @@ private:
     std::optional<copy::ManifestKind> manifest_;
     bool together_ = false;
     std::optional<copy::CopyPlan> plan_; ///< of the sources of now
-    std::string diskHindrance_;          ///< of this machine, for people
+    std::string diskBlocker_;            ///< of this machine, for people
     std::vector<DiskFacts> disks_;
     QString question_;
     QVariantMap report_;

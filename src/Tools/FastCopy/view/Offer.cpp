@@ -8,7 +8,7 @@ namespace {
 
 std::unique_ptr<QObject> makeFastCopy(const app::ViewParts& parts) {
     return std::make_unique<app::FastCopyViewModel>(parts.context, parts.life,
-                                                    app::CopyWorld::of(parts.context));
+                                                    app::CopyDependencies::of(parts.context));
 }
 
 constexpr app::PageRow pages[]{{"fast-copy", "CopyPage"}};

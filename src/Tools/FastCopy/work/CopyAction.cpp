@@ -26,8 +26,8 @@ std::string landedItems(const CopyReport& report) {
 
 } // namespace
 
-RunRecord runCopyAction(const automation::AutomationWorld& world, const automation::ActionRequest& request,
-                        const JobControl& control) {
+RunRecord runCopyAction(const automation::AutomationDependencies& dependencies,
+                        const automation::ActionRequest& request, const JobControl& control) {
     CopyRequest copy{.sources = request.sources,
                      .destinations = {request.payload.at("folder")},
                      .trigger = request.trigger,
@@ -40,8 +40,8 @@ RunRecord runCopyAction(const automation::AutomationWorld& world, const automati
         control.report(total > 0 ? static_cast<double>(progress.bytesDone) / total : -1,
                        progress.currentFile);
     };
-    CopyResult result = runCopy(copy, copyStateFolder(world.folders), world.runs, world.texts(),
-                                std::make_shared<CopyControl>(), tell, control.cancel);
+    CopyResult result = runCopy(copy, copyStateFolder(dependencies.folders), dependencies.runs,
+                                dependencies.texts(), std::make_shared<CopyControl>(), tell, control.cancel);
     auto& details = result.record.details ? *result.record.details : result.record.details.emplace();
     details[std::string(rawValue(RunDetail::output))] = landedItems(result.report);
     return std::move(result.record);

@@ -6,7 +6,7 @@ namespace vh::copy {
 
 /// Does automation::copyAction: metadata and links go along. The record's output names what landed, a path a line. Never
 /// throws. Blocks; any thread.
-RunRecord runCopyAction(const automation::AutomationWorld& world, const automation::ActionRequest& request,
-                        const JobControl& control);
+RunRecord runCopyAction(const automation::AutomationDependencies& dependencies,
+                        const automation::ActionRequest& request, const JobControl& control);
 
 } // namespace vh::copy

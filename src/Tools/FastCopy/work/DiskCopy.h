@@ -51,7 +51,7 @@ struct DiskCopyProgress {
 /// What imaging needs of the root helper and of the machine.
 struct DeviceJobs {
     /// Why no job can be run here, for people; empty when it can.
-    std::function<std::string(const Texts&)> hindrance;
+    std::function<std::string(const Texts&)> blocker;
     std::function<std::string(const helper::DeviceJobSpec&)> start;
     std::function<helper::DeviceJobStatus(const std::string& id)> status;
     std::function<bool(const std::string& id)> cancel;

@@ -89,7 +89,7 @@ private:
 
 DiskCopyPlan planDiskCopy(const DiskCopyRequest& request, size_t first, const DeviceJobs& jobs,
                           const Folders& folders, Date now, const Texts& texts) {
-    if (const std::string missing = jobs.hindrance(texts); !missing.empty())
+    if (const std::string missing = jobs.blocker(texts); !missing.empty())
         throw DiskCopyRefusal(Message::literal(missing));
     const Check check(request, jobs, folders);
     try {

@@ -8,11 +8,11 @@ namespace vh::features {
 namespace {
 
 void provideCopies(automation::Automation& automation) {
-    automation.actions().provide(
-        automation::copyAction,
-        [&world = automation.world()](const automation::ActionRequest& request, const JobControl& control) {
-            return copy::runCopyAction(world, request, control);
-        });
+    automation.actions().provide(automation::copyAction,
+                                 [&dependencies = automation.dependencies()](
+                                     const automation::ActionRequest& request, const JobControl& control) {
+                                     return copy::runCopyAction(dependencies, request, control);
+                                 });
 }
 
 } // namespace

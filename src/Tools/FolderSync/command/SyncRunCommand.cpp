@@ -125,7 +125,7 @@ Exit showPlan(Context& context, const RunWords& words) {
 }
 
 /// Asks before anything leaves the destination.
-std::optional<Exit> unlessAgreed(Context& context, const RunWords& words, const SyncPlan& plan) {
+std::optional<Exit> unlessAgreed(Context& context, const SyncPlan& plan) {
     constexpr size_t mostShown = 20;
     const auto deletes = static_cast<size_t>(plan.deletes());
     if (deletes == 0)
@@ -179,13 +179,13 @@ private:
 
 SyncJobResult carryOut(Context& context, const SyncPair& pair, SyncPlan plan) {
     OwnLoop own(context.session);
-    const auto world = app::automationWorld(context.session, own.loop());
+    const auto dependencies = app::automationDependencies(context.session, own.loop());
     SyncLine line(context.session.texts());
     automation::SyncJobRequest request{.pair = pair, .plan = std::move(plan)};
     request.progress = [&](const SyncJobProgress& progress) {
         line.show(progress);
     };
-    return runSync(std::move(request), world, {context.cancel, {}});
+    return runSync(std::move(request), dependencies, {context.cancel, {}});
 }
 
 Exit printResult(Context& context, const SyncJobResult& done) {
@@ -225,7 +225,7 @@ Exit applyPlan(Context& context, const RunWords& words) {
         }
         return Exit::done;
     }
-    if (const auto exit = unlessAgreed(context, words, *plan))
+    if (const auto exit = unlessAgreed(context, *plan))
         return *exit;
     return printResult(context, carryOut(context, *pair, std::move(*plan)));
 }

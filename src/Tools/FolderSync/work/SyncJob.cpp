@@ -136,9 +136,10 @@ void Tracking::report(std::string_view current) {
 /// One sync between asking for its turn and its end.
 class SyncRun {
 public:
-    SyncRun(SyncJobRequest request, const AutomationWorld& world, const JobControl& control)
-        : request_(std::move(request)), world_(world), control_(control), texts_(world.texts()),
-          store_(SyncPairStore::fileIn(world.folders)), details_(request_.details) {
+    SyncRun(SyncJobRequest request, const AutomationDependencies& dependencies, const JobControl& control)
+        : request_(std::move(request)), dependencies_(dependencies), control_(control),
+          texts_(dependencies.texts()), store_(SyncPairStore::fileIn(dependencies.folders)),
+          details_(request_.details) {
         details_.merge(detailsOf(request_.pair));
     }
 
@@ -176,7 +177,7 @@ private:
     }
     SyncJobResult logged(SyncJobResult result, Outcome outcome, const Messages& sentences,
                          const RunMetrics& metrics = {}) {
-        result.record = world_.runs.log.begin(toolID, request_.trigger, details_)
+        result.record = dependencies_.runs.log.begin(toolID, request_.trigger, details_)
                             ->finish(outcome, RunWords(sentences, texts_), metrics);
         result.message = result.record->summary;
         return result;
@@ -184,7 +185,7 @@ private:
     Message titled(const char* key) const { return {key, {{"name", printable(request_.pair.title())}}}; }
 
     SyncJobRequest request_;
-    const AutomationWorld& world_;
+    const AutomationDependencies& dependencies_;
     const JobControl& control_;
     const Texts texts_;
     SyncPairStore store_;
@@ -194,7 +195,7 @@ private:
 FileLock SyncRun::takeTurn() const {
     constexpr std::chrono::milliseconds pause{200};
     const auto file =
-        std::filesystem::path(SyncPairStore::fileIn(world_.folders)).replace_filename("sync.lock");
+        std::filesystem::path(SyncPairStore::fileIn(dependencies_.folders)).replace_filename("sync.lock");
     makeFolders(file.parent_path());
     FileLock turn = FileLock::tryLock(file);
     while (!turn && request_.logsNothingToDo) {
@@ -230,7 +231,7 @@ SyncJobResult SyncRun::runInTurn() {
 /// A person who looks at the plan may sync what was on a disk before.
 std::optional<WatchState> SyncRun::blocker() const {
     const SyncMounts before =
-        request_.isAttended ? SyncMounts() : SyncWatchFile(world_.folders).mountsOf(request_.pair);
+        request_.isAttended ? SyncMounts() : SyncWatchFile(dependencies_.folders).mountsOf(request_.pair);
     return lookAt(request_.pair, before).blocker;
 }
 
@@ -252,8 +253,8 @@ SyncJobResult SyncRun::hold(const SyncPlan& plan) {
 }
 
 SyncJobResult SyncRun::perform(SyncPlan plan) {
-    const auto journal = world_.runs.journals.open(world_.runs.log.begin(toolID, request_.trigger, details_),
-                                                   printable(request_.pair.title()));
+    const auto journal = dependencies_.runs.journals.open(
+        dependencies_.runs.log.begin(toolID, request_.trigger, details_), printable(request_.pair.title()));
     journal->expect(plan.actions.size());
     Tracking tracking(plan, request_, control_, *journal);
     SyncJobResult result;
@@ -275,7 +276,7 @@ SyncJobResult SyncRun::perform(SyncPlan plan) {
     result.message = result.record->summary;
     result.trackingFailure = journal->failure();
     if (request_.isAttended && !result.result.stopped)
-        SyncWatchFile(world_.folders).approve(request_.pair.id);
+        SyncWatchFile(dependencies_.folders).approve(request_.pair.id);
     return result;
 }
 
@@ -289,7 +290,7 @@ void SyncRun::noteDone() {
             store_.change([&](std::vector<SyncPair>& pairs) {
                 for (SyncPair& each : pairs)
                     if (isThis(each))
-                        each.lastSync = world_.clock();
+                        each.lastSync = dependencies_.clock();
             });
     } catch (const SystemError&) {
     }
@@ -326,8 +327,9 @@ double SyncJobProgress::fraction() const {
     return total == 0 ? 1 : std::min(1.0, cost(done, bytes) / cost(total, bytesTotal));
 }
 
-SyncJobResult runSync(SyncJobRequest request, const AutomationWorld& world, const JobControl& control) {
-    return SyncRun(std::move(request), world, control).run();
+SyncJobResult runSync(SyncJobRequest request, const AutomationDependencies& dependencies,
+                      const JobControl& control) {
+    return SyncRun(std::move(request), dependencies, control).run();
 }
 
 std::optional<SyncPair> pairOfPayload(const std::map<std::string, std::string>& payload,

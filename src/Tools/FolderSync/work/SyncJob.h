@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Core/JobControl.h"
 #include "Core/RunRecord.h"
 #include "Tools/FolderSync/SyncPair.h"
@@ -60,7 +60,8 @@ struct SyncJobRequest {
 /// The one road from a pair to a synced destination and its run record with its file list: checks, plans, holds back
 /// what nobody approved, carries it out, notes when. One at a time among all processes of this user. Never throws; asked
 /// to stop, also before the first change, it is done and its result stopped. Blocks; any thread.
-SyncJobResult runSync(SyncJobRequest request, const AutomationWorld& world, const JobControl& control);
+SyncJobResult runSync(SyncJobRequest request, const AutomationDependencies& dependencies,
+                      const JobControl& control);
 
 /// The pair that a schedule's payload means: "pair" of the stored ones, else "source", "destination" and "delete".
 std::optional<sync::SyncPair> pairOfPayload(const std::map<std::string, std::string>& payload,

@@ -18,8 +18,8 @@ using sync::WatchState;
 using Ended = std::function<void(const SyncJobResult&)>;
 
 struct SyncRunner::State {
-    State(const AutomationWorld& w, Desktop& d)
-        : world(w), desktop(d), store(sync::SyncPairStore::fileIn(w.folders)), file(w.folders),
+    State(const AutomationDependencies& w, Desktop& d)
+        : dependencies(w), desktop(d), store(sync::SyncPairStore::fileIn(w.folders)), file(w.folders),
           worker(w.loop) {}
 
     void followNews();
@@ -36,7 +36,7 @@ struct SyncRunner::State {
     /// Adds to a request that its progress is shown, and says which run it is. Any thread.
     uint64_t showProgress(SyncJobRequest& request, const CancelToken& cancel);
 
-    const AutomationWorld& world;
+    const AutomationDependencies& dependencies;
     Desktop& desktop;
     sync::SyncPairStore store;
     SyncWatchFile file;
@@ -55,8 +55,8 @@ struct SyncRunner::State {
 /// Notices what other processes do to the pairs, and what the one that leads says of them.
 void SyncRunner::State::followNews() {
     if (!news)
-        news.emplace(world.loop,
-                     std::filesystem::path(sync::SyncPairStore::fileIn(world.folders)).parent_path(),
+        news.emplace(dependencies.loop,
+                     std::filesystem::path(sync::SyncPairStore::fileIn(dependencies.folders)).parent_path(),
                      [this] { newsCame(); });
 }
 
@@ -108,7 +108,7 @@ void SyncRunner::State::begin(SyncJobRequest request, const Ended& ended) {
         [this, request, plan, control, result] {
             SyncJobRequest whole = request;
             whole.plan.swap(*plan);
-            *result = runSync(std::move(whole), world, control);
+            *result = runSync(std::move(whole), dependencies, control);
         },
         [this, run, request, result, ended] { finished(run, request, *result, ended); });
     observers.tell();
@@ -166,14 +166,14 @@ void SyncRunner::State::finished(uint64_t run, const SyncJobRequest& request, co
 
 void SyncRunner::State::notifyHeld(const SyncJobResult& result) {
     try {
-        desktop.notify(world.texts().text("sidebar.varnholt"), result.message);
+        desktop.notify(dependencies.texts().text("sidebar.varnholt"), result.message);
     } catch (const std::runtime_error&) {
         // Nobody sits before this computer; the pair says so until somebody does.
     }
 }
 
-SyncRunner::SyncRunner(const AutomationWorld& world, Desktop& desktop)
-    : state_(std::make_unique<State>(world, desktop)) {}
+SyncRunner::SyncRunner(const AutomationDependencies& dependencies, Desktop& desktop)
+    : state_(std::make_unique<State>(dependencies, desktop)) {}
 
 SyncRunner::~SyncRunner() {
     state_->cancel.cancel();
@@ -184,7 +184,7 @@ void SyncRunner::start() {
     if (s.watch)
         return;
     s.followNews();
-    s.watch.emplace(s.world, s.file,
+    s.watch.emplace(s.dependencies, s.file,
                     SyncWatch::Owner{.pairs = [&s] { return s.store.load(); },
                                      .sync = [&s](const Uuid& pair) { s.request(pair); },
                                      .drop = [&s](const Uuid& pair) { std::erase(s.waiting, pair); },
@@ -245,7 +245,7 @@ RunRecord SyncRunner::runScheduled(const SyncPair& pair, Trigger trigger, const 
                            .isAttended = false,
                            .logsNothingToDo = true};
     const uint64_t run = s.showProgress(request, control.cancel);
-    const SyncJobResult result = runSync(request, s.world, control);
+    const SyncJobResult result = runSync(request, s.dependencies, control);
     s.worker.post([&s, run, request, result] { s.finished(run, request, result, {}); });
     return result.record.value_or(RunRecord{
         .id = Uuid::random(), .toolID = sync::toolID, .outcome = Outcome::failed, .summary = result.message});

@@ -24,7 +24,7 @@ namespace vh::automation {
 /// for runScheduled.
 class SyncRunner {
 public:
-    SyncRunner(const AutomationWorld& world, Desktop& desktop);
+    SyncRunner(const AutomationDependencies& dependencies, Desktop& desktop);
     ~SyncRunner();
     SyncRunner(const SyncRunner&) = delete;
     SyncRunner& operator=(const SyncRunner&) = delete;

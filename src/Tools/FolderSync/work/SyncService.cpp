@@ -10,14 +10,14 @@
 namespace vh::automation {
 
 SyncService::SyncService(Automation& automation)
-    : world_(automation.world()), runner_(world_, automation.desktop()),
+    : dependencies_(automation.dependencies()), runner_(dependencies_, automation.desktop()),
       observing_(runner_.observe([this] { tell(); })) {
-    automation.actions().provide(rawValue(ScheduledAction::folderSync),
-                                 [this](const ActionRequest& request, const JobControl& control) {
-                                     return ActionRun(world_, request, control).run([this](ActionRun& run) {
-                                         return syncPairOf(run, &runner_);
-                                     });
-                                 });
+    automation.actions().provide(rawValue(ScheduledAction::folderSync), [this](const ActionRequest& request,
+                                                                               const JobControl& control) {
+        return ActionRun(dependencies_, request, control).run([this](ActionRun& run) {
+            return syncPairOf(run, &runner_);
+        });
+    });
 }
 
 std::vector<RunningWork> SyncService::running() const {
@@ -35,7 +35,7 @@ std::vector<RunningWork> SyncService::running() const {
 
 std::vector<std::string> SyncService::troubles() {
     const auto states = runner_.states();
-    const Texts texts = world_.texts();
+    const Texts texts = dependencies_.texts();
     std::vector<std::string> troubles;
     for (const sync::SyncPair& pair : runner_.pairs())
         if (const auto state = states.find(pair.id); state != states.end() && !state->second.isHealthy())
@@ -44,7 +44,7 @@ std::vector<std::string> SyncService::troubles() {
 }
 
 RunRecord syncPairOf(ActionRun& run, SyncRunner* runner) {
-    sync::SyncPairStore store(sync::SyncPairStore::fileIn(run.world.folders));
+    sync::SyncPairStore store(sync::SyncPairStore::fileIn(run.dependencies.folders));
     const auto pair = pairOfPayload(run.request.payload, store.load());
     if (!pair)
         return run.fail({"scheduled-action.sync-pair-gone", {}});
@@ -54,7 +54,7 @@ RunRecord syncPairOf(ActionRun& run, SyncRunner* runner) {
     SyncJobRequest request{.pair = *pair, .trigger = run.request.trigger, .details = run.details};
     request.isAttended = false;
     request.logsNothingToDo = true;
-    return *runSync(request, run.world, run.control).record;
+    return *runSync(request, run.dependencies, run.control).record;
 }
 
 } // namespace vh::automation

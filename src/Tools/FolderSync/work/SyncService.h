@@ -21,7 +21,7 @@ public:
     std::vector<std::string> troubles() override;
 
 private:
-    const AutomationWorld& world_;
+    const AutomationDependencies& dependencies_;
     SyncRunner runner_;
     std::shared_ptr<void> observing_;
 };

@@ -27,9 +27,9 @@ bool isAlike(const SyncPair& a, const SyncPair& b) {
 
 } // namespace
 
-SyncWatch::SyncWatch(const AutomationWorld& world, SyncWatchFile& file, Owner owner)
-    : world_(world), file_(file), owner_(std::move(owner)), worker_(world.loop),
-      occasions_(world.loop, world.clock,
+SyncWatch::SyncWatch(const AutomationDependencies& dependencies, SyncWatchFile& file, Owner owner)
+    : dependencies_(dependencies), file_(file), owner_(std::move(owner)), worker_(dependencies.loop),
+      occasions_(dependencies.loop, dependencies.clock,
                  {.onWake = [this] { reconcile(true); },
                   .onMounts = [this](const auto& mounted,
                                      const auto& unmounted) { mountsChanged(mounted, unmounted); },
@@ -103,7 +103,8 @@ void SyncWatch::carryOut(Watched& watched, const WatchMachine::Todo& todo) {
     else if (todo.watcher == WatchMachine::Watcher::start)
         startWatcher(watched);
     if (todo.retry)
-        watched.retry = world_.loop.after(*todo.retry, [this, id] { tell(id, &WatchMachine::retryComes); });
+        watched.retry =
+            dependencies_.loop.after(*todo.retry, [this, id] { tell(id, &WatchMachine::retryComes); });
     if (todo.look)
         look(watched);
     if (todo.sync)
@@ -129,7 +130,7 @@ void SyncWatch::looked(const Uuid& pair, uint64_t number, const SyncLook& seen) 
 void SyncWatch::startWatcher(Watched& watched) {
     const Uuid id = watched.pair.id;
     watched.watcher = std::make_unique<FolderWatcher>(
-        world_.loop, worker_, watched.pair.source, world_.folders.data + "/Varnholt", debounce,
+        dependencies_.loop, worker_, watched.pair.source, dependencies_.folders.data + "/Varnholt", debounce,
         FolderWatcher::Events{.onStarted = [this, id] { tell(id, &WatchMachine::watcherStarted); },
                               .onChange = [this, id] { tell(id, &WatchMachine::changed); },
                               .onRootChanged = [this, id] { tell(id, &WatchMachine::rootChanged); },
@@ -148,7 +149,7 @@ void SyncWatch::tell(const Uuid& pair, WatchMachine::Todo (WatchMachine::*event)
 }
 
 std::string SyncWatch::textOf(const SystemError& why) const {
-    const Texts texts = world_.texts();
+    const Texts texts = dependencies_.texts();
     if (const auto* reached = dynamic_cast<const WatchLimitReached*>(&why))
         return texts.text("folder-sync.watch-limit", {{"folders", reached->limit().folders},
                                                       {"limit", reached->limit().limit},

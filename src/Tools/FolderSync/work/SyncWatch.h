@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Automation/Worker.h"
 #include "Tools/FolderSync/work/FolderWatcher.h"
 #include "Tools/FolderSync/work/SyncJob.h"
@@ -29,7 +29,7 @@ public:
         std::function<void(const Uuid&)> drop; ///< it is not watched any more
         std::function<void()> changed;         ///< states() has
     };
-    SyncWatch(const AutomationWorld& world, SyncWatchFile& file, Owner owner);
+    SyncWatch(const AutomationDependencies& dependencies, SyncWatchFile& file, Owner owner);
     ~SyncWatch();
 
     /// Looks at all watched pairs; with `catchUp` each that can be is synced, else only what has changed.
@@ -69,7 +69,7 @@ private:
     void mountsChanged(const std::set<std::string>& mounted, const std::set<std::string>& unmounted);
     void publish();
 
-    const AutomationWorld& world_;
+    const AutomationDependencies& dependencies_;
     SyncWatchFile& file_;
     const Owner owner_;
     std::map<Uuid, SyncWatchNote> left_; ///< by whoever led before, of pairs that were not seen yet

@@ -1,6 +1,6 @@
 #include "Tools/FolderSync/work/SyncWatchFile.h"
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Core/Codec.h"
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"

@@ -19,7 +19,7 @@ struct TaskReply {
     bool requiresRoot = false;
     bool isSlow = false;
     std::vector<helper::MaintenanceCommand> commands; ///< empty when this machine cannot do it
-    std::optional<std::string> hindrance;             ///< why it cannot
+    std::optional<std::string> blocker;               ///< why it cannot
 };
 
 struct TaskRunReply {
@@ -38,7 +38,7 @@ inline constexpr auto describe<cli::TaskReply> = record(field("rawValue", &cli::
                                                         field("requiresRoot", &cli::TaskReply::requiresRoot),
                                                         field("isSlow", &cli::TaskReply::isSlow),
                                                         field("commands", &cli::TaskReply::commands),
-                                                        field("hindrance", &cli::TaskReply::hindrance));
+                                                        field("blocker", &cli::TaskReply::blocker));
 
 template <>
 inline constexpr auto describe<cli::TaskRunReply> = record(field("rawValue", &cli::TaskRunReply::rawValue),
@@ -78,7 +78,7 @@ TaskReply replyOf(MaintenanceTask task, MaintenanceSystem system, const helper::
                     {},
                     {}};
     if (!plan.isPossible())
-        reply.hindrance = hindranceText(plan, texts);
+        reply.blocker = blockerText(plan, texts);
     reply.commands = std::move(plan.commands);
     return reply;
 }
@@ -109,7 +109,7 @@ Exit listTasks(Context& context, const MaintenanceOptions& options) {
                  {texts.text("cli.maintenance.column.needs")},
                  {"", Align::left, true}});
     for (const TaskReply& task : tasks)
-        table.add({task.rawValue, task.title, needsOf(task, texts), task.hindrance.value_or("")});
+        table.add({task.rawValue, task.title, needsOf(task, texts), task.blocker.value_or("")});
     print(table.text(outputWidth()));
     return Exit::done;
 }
@@ -139,10 +139,10 @@ void printLog(std::string_view output) {
 bool canAllRun(Context& context, const MaintenanceWork& work, const std::vector<MaintenanceTask>& tasks) {
     bool all = true;
     for (const MaintenanceTask task : tasks) {
-        const std::string hindrance = work.hindrance(task, context.session.texts());
-        if (hindrance.empty())
+        const std::string blocker = work.blocker(task, context.session.texts());
+        if (blocker.empty())
             continue;
-        complain(fmt::format("{}: {}", rawValue(task), hindrance));
+        complain(fmt::format("{}: {}", rawValue(task), blocker));
         all = false;
     }
     return all;

@@ -126,7 +126,7 @@ QVariantList MaintenanceViewModel::tasks() const {
             {QStringLiteral("detail"), qtText(helper::taskDetail(task, system, texts))},
             {QStringLiteral("requiresRoot"), helper::requiresRoot(task, system)},
             {QStringLiteral("isSlow"), helper::isSlow(task, system)},
-            {QStringLiteral("missing"), qtText(helper::hindranceText(work_.planOf(task), texts))},
+            {QStringLiteral("missing"), qtText(helper::blockerText(work_.planOf(task), texts))},
         };
     std::ranges::stable_partition(list, [](const QVariant& task) {
         return task.toMap()[QStringLiteral("missing")].toString().isEmpty();

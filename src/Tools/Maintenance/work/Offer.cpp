@@ -15,7 +15,7 @@ RunRecord maintain(automation::ActionRun& run) {
                                                          : automation::tasksOf(list->second);
     if (tasks.empty())
         return run.fail({"scheduled-action.no-maintenance-tasks", {}});
-    automation::TasksRun chores(run.world.maintenance(), run.texts, run.control);
+    automation::TasksRun chores(run.dependencies.maintenance(), run.texts, run.control);
     chores.run(tasks);
     return run.finish(chores.outcome(), chores.words(), chores.metrics(), chores.details());
 }

@@ -8,7 +8,7 @@
 #include "Features/Scripts/view/ScriptsViewModel.h"
 #include "Mail/MailSettings.h"
 #include "app/AutomationLife.h"
-#include "app/WindowDoor.h"
+#include "app/SingleInstance.h"
 #include "support/view/Desk.h"
 
 #include <future>
@@ -139,18 +139,18 @@ TEST_F(AutomationPages, KeepWishesForAToolAndOfferKnownAddresses) {
 }
 
 TEST_F(AutomationPages, LetOneWindowServeAllStarts) {
-    WindowDoor first;
-    ASSERT_EQ(first.enter("", ""), WindowDoor::Way::ours);
+    SingleInstance first;
+    ASSERT_EQ(first.enter("", ""), SingleInstance::Way::ours);
     std::vector<std::pair<QString, QString>> asked;
-    QObject::connect(&first, &WindowDoor::asked, &first,
+    QObject::connect(&first, &SingleInstance::asked, &first,
                      [&](const QString& page, const QString& url) { asked.emplace_back(page, url); });
     const std::pair<const char*, const char*> starts[] = {{"", ""}, {"activity", "varnholt://flow/run?id=x"}};
     for (const auto& [page, url] : starts) {
         auto second = std::async(std::launch::async,
-                                 [page = page, url = url] { return WindowDoor().enter(page, url); });
+                                 [page = page, url = url] { return SingleInstance().enter(page, url); });
         ASSERT_TRUE(
             waitFor([&] { return second.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
-        EXPECT_EQ(second.get(), WindowDoor::Way::handedOn);
+        EXPECT_EQ(second.get(), SingleInstance::Way::handedOn);
         EXPECT_EQ(asked.back(), (std::pair<QString, QString>{page, url}));
     }
     EXPECT_EQ(asked.size(), 2u);

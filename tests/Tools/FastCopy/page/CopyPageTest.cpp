@@ -39,8 +39,8 @@ TEST_F(CopyPage, neverCutsWhyItCannotCopy) {
     drop(source, "Déposez ce qui doit être copié");
     drop(source + "/inside", "Déposez les dossiers de destination");
     auto* copying = window().app().model("fastCopy");
-    waitUntil("it is known why", [&] { return copying->property("hindrance").toString() != ""; });
-    const QString reason = copying->property("hindrance").toString();
+    waitUntil("it is known why", [&] { return copying->property("blocker").toString() != ""; });
+    const QString reason = copying->property("blocker").toString();
     bool isSaid = false;
     for (auto* item : shownItems()) {
         const QString text = item->property("text").toString();

@@ -51,8 +51,8 @@ struct FastCopy : testing::Test {
                          [this](const QString& text) { toasts << text; });
     }
 
-    CopyWorld world() {
-        CopyWorld made = CopyWorld::of(desk.context);
+    CopyDependencies dependencies() {
+        CopyDependencies made = CopyDependencies::of(desk.context);
         made.copyFiles = [this, real = made.copyFiles](const auto& request, const auto& texts,
                                                        const auto& control, const auto& progress,
                                                        const auto& cancel) {
@@ -62,8 +62,8 @@ struct FastCopy : testing::Test {
         made.disks = [this] {
             return disks;
         };
-        made.diskHindrance = [this](const Texts&) {
-            return diskHindrance;
+        made.diskBlocker = [this](const Texts&) {
+            return diskBlocker;
         };
         made.copyDisk = [this](const automation::DiskCopyRequest& request, const Texts&, const auto&,
                                const auto&, const auto&) {
@@ -83,7 +83,7 @@ struct FastCopy : testing::Test {
     }
     void start(const QStringList& destinations) {
         choose(model, {"~/from"}, destinations);
-        ASSERT_TRUE(model.canRun()) << model.hindrance().toStdString();
+        ASSERT_TRUE(model.canRun()) << model.blocker().toStdString();
         model.run();
     }
     QString idOf(int row) { return value(row, "jobId").toString(); }
@@ -98,9 +98,9 @@ struct FastCopy : testing::Test {
     QStringList toasts;
     Gate gate;
     std::vector<DiskFacts> disks{stick(true)};
-    std::string diskHindrance;
+    std::string diskBlocker;
     std::optional<automation::DiskCopyRequest> imaged;
-    FastCopyViewModel model{desk.context, life, world()};
+    FastCopyViewModel model{desk.context, life, dependencies()};
 };
 
 TEST_F(FastCopy, CopiesWhatIsChosenToEveryPlaceAndTellsOfIt) {
@@ -133,7 +133,7 @@ TEST_F(FastCopy, CopiesWhatIsChosenToEveryPlaceAndTellsOfIt) {
     model.showFiles(true);
     EXPECT_EQ(model.reportFiles()->rowCount(), 0);
 
-    FastCopyViewModel later(desk.context, life, world());
+    FastCopyViewModel later(desk.context, life, dependencies());
     EXPECT_EQ(later.options()["mode"], "clone");
     EXPECT_EQ(later.options()["manifest"], "sums");
     EXPECT_EQ(later.options()["conflict"], "skip");
@@ -219,7 +219,7 @@ TEST_F(FastCopy, SaysAtOnceWhatCannotBe) {
         model.removeDestination(1);
     }
     choose(model, {"~/gone"}, {});
-    EXPECT_EQ(model.hindrance(), "gone is not there.");
+    EXPECT_EQ(model.blocker(), "gone is not there.");
     model.removeSource(1);
     model.setOption("conflict", "rename");
     choose(model, {}, {"~"});
@@ -227,14 +227,14 @@ TEST_F(FastCopy, SaysAtOnceWhatCannotBe) {
 }
 
 TEST_F(FastCopy, AsksBeforeItUnmountsADiskAndSaysWhatReadingOneNeeds) {
-    diskHindrance = "Set the helper up.";
+    diskBlocker = "Set the helper up.";
     model.lookForDisks();
     ASSERT_TRUE(waitFor([&] { return !model.disks().isEmpty(); }));
     model.addDisk("sdz");
     choose(model, {}, {"~/one"});
     ASSERT_TRUE(waitFor([&] { return model.lacksHelper(); }));
-    EXPECT_EQ(model.hindrance(), "Set the helper up.");
-    diskHindrance.clear();
+    EXPECT_EQ(model.blocker(), "Set the helper up.");
+    diskBlocker.clear();
     model.refresh();
     ASSERT_TRUE(waitFor([&] { return model.canRun(); }));
     choose(model, {"~/from"}, {});
@@ -256,7 +256,7 @@ TEST_F(FastCopy, AsksBeforeItUnmountsADiskAndSaysWhatReadingOneNeeds) {
 TEST_F(FastCopy, EndsWithTheWindowAndLeavesARecord) {
     gate.open();
     {
-        FastCopyViewModel closing(desk.context, life, world());
+        FastCopyViewModel closing(desk.context, life, dependencies());
         choose(closing, {"~/from"}, {"~/one"});
         closing.run();
         closing.togglePause(

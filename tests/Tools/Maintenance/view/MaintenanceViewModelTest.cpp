@@ -23,7 +23,7 @@ MaintenancePlan planOf(MaintenanceTask task) {
     case MaintenanceTask::rebuildLaunchServices:
         return shell("echo damaged; exit 3");
     case MaintenanceTask::reindexSpotlight:
-        return {.commands = {}, .hindrance = MaintenancePlan::Hindrance::programs, .missing = {"tracker3"}};
+        return {.commands = {}, .blocker = MaintenancePlan::Blocker::programs, .missing = {"tracker3"}};
     case MaintenanceTask::downloadUpdates:
         return shell("exec sleep 60");
     default:

@@ -1,11 +1,11 @@
-#include "Platform/InstanceDoor.h"
+#include "Platform/InstanceSocket.h"
 
 #include "Platform/FileLock.h"
 #include "Platform/Files.h"
 #include "Platform/Folders.h"
 #include "Platform/PathParts.h"
 #include "Platform/Posix/Calls.h"
-#include "Platform/Posix/DoorMessage.h"
+#include "Platform/Posix/InstanceMessage.h"
 #include "Platform/Posix/LocalSocket.h"
 
 #include <algorithm>
@@ -60,7 +60,7 @@ enum class Received { some, nothingNow, end };
 /// Takes what is there, up to the end of the message and no further.
 Received receive(const FileDescriptor& socket, std::string& received) {
     char block[16 << 10];
-    const size_t wanted = doorMessageBytes(received).value_or(doorHeaderBytes) - received.size();
+    const size_t wanted = instanceMessageBytes(received).value_or(messageHeaderBytes) - received.size();
     const ssize_t got =
         retried([&] { return ::recv(socket.get(), block, std::min(wanted, sizeof block), 0); });
     if (got < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
@@ -72,18 +72,18 @@ Received receive(const FileDescriptor& socket, std::string& received) {
 }
 
 bool isTooLong(const std::string& received) {
-    return doorMessageBytes(received).value_or(0) > doorHeaderBytes + mostDoorBytes;
+    return instanceMessageBytes(received).value_or(0) > messageHeaderBytes + mostMessageBytes;
 }
 
 std::optional<std::string> textIn(const std::string& received) {
-    if (doorMessageBytes(received) != received.size())
+    if (instanceMessageBytes(received) != received.size())
         return std::nullopt;
-    return received.substr(doorHeaderBytes);
+    return received.substr(messageHeaderBytes);
 }
 
 } // namespace
 
-struct InstanceDoor::State : std::enable_shared_from_this<State> {
+struct InstanceSocket::State : std::enable_shared_from_this<State> {
     struct Visitor {
         FileDescriptor socket;
         std::string received;
@@ -101,20 +101,20 @@ struct InstanceDoor::State : std::enable_shared_from_this<State> {
 
     MainLoop& loop;
     std::string path;
-    FileLock lock; ///< held as long as the door stands open
+    FileLock lock; ///< held as long as the socket stands open
     Answer answer;
     FileDescriptor listener;
     std::list<Visitor> visitors;
     MainLoop::Token listening;
 };
 
-void InstanceDoor::State::letIn() {
+void InstanceSocket::State::letIn() {
     constexpr size_t mostVisitors = 32;
     FileDescriptor socket = acceptLocal(listener);
     if (!socket || !isFromThisUser(socket) || visitors.size() == mostVisitors)
         return;
     const int roomForAnAnswer =
-        4 * mostDoorBytes; // so that sending never waits; the system counts its own share in
+        4 * mostMessageBytes; // so that sending never waits; the system counts its own share in
     ::setsockopt(socket.get(), SOL_SOCKET, SO_SNDBUF, &roomForAnAnswer, sizeof roomForAnAnswer);
     const Place visitor = visitors.insert(visitors.end(), {std::move(socket), "", nullptr, nullptr});
     visitor->reading =
@@ -122,21 +122,21 @@ void InstanceDoor::State::letIn() {
     visitor->limit = loop.after(longestTalk, [this, visitor] { visitors.erase(visitor); });
 }
 
-void InstanceDoor::State::hear(Place visitor) {
+void InstanceSocket::State::hear(Place visitor) {
     const Received news = receive(visitor->socket, visitor->received);
     if (news == Received::end || isTooLong(visitor->received))
         visitors.erase(visitor);
     else if (const auto request = textIn(visitor->received)) {
         const FileDescriptor socket = std::move(visitor->socket);
         visitors.erase(visitor);
-        const std::shared_ptr<State> self = shared_from_this(); // the answer may be to close the door
-        const std::string message = doorMessage(answer(*request));
+        const std::shared_ptr<State> self = shared_from_this(); // the answer may be to close the socket
+        const std::string message = instanceMessage(answer(*request));
         if (!isTooLong(message))
             ::send(socket.get(), message.data(), message.size(), MSG_NOSIGNAL);
     }
 }
 
-std::unique_ptr<InstanceDoor> InstanceDoor::open(MainLoop& loop, const std::string& name, Answer answer) {
+std::unique_ptr<InstanceSocket> InstanceSocket::open(MainLoop& loop, const std::string& name, Answer answer) {
     const std::string path = socketPath(name);
     makePrivateFolder(splitPath(path).folder);
     FileLock lock = FileLock::tryLock(path + ".lock");
@@ -145,13 +145,13 @@ std::unique_ptr<InstanceDoor> InstanceDoor::open(MainLoop& loop, const std::stri
     auto state = std::make_shared<State>(loop, path, std::move(lock), std::move(answer));
     state->listening = loop.watch(state->listener.get(), MainLoop::Readiness::readable,
                                   [state = state.get()] { state->letIn(); });
-    return std::unique_ptr<InstanceDoor>(new InstanceDoor(std::move(state)));
+    return std::unique_ptr<InstanceSocket>(new InstanceSocket(std::move(state)));
 }
 
-InstanceDoor::InstanceDoor(std::shared_ptr<State> state) : state_(std::move(state)) {}
+InstanceSocket::InstanceSocket(std::shared_ptr<State> state) : state_(std::move(state)) {}
 
 /// At once, even when an answer that is being given holds the rest.
-InstanceDoor::~InstanceDoor() {
+InstanceSocket::~InstanceSocket() {
     state_->listening.reset();
     state_->visitors.clear();
 }
@@ -200,13 +200,13 @@ std::optional<std::string> receiveText(const FileDescriptor& socket, steady_cloc
 
 std::optional<std::string> askInstance(const std::string& name, const std::string& request) {
     const std::string path = socketPath(name);
-    if (request.size() > mostDoorBytes)
+    if (request.size() > mostMessageBytes)
         throw SystemError(EMSGSIZE, path);
     const auto end = steady_clock::now() + longestTalk;
     const sockaddr_un address = localAddress(path);
     const FileDescriptor socket = openLocalSocket();
     if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-        !isFromThisUser(socket) || !sendAll(socket, doorMessage(request), end))
+        !isFromThisUser(socket) || !sendAll(socket, instanceMessage(request), end))
         return std::nullopt;
     return receiveText(socket, end);
 }

@@ -1,4 +1,4 @@
-#include "app/MainThreadDoor.h"
+#include "app/MainThreadDispatcher.h"
 
 #include <QMetaObject>
 #include <QObject>
@@ -6,21 +6,21 @@
 
 namespace vh::app {
 
-struct MainThreadDoor::Frame {
+struct MainThreadDispatcher::Frame {
     std::mutex lock;
     QObject* object;
 };
 
-MainThreadDoor::MainThreadDoor(QObject* object) : frame_(std::make_shared<Frame>()) {
+MainThreadDispatcher::MainThreadDispatcher(QObject* object) : frame_(std::make_shared<Frame>()) {
     frame_->object = object;
 }
 
-MainThreadDoor::~MainThreadDoor() {
+MainThreadDispatcher::~MainThreadDispatcher() {
     const std::lock_guard guard(frame_->lock);
     frame_->object = nullptr;
 }
 
-MainThreadDoor::Way MainThreadDoor::way() const {
+MainThreadDispatcher::Post MainThreadDispatcher::post() const {
     return [frame = frame_](std::function<void()> f) {
         const std::lock_guard guard(frame->lock);
         if (frame->object)

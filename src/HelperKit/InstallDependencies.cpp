@@ -1,4 +1,4 @@
-#include "HelperKit/InstallWorld.h"
+#include "HelperKit/InstallDependencies.h"
 
 #include "HelperKit/HelperServiceError.h"
 #include "HelperKit/OutsideSandbox.h"
@@ -25,7 +25,7 @@ bool isProgram(const std::string& path) {
 
 } // namespace
 
-InstallWorld InstallWorld::ofThisMachine() {
+InstallDependencies InstallDependencies::ofThisMachine() {
     const bool isMac = thisSystem() == MaintenanceSystem::macos;
     const std::string kept = isMac ? "/Library/Application Support/Varnholt" : "/var/lib/varnholt";
     return {

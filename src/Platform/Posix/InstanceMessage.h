@@ -8,11 +8,11 @@
 
 namespace vh {
 
-/// What goes through an InstanceDoor: four bytes of length, the highest first, and as many bytes of text.
-constexpr size_t doorHeaderBytes = 4;
-constexpr size_t mostDoorBytes = 64u << 10;
+/// What goes through an InstanceSocket: four bytes of length, the highest first, and as many bytes of text.
+constexpr size_t messageHeaderBytes = 4;
+constexpr size_t mostMessageBytes = 64u << 10;
 
-inline std::string doorMessage(std::string_view text) {
+inline std::string instanceMessage(std::string_view text) {
     std::string message;
     for (int shift = 24; shift >= 0; shift -= 8)
         message += static_cast<char>(text.size() >> shift & 0xFF);
@@ -20,13 +20,13 @@ inline std::string doorMessage(std::string_view text) {
 }
 
 /// How many bytes the whole message has that begins so; nothing while the header is not complete.
-inline std::optional<size_t> doorMessageBytes(std::string_view received) {
-    if (received.size() < doorHeaderBytes)
+inline std::optional<size_t> instanceMessageBytes(std::string_view received) {
+    if (received.size() < messageHeaderBytes)
         return std::nullopt;
     size_t length = 0;
-    for (const char byte : received.substr(0, doorHeaderBytes))
+    for (const char byte : received.substr(0, messageHeaderBytes))
         length = length << 8 | static_cast<unsigned char>(byte);
-    return doorHeaderBytes + length;
+    return messageHeaderBytes + length;
 }
 
 } // namespace vh

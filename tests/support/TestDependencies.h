@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Automation/AutomationWorld.h"
+#include "Automation/AutomationDependencies.h"
 #include "Automation/Offer.h"
 #include "Core/DatabaseLocation.h"
 #include "Core/RunFiles.h"
@@ -15,9 +15,9 @@ namespace vh::automation::test {
 
 using FakeModule = app::test::FakeModule;
 
-/// A world of its own below `root`, at noon UTC on Sunday, 1 March 2026, in which the tool "system-junk" is a made-up one.
-struct TestWorld {
-    explicit TestWorld(const std::string& root)
+/// Dependencies of their own below `root`, at noon UTC on Sunday, 1 March 2026, among which the tool "system-junk" is a made-up one.
+struct TestDependencies {
+    explicit TestDependencies(const std::string& root)
         : folders{.home = root + "/home", .data = root + "/data", .config = root + "/config"},
           defaults(root + "/defaults.json"), files(prepared(root)), log(defaults, files, loop.clock()),
           journals(root + "/open-runs", log, files) {}
@@ -41,22 +41,23 @@ struct TestWorld {
     RunJournals journals;
     std::shared_ptr<FakeModule> junk = std::make_shared<FakeModule>();
     /// Every task prints its name, those of root by way of a helper that is not there.
-    helper::MaintenanceWork::World chores{
+    helper::MaintenanceWork::Dependencies chores{
         helper::MaintenanceSystem::linux,
         [](MaintenanceTask task) {
             return helper::MaintenancePlan{{{"/bin/echo", {std::string(rawValue(task))}}}};
         },
         false};
-    AutomationWorld world{loop,
-                          folders,
-                          defaults,
-                          {log, files, journals},
-                          [] { return Texts(Language::en); },
-                          [this](std::string_view id) { return id == "system-junk" ? junk : nullptr; },
-                          [this] { return helper::MaintenanceWork(nullptr, chores); },
-                          offers(),
-                          loop.clock(),
-                          LocalCalendar("UTC")};
+    AutomationDependencies dependencies{
+        loop,
+        folders,
+        defaults,
+        {log, files, journals},
+        [] { return Texts(Language::en); },
+        [this](std::string_view id) { return id == "system-junk" ? junk : nullptr; },
+        [this] { return helper::MaintenanceWork(nullptr, chores); },
+        offers(),
+        loop.clock(),
+        LocalCalendar("UTC")};
 };
 
 } // namespace vh::automation::test

@@ -7,24 +7,24 @@
 #include <memory>
 
 namespace vh {
-class InstanceDoor;
+class InstanceSocket;
 }
 
 namespace vh::app {
 
-/// Makes the window the only one of its user: the first keeps the door, those started later hand over what they were
+/// Makes the window the only one of its user: the first holds a socket, those started later hand over what they were
 /// asked for and end. Main thread.
-class WindowDoor : public QObject {
+class SingleInstance : public QObject {
     Q_OBJECT
 public:
     enum class Way {
-        ours,     ///< this is the window, also where no door can be had
+        ours,     ///< this is the window, also where no socket can be had
         handedOn, ///< another window has taken what was asked for
         noAnswer  ///< there is another window, but it does not answer
     };
 
-    WindowDoor();
-    ~WindowDoor() override;
+    SingleInstance();
+    ~SingleInstance() override;
 
     /// `page` and `url` may be empty.
     Way enter(const QString& page, const QString& url);
@@ -35,7 +35,7 @@ signals:
 
 private:
     QtLoop loop_;
-    std::unique_ptr<InstanceDoor> door_;
+    std::unique_ptr<InstanceSocket> socket_;
 };
 
 } // namespace vh::app

@@ -6,7 +6,7 @@
 
 namespace vh::app {
 
-CopyWorld CopyWorld::of(AppContext& context) {
+CopyDependencies CopyDependencies::of(AppContext& context) {
     Session& session = context.session();
     return {
         [&context, &session](const copy::CopyRequest& request, const Texts& texts, const Control& control,
@@ -25,7 +25,7 @@ CopyWorld CopyWorld::of(AppContext& context) {
         },
         wholeDisks,
         [&session](const Texts& texts) {
-            return automation::DeviceJobs::of(session.helper()).hindrance(texts);
+            return automation::DeviceJobs::of(session.helper()).blocker(texts);
         },
     };
 }

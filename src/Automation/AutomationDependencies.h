@@ -25,7 +25,7 @@ struct Offer;
 
 /// What automation needs of the program that holds it. All of it outlives automation; the functions may be called from
 /// any thread.
-struct AutomationWorld {
+struct AutomationDependencies {
     MainLoop& loop;
     const Folders& folders;
     UserDefaults& defaults;

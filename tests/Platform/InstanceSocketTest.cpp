@@ -1,6 +1,6 @@
-#include "Platform/InstanceDoor.h"
+#include "Platform/InstanceSocket.h"
 
-#include "Platform/Posix/DoorMessage.h"
+#include "Platform/Posix/InstanceMessage.h"
 #include "Platform/Posix/LocalSocket.h"
 #include "support/ChildWork.h"
 #include "support/ErrorOf.h"
@@ -19,22 +19,22 @@ using testing::HasSubstr;
 
 namespace {
 
-class InstanceDoorTest : public testing::Test {
+class InstanceSocketTest : public testing::Test {
 protected:
-    InstanceDoorTest() {
+    InstanceSocketTest() {
         if (const char* old = ::getenv("XDG_RUNTIME_DIR"))
             before_ = old;
         ::setenv("XDG_RUNTIME_DIR", runtime_.path().c_str(), 1);
     }
-    ~InstanceDoorTest() override {
+    ~InstanceSocketTest() override {
         if (before_)
             ::setenv("XDG_RUNTIME_DIR", before_->c_str(), 1);
         else
             ::unsetenv("XDG_RUNTIME_DIR");
     }
 
-    std::unique_ptr<InstanceDoor> open() {
-        return InstanceDoor::open(loop_, "test", [this](const std::string& request) {
+    std::unique_ptr<InstanceSocket> open() {
+        return InstanceSocket::open(loop_, "test", [this](const std::string& request) {
             ++asked_;
             return "re: " + request;
         });
@@ -71,11 +71,11 @@ private:
     std::optional<std::string> before_;
 };
 
-TEST_F(InstanceDoorTest, answersWhoeverAsksUpToTheLimit) {
+TEST_F(InstanceSocketTest, answersWhoeverAsksUpToTheLimit) {
     EXPECT_EQ(askInstance("test", "anybody there?"), std::nullopt);
-    auto door = open();
-    ASSERT_TRUE(door);
-    EXPECT_FALSE(open()) << "the door is another's";
+    auto opened = open();
+    ASSERT_TRUE(opened);
+    EXPECT_FALSE(open()) << "the socket is another's";
     EXPECT_EQ(ask(""), "re: ");
     EXPECT_EQ(ask(std::string("a\0é", 4)), std::string("re: a\0é", 8));
     const std::string longest((64 << 10) - 4, 'x');
@@ -85,27 +85,27 @@ TEST_F(InstanceDoorTest, answersWhoeverAsksUpToTheLimit) {
     struct stat folder {};
     ASSERT_EQ(::stat((runtime_ / "varnholt").c_str(), &folder), 0);
     EXPECT_EQ(folder.st_mode & 07777, mode_t{0700});
-    door.reset();
+    opened.reset();
     EXPECT_EQ(askInstance("test", "still there?"), std::nullopt);
     EXPECT_TRUE(open());
 }
 
-TEST_F(InstanceDoorTest, takesOverFromADeadProcess) {
+TEST_F(InstanceSocketTest, takesOverFromADeadProcess) {
     // It ends without any farewell and leaves its socket.
     EXPECT_EQ(runInChild([&] { [[maybe_unused]] const auto* left = open().release(); }).status, 0);
     ASSERT_EQ(::access(socket().c_str(), F_OK), 0);
     EXPECT_EQ(askInstance("test", "anybody there?"), std::nullopt);
-    const auto door = open();
-    ASSERT_TRUE(door);
+    const auto opened = open();
+    ASSERT_TRUE(opened);
     EXPECT_EQ(ask("you"), "re: you");
 }
 
-TEST_F(InstanceDoorTest, isNotHeldUpByWhoKeepsToNoRules) {
-    const auto door = open();
+TEST_F(InstanceSocketTest, isNotHeldUpByWhoKeepsToNoRules) {
+    const auto opened = open();
     const FileDescriptor mute = visitor("");
-    const FileDescriptor half = visitor(doorMessage("half a request").substr(0, 9));
+    const FileDescriptor half = visitor(instanceMessage("half a request").substr(0, 9));
     const FileDescriptor boastful = visitor(std::string("\xff\xff\xff\xff", 4) + "text");
-    FileDescriptor fleeting = visitor(doorMessage("gone before the answer"));
+    FileDescriptor fleeting = visitor(instanceMessage("gone before the answer"));
     fleeting.reset();
     EXPECT_EQ(ask("me"), "re: me");
     EXPECT_EQ(asked_, 2);
@@ -116,10 +116,10 @@ TEST_F(InstanceDoorTest, isNotHeldUpByWhoKeepsToNoRules) {
     EXPECT_EQ(ask("me again"), "re: me again");
 }
 
-TEST_F(InstanceDoorTest, standsOpenForItsUserAlone) {
-    const auto door = open();
+TEST_F(InstanceSocketTest, standsOpenForItsUserAlone) {
+    const auto opened = open();
     const auto comeAsAnother = [&] {
-        return runUnprivileged([&] { visitor(doorMessage("let me in")); }).message;
+        return runUnprivileged([&] { visitor(instanceMessage("let me in")); }).message;
     };
     EXPECT_THAT(comeAsAnother(), HasSubstr("Permission denied"));
     for (const std::string& path : {runtime_.path(), runtime_ / "varnholt", socket()})
@@ -130,9 +130,9 @@ TEST_F(InstanceDoorTest, standsOpenForItsUserAlone) {
     EXPECT_EQ(ask("me"), "re: me");
 }
 
-TEST_F(InstanceDoorTest, mayBeClosedByItsOwnAnswer) {
-    std::unique_ptr<InstanceDoor> door = InstanceDoor::open(loop_, "test", [&](const std::string&) {
-        door.reset();
+TEST_F(InstanceSocketTest, mayBeClosedByItsOwnAnswer) {
+    std::unique_ptr<InstanceSocket> opened = InstanceSocket::open(loop_, "test", [&](const std::string&) {
+        opened.reset();
         return std::string("bye");
     });
     EXPECT_EQ(ask("close"), "bye");

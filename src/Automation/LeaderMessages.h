@@ -9,7 +9,7 @@
 /// What the process that leads automation is asked by the others, as it goes through the socket of this name.
 namespace vh::automation {
 
-inline constexpr const char* doorName = "automation";
+inline constexpr const char* leaderSocket = "automation";
 
 /// Follow a link.
 struct OpenLink {
@@ -20,14 +20,14 @@ struct ServiceMessage {
     std::string service; ///< its name
     std::string message; ///< as it reads it
 };
-using DoorRequest = std::variant<OpenLink, ServiceMessage>;
+using LeaderRequest = std::variant<OpenLink, ServiceMessage>;
 
-struct DoorReply {
+struct LeaderReply {
     std::optional<std::string> refusal; ///< for people; nothing when it was done
 };
 
 /// Nothing when no process leads or it does not answer. Blocks for ten seconds at most; any thread.
-std::optional<DoorReply> askLeader(const DoorRequest& request);
+std::optional<LeaderReply> askLeader(const LeaderRequest& request);
 
 } // namespace vh::automation
 
@@ -39,9 +39,9 @@ inline constexpr auto
     describe<automation::ServiceMessage> = record(field("service", &automation::ServiceMessage::service),
                                                   field("message", &automation::ServiceMessage::message));
 template <>
-inline constexpr auto describe<automation::DoorRequest> =
+inline constexpr auto describe<automation::LeaderRequest> =
     taggedUnion(unionCase<automation::OpenLink>("open"), unionCase<automation::ServiceMessage>("tell"));
 template <>
-inline constexpr auto describe<automation::DoorReply> = record(field("refusal",
-                                                                     &automation::DoorReply::refusal));
+inline constexpr auto describe<automation::LeaderReply> = record(field("refusal",
+                                                                       &automation::LeaderReply::refusal));
 } // namespace vh

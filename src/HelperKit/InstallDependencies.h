@@ -11,7 +11,7 @@
 namespace vh::helper {
 
 /// What installing and removing software stands on.
-struct InstallWorld {
+struct InstallDependencies {
     using Run = std::function<MaintenanceRunner::Execution(const MaintenanceCommand&)>;
 
     MaintenanceSystem system;
@@ -24,7 +24,7 @@ struct InstallWorld {
     Run ask;                  ///< a program that only answers
     Run install;              ///< one that changes the system
 
-    static InstallWorld ofThisMachine();
+    static InstallDependencies ofThisMachine();
 };
 
 /// An item that a person hands over: in the open folder that holds it, where no link leads, and owned by them.
