@@ -1,6 +1,6 @@
 #include "Features/Flows/FlowEngine.h"
 
-#include "Features/Flows/EngineGraph.h"
+#include "Features/Flows/FlowGraph.h"
 #include "Features/Flows/Lanes.h"
 
 #include <algorithm>
@@ -96,8 +96,8 @@ private:
         }
         unsettledInputs_.resize(flow_.nodes.size());
         for (const size_t node : pending_) {
-            for (const EngineGraph::Input& input : graph_.nodes()[node].inputs)
-                if (input.from == EngineGraph::nowhere || !results_[input.from])
+            for (const FlowGraph::Input& input : graph_.nodes()[node].inputs)
+                if (input.from == FlowGraph::nowhere || !results_[input.from])
                     ++unsettledInputs_[node];
             if (unsettledInputs_[node] == 0)
                 decidable_.insert(decidable_.end(), node);
@@ -170,7 +170,7 @@ private:
 
     std::vector<FlowInput> inputsOf(size_t node) const {
         std::vector<size_t> places;
-        for (const EngineGraph::Input& input : graph_.nodes()[node].inputs)
+        for (const FlowGraph::Input& input : graph_.nodes()[node].inputs)
             places.push_back(input.from);
         return inputsOf(places);
     }
@@ -195,7 +195,7 @@ private:
     FlowExecutor& executor_;
     const FlowEngine::Update& update_;
     const CancelToken& cancel_;
-    const EngineGraph graph_;
+    const FlowGraph graph_;
     const std::vector<FlowComputer> computers_;
     mutable std::mutex resultsLock_; ///< of results_: written by the run's thread alone, read by steps
     std::vector<std::optional<FlowNodeResult>> results_;

@@ -1,7 +1,7 @@
 #include "Core/Printable.h"
 #include "Core/RunLog.h"
-#include "Features/Flows/EngineGraph.h"
 #include "Features/Flows/FlowExpansion.h"
+#include "Features/Flows/FlowGraph.h"
 #include "Features/Flows/FlowTexts.h"
 #include "Features/Flows/work/NodesExecutor.h"
 #include "Features/Flows/work/NodesRun.h"
@@ -134,13 +134,13 @@ std::vector<FlowPlanLine> NodesRunner::plan(const Flow& flow, const FlowStart& h
     const FlowResults kept = resumed ? resultsToKeep(flow, resumed->results) : FlowResults();
     const FlowValues values =
         withTokens(state_->valuesFor(how, resumed, dependencies.clock()), texts.language());
-    const EngineGraph graph(flow);
+    const FlowGraph graph(flow);
     std::vector<bool> isReached(flow.nodes.size());
     std::vector<FlowPlanLine> lines;
     for (const size_t at : graph.order()) {
         const FlowNode& node = flow.nodes[at];
         isReached[at] = std::holds_alternative<StartNode>(node.kind);
-        for (const EngineGraph::Input& input : graph.nodes()[at].inputs)
+        for (const FlowGraph::Input& input : graph.nodes()[at].inputs)
             isReached[at] = isReached[at] || isReached[input.from];
         if (isReached[at] && !kept.contains(node.id))
             lines.push_back(

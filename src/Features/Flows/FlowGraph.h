@@ -8,9 +8,9 @@
 
 namespace vh::flows {
 
-/// The edges of a flow that is to run, by places in its list of nodes, made once in linear time. The flow must outlive
-/// it and stay as it is.
-class EngineGraph {
+/// The edges of a flow by places in its list of nodes, made once in linear time. The flow, which may be anything that a
+/// file can hold, must outlive it and stay as it is.
+class FlowGraph {
 public:
     static constexpr size_t nowhere = std::numeric_limits<size_t>::max();
 
@@ -23,15 +23,21 @@ public:
         std::vector<size_t> outputs; ///< one an edge
     };
 
-    explicit EngineGraph(const Flow& flow);
+    explicit FlowGraph(const Flow& flow);
 
     const std::vector<Node>& nodes() const { return nodes_; }
-    /// `nowhere` when there is no such node.
+    /// Of the first of that identifier; `nowhere` when there is none.
     size_t placeOf(const Uuid& id) const;
     /// Every node before this one, in the order of the list.
     std::vector<size_t> ancestors(size_t node) const;
     /// Every node after all that lead to it, otherwise in the order of the list; without those of a cycle.
     std::vector<size_t> order() const;
+    struct Computers {
+        const FlowComputer* only = nullptr;
+        bool areSeveral = false;
+    };
+    /// For each node those before it; none for those of a cycle.
+    std::vector<Computers> computersBefore() const;
     /// For each node what Flow::computer gives.
     std::vector<FlowComputer> computers() const;
 

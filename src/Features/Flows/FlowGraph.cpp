@@ -1,4 +1,4 @@
-#include "Features/Flows/EngineGraph.h"
+#include "Features/Flows/FlowGraph.h"
 
 #include <algorithm>
 #include <functional>
@@ -6,7 +6,18 @@
 
 namespace vh::flows {
 
-EngineGraph::EngineGraph(const Flow& flow) : flow_(flow), nodes_(flow.nodes.size()) {
+namespace {
+
+void add(FlowGraph::Computers& to, const FlowComputer* computer) {
+    if (!to.only)
+        to.only = computer;
+    else if (to.only != computer && *to.only != *computer)
+        to.areSeveral = true;
+}
+
+} // namespace
+
+FlowGraph::FlowGraph(const Flow& flow) : flow_(flow), nodes_(flow.nodes.size()) {
     places_.reserve(flow.nodes.size());
     for (size_t i = 0; i < flow.nodes.size(); ++i)
         places_.emplace(flow.nodes[i].id, i);
@@ -21,12 +32,12 @@ EngineGraph::EngineGraph(const Flow& flow) : flow_(flow), nodes_(flow.nodes.size
     }
 }
 
-size_t EngineGraph::placeOf(const Uuid& id) const {
+size_t FlowGraph::placeOf(const Uuid& id) const {
     const auto found = places_.find(id);
     return found == places_.end() ? nowhere : found->second;
 }
 
-std::vector<size_t> EngineGraph::ancestors(size_t node) const {
+std::vector<size_t> FlowGraph::ancestors(size_t node) const {
     std::vector<bool> seen(nodes_.size());
     std::vector<size_t> found;
     std::vector<size_t> open{node};
@@ -44,7 +55,7 @@ std::vector<size_t> EngineGraph::ancestors(size_t node) const {
     return found;
 }
 
-std::vector<size_t> EngineGraph::order() const {
+std::vector<size_t> FlowGraph::order() const {
     std::vector<size_t> missing(nodes_.size());
     std::priority_queue<size_t, std::vector<size_t>, std::greater<>> ready;
     for (size_t i = 0; i < nodes_.size(); ++i) {
@@ -63,30 +74,27 @@ std::vector<size_t> EngineGraph::order() const {
     return order;
 }
 
-std::vector<FlowComputer> EngineGraph::computers() const {
-    struct Met {
-        const FlowComputer* only = nullptr;
-        bool several = false;
-        void meet(const FlowComputer& computer) {
-            several = several || (only && *only != computer);
-            only = &computer;
-        }
-    };
-    std::vector<Met> met(nodes_.size());
+std::vector<FlowGraph::Computers> FlowGraph::computersBefore() const {
+    std::vector<Computers> before(nodes_.size());
     for (const size_t at : order())
         for (const Input& input : nodes_[at].inputs) {
             if (const auto* computer = std::get_if<ComputerNode>(&flow_.nodes[input.from].kind))
-                met[at].meet(computer->computer);
-            if (met[input.from].only)
-                met[at].meet(*met[input.from].only);
-            met[at].several = met[at].several || met[input.from].several;
+                add(before[at], &computer->computer);
+            if (before[input.from].only)
+                add(before[at], before[input.from].only);
+            before[at].areSeveral |= before[input.from].areSeveral;
         }
+    return before;
+}
+
+std::vector<FlowComputer> FlowGraph::computers() const {
+    const std::vector<Computers> before = computersBefore();
     std::vector<FlowComputer> computers(nodes_.size(), ThisMac{});
     for (size_t i = 0; i < nodes_.size(); ++i) {
         if (const auto* own = std::get_if<ComputerNode>(&flow_.nodes[i].kind))
             computers[i] = own->computer;
-        else if (met[i].only && !met[i].several)
-            computers[i] = *met[i].only;
+        else if (before[i].only && !before[i].areSeveral)
+            computers[i] = *before[i].only;
     }
     return computers;
 }
