@@ -108,6 +108,8 @@ TEST(HelperPathPolicy, refusesInOrder) {
         {"~/.cache/x", "Path not allowed: ~/.cache/x"},
         {".cache/x", "Path not allowed: .cache/x"},
         {zero, "Path not allowed: /tmp/a"},
+        {"/.nofollow/tmp", "Refusing to delete allowlist root: /tmp"},
+        {"/.vol/home/eva/x", "Path not allowed: /home/eva/x"},
     };
     for (const Case& each : cases) {
         std::string text;
@@ -121,6 +123,8 @@ TEST(HelperPathPolicy, refusesInOrder) {
     EXPECT_EQ(policy.validateReadablePath(cache).root, cache);
     EXPECT_EQ(policy.validateReadablePath(cache + "/CloudKit").path, cache + "/CloudKit");
     EXPECT_THROW(policy.validateReadablePath("/home/ana"), HelperServiceError);
+    const HelperPathPolicy nested{PathAllowlist({"/home/ana", cache}), {}};
+    EXPECT_EQ(nested.validateReadablePath(cache + "/x").root, cache) << "the longest";
 }
 
 TEST(HelperServiceError, crossesTheConnectionAsText) {

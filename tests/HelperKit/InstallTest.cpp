@@ -113,6 +113,8 @@ TEST(PackageInstallPolicy, namesTheProgramsOfEachSystem) {
                 HasSubstr("/usr/bin/dpkg."));
     EXPECT_EQ(mac.kindOf("/a.deb"), std::nullopt);
     EXPECT_EQ(linux.kindOf("/a.pkg"), std::nullopt);
+    const std::string zero = std::string("/inbox/a\0b.deb", 14);
+    EXPECT_THAT(refusalOf([&] { linux.check(zero, "/inbox", false); }), HasSubstr("Path not allowed"));
 }
 
 TEST(PackageInstallPolicy, callsNothingSignedWithoutProof) {

@@ -14,7 +14,7 @@ const FlowNode* FlowReach::node(const Uuid& id) const {
 void FlowReach::follow(size_t start) {
     isReached_[start] = true;
     for (const size_t node : graph_.order()) {
-        hasTurn_[node] = graph_.placeOf(flow_.nodes[node].id) == node;
+        hasTurn_[node] = true;
         if (isReached_[node])
             for (const size_t after : graph_.nodes()[node].outputs)
                 isReached_[after] = true;

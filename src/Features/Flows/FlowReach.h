@@ -17,8 +17,8 @@ public:
 
     /// Goes through the flow as a run from `start` would.
     void follow(size_t start);
-    /// Whether a run comes to it: a node that is after itself, after something that is missing, or named like one
-    /// before it, never has its turn.
+    /// Whether a run comes to it: a node that is after itself or after something that is missing never has its turn, and
+    /// nothing leads to one that is named like one before it.
     bool isReached(size_t node) const { return isReached_[node] && hasTurn_[node]; }
     /// Those before it.
     FlowGraph::Computers computers(size_t node) const { return computers_[node]; }

@@ -96,7 +96,7 @@ std::optional<JunkCleanerError> JunkGuard::reasonToKeep(const std::string& path,
         return JunkCleanerError(deniedBasename, name);
     if (isNeeded(path, name, root))
         return JunkCleanerError(neededFolder, path);
-    if (holdsOneOf(path, mounts_) || holdsOneOf(realRoots_[root] + '/' + name, mounts_))
+    if (holdsOneOf(realRoots_[root] + '/' + name, mounts_))
         return JunkCleanerError(mounted, path);
     if (status.type == FileType::socket || status.type == FileType::other)
         return JunkCleanerError(notAFile, path);

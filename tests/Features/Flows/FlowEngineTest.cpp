@@ -253,4 +253,43 @@ TEST(FlowEngine, KeepsResultsAndTellsLaterNodesOfThem) {
     EXPECT_EQ(results.at(second).summary, "now");
 }
 
+TEST(FlowEngine, RunsTheFirstOfTwoNodesOfOneName) {
+    Drawing drawing;
+    const Uuid start = drawing.add(StartNode{});
+    const Uuid once = drawing.add(WaitNode{1});
+    drawing.join(start, once);
+    drawing.flow.nodes.push_back(drawing.flow.nodes.back());
+    class Executor : public FlowExecutor {
+    public:
+        void run(const FlowStep&, const CancelToken&, Done done) override {
+            ++runs;
+            done({});
+        }
+        int runs = 0;
+    } executor;
+    FlowEngine::run(drawing.flow, executor, [](const auto&, const auto&) {}, {});
+    EXPECT_EQ(executor.runs, 1);
+}
+
+TEST(FlowEngine, WhatWaitsInALaneDoesNotBeginAfterAStop) {
+    Drawing drawing;
+    const Uuid start = drawing.add(StartNode{});
+    for (int node = 0; node < 3; ++node)
+        drawing.join(start, drawing.add(WaitNode{1}));
+    class Executor : public FlowExecutor {
+    public:
+        void run(const FlowStep&, const CancelToken& cancel, Done done) override {
+            ++runs;
+            cancel.cancel();
+            done({});
+        }
+        std::optional<std::string> lane(const FlowNode&, const FlowComputer&) const override { return "one"; }
+        int runs = 0;
+    } executor;
+    const auto results = FlowEngine::run(drawing.flow, executor, [](const auto&, const auto&) {}, {});
+    EXPECT_EQ(executor.runs, 1);
+    EXPECT_EQ(
+        std::ranges::count(results, Out::cancelled, [](const auto& each) { return each.second.outcome; }), 2);
+}
+
 } // namespace vh::flows

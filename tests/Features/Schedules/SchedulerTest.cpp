@@ -254,6 +254,61 @@ TEST_F(SchedulerTest, AKillBetweenTheRecordAndItsMarkTakesTheRecordsOutcome) {
     EXPECT_EQ(desk.store.task(task.id)->nextRun, start + 2h);
 }
 
+TEST_F(SchedulerTest, ALeftClaimMovesNoRunThatIsStillToCome) {
+    const ScheduledTask task = desk.add("moved meanwhile", DailySchedule{18, 0});
+    desk.loop.setDate(start + 1h);
+    writeFileAtomically(dir / "data/schedules.running.json",
+                        encodeJson(TaskClaim{task.id, task.title, task.toolID, Trigger::scheduled, start + 1h,
+                                             desk.dependencies.clock()}));
+    const Date later = *task.nextRun - 1h;
+    desk.store.change(task.id, [&](ScheduledTask& kept) { kept.nextRun = later; });
+    scheduler.start();
+    EXPECT_EQ(desk.store.task(task.id)->lastOutcome, Outcome::failed);
+    EXPECT_EQ(desk.store.task(task.id)->nextRun, later);
+}
+
+TEST_F(SchedulerTest, WhatIsSwitchedOffWhileItWaitsDoesNotRun) {
+    const ScheduledTask running = desk.add("running"), waiting = desk.add("waiting");
+    desk.junk->scanGate.close();
+    scheduler.start();
+    desk.loop.advance(61min);
+    desk.waitForGate();
+    desk.store.change(waiting.id, [](ScheduledTask& task) { task.isEnabled = false; });
+    desk.junk->scanGate.open();
+    desk.waitForEnd();
+    desk.loop.advance(1min);
+    EXPECT_EQ(desk.junk->scans, 1);
+}
+
+/// Dies in the middle of removing.
+struct DeadlyCleaner : FakeModule {
+    CleanResult clean(const CleanSelection&, const JobControl&) override {
+        std::raise(SIGKILL);
+        return {};
+    }
+};
+
+TEST(SchedulerKill, AKilledCleanHasOneRecord) {
+    const vh::test::TempDir dir;
+    const auto died = vh::test::runInChild([&] {
+        Desk desk(dir.path());
+        desk.junk = std::make_shared<DeadlyCleaner>();
+        desk.junk->add(dir / "cache", 10);
+        desk.add("Fatal");
+        desk.scheduler.start();
+        desk.loop.advance(2h);
+        desk.waitForEnd();
+    });
+    ASSERT_EQ(died.status, 128 + SIGKILL);
+    Desk next(dir.path());
+    next.loop.setDate(vh::test::TurnedLoop::defaultStart + 61min);
+    next.scheduler.start();
+    next.journals.recoverInterrupted([](const std::string&) { return RunWords("again"); });
+    ASSERT_EQ(next.log.all().size(), 1u);
+    EXPECT_EQ(next.log.all().front().outcome, Outcome::failed);
+    EXPECT_EQ(next.store.tasks().front().lastOutcome, Outcome::failed);
+}
+
 TEST(SchedulerEnd, LeavingWhileATaskRunsStopsItAndMarksIt) {
     const vh::test::TempDir dir;
     Uuid id;

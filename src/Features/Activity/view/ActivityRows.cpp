@@ -73,7 +73,7 @@ std::span<const RecordListModel<FileRow>::Role> FileRow::roles() {
     return table;
 }
 
-void ActivityWords::sort(std::vector<RunRecord>& newestFirst, const ActivityOrder& order) const {
+void ActivityWords::sort(std::vector<RunRecord>& newestFirst, const ColumnOrder& order) const {
     const auto by = [&](auto&& keyOf) {
         const auto less = [&](const RunRecord& a, const RunRecord& b) {
             return order.descending ? keyOf(b) < keyOf(a) : keyOf(a) < keyOf(b);
@@ -95,7 +95,7 @@ void ActivityWords::sort(std::vector<RunRecord>& newestFirst, const ActivityOrde
 }
 
 ActivityRows ActivityWords::rows(std::vector<RunRecord> all, const ActivityFilter& filter,
-                                 const ActivityOrder& order, const CancelToken& cancel) const {
+                                 const ColumnOrder& order, const CancelToken& cancel) const {
     ActivityRows result;
     addOptions(result, all);
     std::ranges::reverse(all);

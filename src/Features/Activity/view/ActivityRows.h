@@ -4,6 +4,7 @@
 #include "Core/RunFiles.h"
 #include "Core/RunRecord.h"
 #include "Core/Texts.h"
+#include "app/ColumnOrder.h"
 #include "app/RecordListModel.h"
 
 #include <QString>
@@ -57,12 +58,6 @@ struct FileRow {
     static std::span<const RecordListModel<FileRow>::Role> roles();
 };
 
-/// What the runs are ordered by: "time", "run", "trigger", "files", "size" or "duration".
-struct ActivityOrder {
-    QString key = QStringLiteral("time");
-    bool descending = true;
-};
-
 /// What a filter lets through of the log, in order, and what there is to filter by.
 struct ActivityRows {
     std::vector<RunRecord> records;
@@ -81,7 +76,7 @@ struct ActivityWords {
     std::string home;
 
     /// `all` is the log, oldest first. Throws Cancelled.
-    ActivityRows rows(std::vector<RunRecord> all, const ActivityFilter& filter, const ActivityOrder& order,
+    ActivityRows rows(std::vector<RunRecord> all, const ActivityFilter& filter, const ColumnOrder& order,
                       const CancelToken& cancel) const;
     QVariantList outcomes() const;
     QVariantMap facts(const RunRecord& record) const;
@@ -89,7 +84,7 @@ struct ActivityWords {
 
 private:
     QString text(std::string_view key) const;
-    void sort(std::vector<RunRecord>& newestFirst, const ActivityOrder& order) const;
+    void sort(std::vector<RunRecord>& newestFirst, const ColumnOrder& order) const;
     RunRow row(const RunRecord& record) const;
     QString totals(const std::vector<RunRecord>& records) const;
     void addOptions(ActivityRows& shown, const std::vector<RunRecord>& all) const;

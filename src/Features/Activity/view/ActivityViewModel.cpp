@@ -89,13 +89,11 @@ void ActivityViewModel::clearFilter() {
 }
 
 QVariantMap ActivityViewModel::order() const {
-    return {{QStringLiteral("key"), order_.key}, {QStringLiteral("descending"), order_.descending}};
+    return order_.map();
 }
 
 void ActivityViewModel::orderBy(const QString& key) {
-    // Words begin at A; figures and times with the largest and the latest.
-    const bool isText = key == u"run" || key == u"trigger";
-    order_ = {key, key == order_.key ? !order_.descending : !isText};
+    order_.press(key, key != u"run" && key != u"trigger");
     emit orderChanged();
     load();
 }

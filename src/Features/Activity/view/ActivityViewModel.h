@@ -119,7 +119,8 @@ private:
 
     AppContext& context_;
     ActivityFilter filter_;
-    ActivityOrder order_;
+    /// By "time", "run", "trigger", "files", "size" or "duration".
+    ColumnOrder order_{QStringLiteral("time"), true};
     ActivityRows shown_;
     RecordListModel<RunRow> runs_;
     std::optional<Uuid> selectedId_;

@@ -4,16 +4,18 @@ import Varnholt
 Item {
     id: header
 
+    required property var schedules
     property bool wide: true
 
-    component Heading: Label {
+    component Heading: SortHeading {
         height: header.height
-        font: Theme.label
-        color: Theme.third
+        order: header.schedules.order
+        onWanted: key => header.schedules.orderBy(key)
     }
 
     Heading {
         x: Theme.space16 + ScheduleColumns.icon
+        key: "task"
         text: Tr.t("schedules.column.task")
     }
     Row {
@@ -23,15 +25,20 @@ Item {
         Heading {
             width: ScheduleColumns.last
             visible: header.wide
+            key: "last"
             text: Tr.t("schedules.column.last")
         }
         Heading {
             width: ScheduleColumns.next
+            numbers: true
+            key: "next"
             text: Tr.t("schedules.column.next")
-            horizontalAlignment: Text.AlignRight
         }
-        Heading {
+        Label {
             width: ScheduleColumns.on
+            height: header.height
+            font: Theme.label
+            color: Theme.third
             text: Tr.t("schedules.column.on")
             horizontalAlignment: Text.AlignRight
         }

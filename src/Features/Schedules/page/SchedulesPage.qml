@@ -139,7 +139,10 @@ Page {
 
         Component {
             id: heading
-            ScheduleHeader { wide: table.wide }
+            ScheduleHeader {
+                schedules: page.schedules
+                wide: table.wide
+            }
         }
         EmptyState {
             anchors.centerIn: parent

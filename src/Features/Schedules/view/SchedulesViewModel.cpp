@@ -14,6 +14,7 @@
 #include "app/Options.h"
 #include "app/Session.h"
 
+#include <QCollator>
 #include <algorithm>
 
 namespace vh::app {
@@ -51,9 +52,38 @@ automation::Scheduler& SchedulesViewModel::scheduler() const {
     return life_.automation().service<automation::SchedulesService>().scheduler();
 }
 
+void SchedulesViewModel::orderBy(const QString& key) {
+    order_.press(key, key == u"last");
+    refresh();
+}
+
+std::vector<ScheduledTask> SchedulesViewModel::orderedTasks() const {
+    std::vector<ScheduledTask> tasks = store().tasks();
+    const auto sortBy = [&](const auto& less) {
+        std::ranges::stable_sort(tasks, [&](const ScheduledTask& one, const ScheduledTask& other) {
+            return order_.descending ? less(other, one) : less(one, other);
+        });
+    };
+    if (order_.key == u"task") {
+        const QCollator collator(localeOf(context_.texts().current().language()));
+        sortBy([&](const ScheduledTask& one, const ScheduledTask& other) {
+            return collator.compare(qtText(printable(one.title)), qtText(printable(other.title))) < 0;
+        });
+    } else if (order_.key == u"last") {
+        sortBy(
+            [](const ScheduledTask& one, const ScheduledTask& other) { return one.lastRun < other.lastRun; });
+    } else if (order_.key == u"next") {
+        const auto next = [](const ScheduledTask& task) { // what does not run comes after all that does
+            return task.isEnabled && task.nextRun ? *task.nextRun : Date::max();
+        };
+        sortBy([&](const ScheduledTask& one, const ScheduledTask& other) { return next(one) < next(other); });
+    }
+    return tasks;
+}
+
 void SchedulesViewModel::refresh() {
     std::vector<ScheduleRow> rows;
-    for (const ScheduledTask& task : store().tasks())
+    for (const ScheduledTask& task : orderedTasks())
         rows.push_back(ScheduleRow::of(task, scheduler().runningTaskID() == task.id, context_));
     if (rows != rows_.rows())
         rows_.setRows(std::move(rows));

@@ -2,6 +2,7 @@
 
 #include "Core/ScheduledTask.h"
 #include "Features/Schedules/view/ScheduleRow.h"
+#include "app/ColumnOrder.h"
 #include "app/MainThreadDispatcher.h"
 
 #include <QObject>
@@ -9,6 +10,7 @@
 #include <QVariantList>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace vh {
 class ScheduleStore;
@@ -25,6 +27,9 @@ class AutomationLife;
 class SchedulesViewModel : public QObject {
     Q_OBJECT
     Q_PROPERTY(QAbstractItemModel* tasks READ tasks CONSTANT)
+    /// {key, descending} of the column by which they are ordered: "task", "last" or "next"; no key at first, for the order
+    /// in which they were made.
+    Q_PROPERTY(QVariantMap order READ order NOTIFY tasksChanged)
     Q_PROPERTY(int taskCount READ taskCount NOTIFY tasksChanged)
     /// How many there are, and how many of them are on.
     Q_PROPERTY(QString countText READ countText NOTIFY tasksChanged)
@@ -42,6 +47,7 @@ public:
     SchedulesViewModel(AppContext& context, AutomationLife& life);
 
     QAbstractItemModel* tasks() { return &rows_; }
+    QVariantMap order() const { return order_.map(); }
     int taskCount() const { return rows_.rowCount(); }
     QString countText() const;
     QVariantMap selected() const;
@@ -51,6 +57,7 @@ public:
     QString leadText() const;
     QVariantList weekdayOptions() const;
 
+    Q_INVOKABLE void orderBy(const QString& key);
     Q_INVOKABLE void select(const QString& id);
     Q_INVOKABLE void runNow(const QString& id);
     Q_INVOKABLE void stop();
@@ -81,9 +88,12 @@ private:
     ScheduleStore& store() const;
     automation::Scheduler& scheduler() const;
 
+    std::vector<ScheduledTask> orderedTasks() const;
+
     AppContext& context_;
     AutomationLife& life_;
     RecordListModel<ScheduleRow> rows_;
+    ColumnOrder order_;
     QString selectedId_;
     std::optional<ScheduledTask> removed_;
     QTimer timer_;

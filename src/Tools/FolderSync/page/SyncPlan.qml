@@ -81,10 +81,23 @@ Item {
                     text: pane.folderSync.search
                     onTextChanged: pane.folderSync.search = text
                 }
-                Label {
+                SortHeading {
+                    id: size
                     anchors.right: parent.right
                     anchors.rightMargin: Theme.space16
+                    width: Theme.sizeWidth
+                    height: parent.height
+                    numbers: true
+                    key: "size"
+                    text: Tr.t("sync-page.size")
+                    order: pane.folderSync.order
+                    onWanted: key => pane.folderSync.orderBy(key)
+                }
+                Label {
+                    anchors.right: size.left
+                    anchors.rightMargin: Theme.space12
                     anchors.verticalCenter: parent.verticalCenter
+                    visible: parent.width > Theme.textWidth
                     text: pane.folderSync.unchangedText
                     font: Theme.label
                     color: Theme.second

@@ -29,6 +29,13 @@ void FolderSyncPlanModel::setFilter(std::optional<Kind> kind, const QString& sea
     endResetModel();
 }
 
+void FolderSyncPlanModel::setOrder(const ColumnOrder& order) {
+    beginResetModel();
+    order_ = order;
+    show();
+    endResetModel();
+}
+
 void FolderSyncPlanModel::show() {
     shown_.clear();
     if (!plan_)
@@ -39,6 +46,11 @@ void FolderSyncPlanModel::show() {
             (needle_.empty() || containsFolded(action.relativePath, needle_)))
             shown_.push_back(static_cast<uint32_t>(i));
     }
+    if (order_.key == u"size")
+        std::ranges::stable_sort(shown_, [&](uint32_t one, uint32_t other) {
+            const int64_t a = plan_->actions[one].bytes, b = plan_->actions[other].bytes;
+            return order_.descending ? b < a : a < b;
+        });
 }
 
 int FolderSyncPlanModel::rowOf(int64_t action) const {
@@ -46,12 +58,13 @@ int FolderSyncPlanModel::rowOf(int64_t action) const {
 }
 
 int FolderSyncPlanModel::rowAtWork() const {
-    return std::min(rowOf(done_), rowCount() - 1);
+    return order_.key.isEmpty() ? std::min(rowOf(done_), rowCount() - 1) : -1;
 }
 
 void FolderSyncPlanModel::setDone(int64_t done) {
-    const int first = rowOf(std::min(done, done_));
-    const int end = rowOf(std::max(done, done_));
+    const bool isPlanned = order_.key.isEmpty();
+    const int first = isPlanned ? rowOf(std::min(done, done_)) : 0;
+    const int end = isPlanned ? rowOf(std::max(done, done_)) : rowCount();
     done_ = done;
     if (first < end)
         emit dataChanged(index(first), index(end - 1), {doneRole});

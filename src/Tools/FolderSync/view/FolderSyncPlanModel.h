@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Tools/FolderSync/SyncPlan.h"
+#include "app/ColumnOrder.h"
 
 #include <QAbstractListModel>
 #include <QString>
@@ -27,9 +28,12 @@ public:
     const Plan& plan() const { return plan_; }
     /// Shows those of one kind, or all, whose path holds the text.
     void setFilter(std::optional<Kind> kind, const QString& search);
+    /// By "size", the largest first or last; by nothing in the order in which they are carried out, of which only that one
+    /// has a row at work.
+    void setOrder(const ColumnOrder& order);
     /// How many actions, from the first on, have been carried out.
     void setDone(int64_t done);
-    /// The first row that is not done; -1 without rows.
+    /// The first row that is not done; -1 without rows, or in another order.
     int rowAtWork() const;
     /// The language has changed.
     void retell();
@@ -48,6 +52,7 @@ private:
     Plan plan_;
     std::optional<Kind> kind_;
     std::string needle_; ///< folded
+    ColumnOrder order_;
     std::vector<uint32_t> shown_;
     int64_t done_ = 0;
 };

@@ -243,6 +243,15 @@ void FolderSyncViewModel::setSearch(const QString& text) {
     emit filterChanged();
 }
 
+void FolderSyncViewModel::orderBy(const QString& key) {
+    if (order_.key == key && !order_.descending)
+        order_ = {};
+    else
+        order_.press(key, true);
+    actions_.setOrder(order_);
+    emit filterChanged();
+}
+
 QVariantMap FolderSyncViewModel::confirmTrash() const {
     const auto pair = confirms_ ? pairOf(planned_) : std::nullopt;
     if (!pair)

@@ -60,6 +60,8 @@ class FolderSyncViewModel : public QObject {
     Q_PROPERTY(QStringList unreadable READ unreadable NOTIFY planChanged)
     Q_PROPERTY(QString kind READ kindName WRITE setKindName NOTIFY filterChanged)
     Q_PROPERTY(QString search READ search WRITE setSearch NOTIFY filterChanged)
+    /// {key, descending}: by "size", or without a key as it will be carried out.
+    Q_PROPERTY(QVariantMap order READ order NOTIFY filterChanged)
     /// {title, text, count} of a plan that removes something and waits for a yes; empty while none does.
     Q_PROPERTY(QVariantMap confirmTrash READ confirmTrash NOTIFY planChanged)
 
@@ -100,6 +102,9 @@ public:
     QString kindName() const { return kind_; }
     void setKindName(const QString& kind);
     QString search() const { return search_; }
+    QVariantMap order() const { return order_.map(); }
+    /// The third press of a heading brings the order of the plan back.
+    Q_INVOKABLE void orderBy(const QString& key);
     void setSearch(const QString& text);
     QVariantMap confirmTrash() const;
 
@@ -165,6 +170,7 @@ private:
     FolderSyncPlanModel actions_;
     QString kind_;
     QString search_;
+    ColumnOrder order_;
     std::optional<Uuid> planned_; ///< whose plan or error is known, or is being made
     bool isPlanning_ = false;
     bool confirms_ = false;

@@ -130,6 +130,24 @@ TEST_F(Schedules, AreChangedSwitchedRemovedAndBroughtBack) {
     EXPECT_THAT(column(model.tasks(), "flowId"), ElementsAre("", "F"));
 }
 
+TEST_F(Schedules, AreOrderedByAColumn) {
+    add("Évora", "12:30");
+    const QString off = add("zoo", "09:00");
+    add("Ferrol", "18:00");
+    model.setEnabled(off, false);
+    const auto ordered = [&](const char* key) {
+        model.orderBy(key);
+        return titles();
+    };
+    EXPECT_THAT(titles(), ElementsAre("Évora", "zoo", "Ferrol"));
+    EXPECT_THAT(ordered("task"), ElementsAre("Évora", "Ferrol", "zoo"));
+    EXPECT_THAT(ordered("task"), ElementsAre("zoo", "Ferrol", "Évora"));
+    EXPECT_THAT(ordered("next"), ElementsAre("Évora", "Ferrol", "zoo")) << "what is off comes last";
+    store.change(store.tasks()[2].id, [](ScheduledTask& task) { task.lastRun = noon; });
+    EXPECT_EQ(ordered("last").front(), "Ferrol");
+    EXPECT_EQ(model.order()["key"], "last");
+}
+
 TEST_F(Schedules, RunNowAndShowInWhatRuns) {
     const QString id = add("Caches");
     ShellViewModel shell(desk.context);

@@ -97,6 +97,12 @@ TEST_F(FolderSync, ShowsAPlanByKindAndByText) {
     EXPECT_THAT(paths(), ElementsAre("Rome", "Rome/Éa.jpg", "b.jpg", "gone.jpg"));
     EXPECT_EQ(model.planText(), "2 items to copy, 8 bytes · 1 to the Trash · 1 new folder");
     EXPECT_THAT(column(model.kinds(), "countText"), ElementsAre("1", "1", "1", "1"));
+    model.orderBy("size");
+    EXPECT_EQ(paths().front(), "Rome/Éa.jpg") << "the largest";
+    model.orderBy("size");
+    EXPECT_EQ(paths().back(), "Rome/Éa.jpg");
+    model.orderBy("size");
+    EXPECT_THAT(paths(), ElementsAre("Rome", "Rome/Éa.jpg", "b.jpg", "gone.jpg")) << "as planned";
     model.setKindName("delete");
     EXPECT_THAT(paths(), ElementsAre("gone.jpg"));
     model.setKindName("");
