@@ -32,10 +32,10 @@ QRectF seenOf(const QQuickItem* item) {
     return seen;
 }
 
-/// The sheet or menu that an item is on; null on the page itself.
+/// The sheet, menu or passing word that an item is on; null on the page itself.
 const QQuickItem* floorOf(const QQuickItem* item) {
     for (; item; item = item->parentItem())
-        if (item->inherits("QQuickPopupItem"))
+        if (item->inherits("QQuickPopupItem") || isA(item, "Toast_"))
             return item;
     return nullptr;
 }
@@ -77,17 +77,35 @@ bool areRowsOfOneList(const QQuickItem* a, const QQuickItem* b) {
     return false;
 }
 
-void addCovered(const std::vector<QQuickItem*>& items, QStringList& faults) {
-    std::vector<QQuickItem*> controls;
-    std::ranges::copy_if(items, std::back_inserter(controls), isControl);
-    for (size_t i = 0; i < controls.size(); ++i)
-        for (size_t k = i + 1; k < controls.size(); ++k) {
-            const auto *a = controls[i], *b = controls[k];
-            if (floorOf(a) != floorOf(b) || a->isAncestorOf(b) || b->isAncestorOf(a) ||
-                areRowsOfOneList(a, b))
+bool isText(const QQuickItem* item) {
+    return item->inherits("QQuickText") && !item->property("text").toString().isEmpty();
+}
+
+/// Of a text the part that has letters, as it is seen.
+QRectF inkOf(const QQuickItem* item) {
+    const qreal width = std::min(item->property("contentWidth").toReal(), item->width());
+    const qreal height = std::min(item->property("contentHeight").toReal(), item->height());
+    const int align = item->property("effectiveHorizontalAlignment").toInt();
+    const int vertical = item->property("verticalAlignment").toInt();
+    const qreal free = item->width() - width, above = item->height() - height;
+    const qreal x = align == Qt::AlignRight ? free : align == Qt::AlignHCenter ? free / 2 : 0;
+    const qreal y = vertical == Qt::AlignBottom ? above : vertical == Qt::AlignVCenter ? above / 2 : 0;
+    return item->mapRectToScene(QRectF(x, y, width, height)) & seenOf(item);
+}
+
+/// Of each two of these that `rectOf` finds at one place.
+void addCovered(const std::vector<QQuickItem*>& items, bool (*isMeant)(const QQuickItem*),
+                QRectF (*rectOf)(const QQuickItem*), QStringList& faults) {
+    std::vector<QQuickItem*> those;
+    std::ranges::copy_if(items, std::back_inserter(those), isMeant);
+    for (size_t i = 0; i < those.size(); ++i)
+        for (size_t k = i + 1; k < those.size(); ++k) {
+            const auto *a = those[i], *b = those[k];
+            const QRectF both = rectOf(a) & rectOf(b);
+            if (both.width() <= tolerance || both.height() <= tolerance)
                 continue;
-            const QRectF both = seenOf(a) & seenOf(b);
-            if (both.width() > tolerance && both.height() > tolerance)
+            if (floorOf(a) == floorOf(b) && !a->isAncestorOf(b) && !b->isAncestorOf(a) &&
+                !areRowsOfOneList(a, b))
                 faults << QStringLiteral("cover each other: ") + nameOf(a) + QStringLiteral(", ") + nameOf(b);
         }
 }
@@ -100,7 +118,8 @@ QStringList layoutFaults(const std::vector<QQuickItem*>& items) {
         addCutText(item, faults);
         addHanging(item, faults);
     }
-    addCovered(items, faults);
+    addCovered(items, isControl, seenOf, faults);
+    addCovered(items, isText, inkOf, faults);
     return faults;
 }
 
