@@ -185,7 +185,11 @@ std::optional<ServiceRefusal> PeerScopedHelper::check(const ServiceCall& call) {
 void PeerScopedHelper::perform(ServiceCall call, Answer answer) {
     const uint32_t user = call.peer.userID;
     const auto work = [this, call = std::move(call), answer] {
-        answer(replyOf([&]() -> ServiceReply { return roadOf(call).perform(service_, call, ending_); }));
+        ServiceReply reply =
+            replyOf([&]() -> ServiceReply { return roadOf(call).perform(service_, call, ending_); });
+        return [answer, reply = std::move(reply)] {
+            answer(reply);
+        };
     };
     const ServiceReply started = replyOf([&]() -> ServiceReply {
         if (!workers_.start(user, work))

@@ -20,11 +20,11 @@ void Workers::joinDone() {
         thread.join();
 }
 
-bool Workers::start(uint32_t user, std::function<void()> work) {
+bool Workers::start(uint32_t user, std::function<Tell()> work) {
     joinDone();
     const std::lock_guard lock(mutex_);
     size_t& ofUser = ofUser_[user];
-    if (working_.size() >= most_ || ofUser >= mostOfUser_)
+    if (placesTaken_ >= most_ || ofUser >= mostOfUser_)
         return false;
     const Thread self = working_.emplace(working_.end());
     try {
@@ -34,14 +34,20 @@ bool Workers::start(uint32_t user, std::function<void()> work) {
         throw;
     }
     ++ofUser;
+    ++placesTaken_;
     return true;
 }
 
-void Workers::runAndLeave(Thread self, uint32_t user, const std::function<void()>& work) {
-    work();
+void Workers::runAndLeave(Thread self, uint32_t user, const std::function<Tell()>& work) {
+    const Tell tell = work();
+    {
+        const std::lock_guard lock(mutex_);
+        --placesTaken_;
+        if (--ofUser_[user] == 0)
+            ofUser_.erase(user);
+    }
+    tell();
     const std::lock_guard lock(mutex_);
-    if (--ofUser_[user] == 0)
-        ofUser_.erase(user);
     done_.splice(done_.end(), working_, self);
     idle_.notify_all();
 }

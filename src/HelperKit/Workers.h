@@ -20,20 +20,24 @@ public:
     Workers(const Workers&) = delete;
     Workers& operator=(const Workers&) = delete;
 
+    /// Tells of the end of a piece of work; called when its place is free again, so that who hears of it may begin the
+    /// next at once.
+    using Tell = std::function<void()>;
     /// False when too many are at work. Throws std::system_error when the system has no thread left.
-    bool start(uint32_t user, std::function<void()> work);
+    bool start(uint32_t user, std::function<Tell()> work);
     bool areBusy() const;
 
 private:
     using Thread = std::list<std::thread>::iterator;
-    void runAndLeave(Thread self, uint32_t user, const std::function<void()>& work);
+    void runAndLeave(Thread self, uint32_t user, const std::function<Tell()>& work);
     void joinDone();
 
     const size_t most_;
     const size_t mostOfUser_;
     mutable std::mutex mutex_;
     std::condition_variable idle_;
-    std::map<uint32_t, size_t> ofUser_;
+    size_t placesTaken_ = 0;
+    std::map<uint32_t, size_t> ofUser_; ///< places
     std::list<std::thread> working_;
     std::list<std::thread> done_;
 };

@@ -24,6 +24,7 @@ Item {
 
         Heading {
             width: ScheduleColumns.last
+            leftPadding: Theme.space12 + Theme.space8 // the mark of the outcome in each row
             visible: header.wide
             key: "last"
             text: Tr.t("schedules.column.last")
