@@ -10,12 +10,14 @@ if(CMAKE_SCRIPT_MODE_FILE STREQUAL CMAKE_CURRENT_LIST_FILE)
         file(READ ${file} text)
         cmake_path(GET file PARENT_PATH folder)
         cmake_path(GET folder FILENAME language)
-        string(APPEND rows "    {\"${language}\", R\"vh(${text})vh\"},\n")
+        string(APPEND rows "    {\"${language}\", R\"vh(${text})vh\"sv},\n")
     endforeach()
     file(WRITE ${OUTPUT}
 "#include \"Core/EmbeddedTexts.h\"
 
 namespace vh {
+
+using namespace std::string_view_literals;
 
 static constexpr EmbeddedText table[]{
 ${rows}};

@@ -58,6 +58,16 @@ private:
 
 } // namespace
 
+MessageArgument::MessageArgument(int64_t number) : value(number) {}
+MessageArgument::MessageArgument(std::string text) : value(std::move(text)) {}
+MessageArgument::MessageArgument(std::string_view text) : value(std::string(text)) {}
+MessageArgument::MessageArgument(const char* text) : value(std::string(text)) {}
+MessageArgument::MessageArgument(ByteCount size) : value(size) {}
+MessageArgument::MessageArgument(const MessageArgument&) = default;
+MessageArgument::MessageArgument(MessageArgument&&) noexcept = default;
+MessageArgument& MessageArgument::operator=(const MessageArgument&) = default;
+MessageArgument& MessageArgument::operator=(MessageArgument&&) noexcept = default;
+MessageArgument::~MessageArgument() = default;
 MessageArgument::MessageArgument(Message message) : value(Messages{std::move(message)}) {}
 MessageArgument::MessageArgument(Messages messages) : value(std::move(messages)) {}
 

@@ -27,14 +27,21 @@ struct ByteCount {
 struct MessageArgument {
     using Value = std::variant<std::string, int64_t, ByteCount, Messages>;
 
+    MessageArgument(int64_t number);
     template <std::integral T>
-    MessageArgument(T number) : value(static_cast<int64_t>(number)) {}
-    MessageArgument(std::string text) : value(std::move(text)) {}
-    MessageArgument(std::string_view text) : value(std::string(text)) {}
-    MessageArgument(const char* text) : value(std::string(text)) {}
-    MessageArgument(ByteCount size) : value(size) {}
+    MessageArgument(T number) : MessageArgument(static_cast<int64_t>(number)) {}
+    MessageArgument(std::string text);
+    MessageArgument(std::string_view text);
+    MessageArgument(const char* text);
+    MessageArgument(ByteCount size);
     MessageArgument(Message message);
     MessageArgument(Messages messages);
+    // Defined where Message is whole: libraries may look at a list's elements as soon as it is copied.
+    MessageArgument(const MessageArgument&);
+    MessageArgument(MessageArgument&&) noexcept;
+    MessageArgument& operator=(const MessageArgument&);
+    MessageArgument& operator=(MessageArgument&&) noexcept;
+    ~MessageArgument();
 
     bool operator==(const MessageArgument& other) const;
 
