@@ -10,8 +10,10 @@ Card {
     property alias model: list.model
     property alias delegate: list.delegate
     property alias currentIndex: list.currentIndex
-    property alias count: list.count
+    // The list does not tell of a count that changed twice between two layouts, but its model does.
+    property int count: list.count
     property alias list: list
+    readonly property var rows: list.model?.modelReset !== undefined ? list.model : null
     property alias header: top.sourceComponent
     property string name
 
@@ -25,8 +27,19 @@ Card {
         list.currentIndex = row;
     }
 
-    padding: 0
+    function recount() {
+        count = rows.rowCount();
+    }
 
+    padding: 0
+    onRowsChanged: if (rows) recount()
+
+    Connections {
+        target: table.rows
+        function onModelReset() { table.recount(); }
+        function onRowsInserted() { table.recount(); }
+        function onRowsRemoved() { table.recount(); }
+    }
     Loader {
         id: top
         width: parent.width
