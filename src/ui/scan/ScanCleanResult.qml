@@ -53,6 +53,7 @@ Card {
                 visible: card.junk.canUndo
                 iconName: "arrow.uturn.backward"
                 text: card.junk.undoText
+                shortcut: "Ctrl+Z"
                 onClicked: card.junk.undo()
             }
             Button {

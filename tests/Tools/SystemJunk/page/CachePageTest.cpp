@@ -1,6 +1,7 @@
 #include "ui/WindowFixture.h"
 
 #include <QClipboard>
+#include <QFile>
 #include <QGuiApplication>
 #include <QTest>
 #include <algorithm>
@@ -32,6 +33,22 @@ TEST_F(CachePage, hidesWhatHasNothingToDoAndBringsItBack) {
     junk().setProperty("search", "nothing is called so");
     waitUntil("nothing matches", [&] { return isShown("No item matches"); });
     EXPECT_TRUE(isShown("Review and clean")) << "there is something, only not shown";
+}
+
+TEST_F(CachePage, whatWentComesBackByItsKey) {
+    fillCaches();
+    openWindow();
+    openPage("system-junk");
+    waitUntil("something can go", [&] { return junk().property("itemCount").toInt() == 3; });
+    tabTo("Select all");
+    press(Qt::Key_Space);
+    ASSERT_EQ(junk().property("selectedCount").toInt(), 3);
+    press(Qt::Key_R, Qt::ControlModifier);
+    waitUntil("it is asked", [&] { return isShown("Move to the Trash"); });
+    press(Qt::Key_Return);
+    waitUntil("it went", [&] { return junk().property("canUndo").toBool(); });
+    press(Qt::Key_Z, Qt::ControlModifier);
+    waitUntil("it is back", [&] { return QFile::exists(QString::fromStdString(home() / ".cache/large")); });
 }
 
 TEST_F(CachePage, anItemOffersItsActs) {
