@@ -193,9 +193,11 @@ TEST_F(Nodos, ADoubleClickOnTheGroundAddsThereByKeys) {
     QTest::mouseClick(view, Qt::LeftButton, {}, at);
     QTest::mouseDClick(view, Qt::LeftButton, {}, at);
     waitUntil("the menu has the keyboard", [&] { return accessibleName(focused()) == "Computer"; });
-    for (auto* item : shownItems())
-        if (accessibleName(item) == "Computer")
+    for (auto* item : shownItems()) {
+        if (accessibleName(item) == "Computer") {
             EXPECT_LE(item->mapRectToScene(item->boundingRect()).bottom(), 500);
+        }
+    }
     press(Qt::Key_Down);
     press(Qt::Key_Return);
     waitUntil("it is added", [&] { return model("nodes").rowCount() == 3; });
